@@ -1,0 +1,244 @@
+#include "catalogue.h"
+
+#include <algorithm>
+
+#include "row_reader.h"
+
+namespace pdgen {
+
+namespace {
+
+Field read_field(RowReader &row)
+{
+    Field field;
+    field.place = row.place();
+    field.name = row.text("name");
+    field.display = row.text("display");
+    field.width = row.number("width");
+    field.match = row.text_or("match", "exact");
+    field.format = row.text_or("format", "none");
+    field.mask = row.mask("mask");
+    field.partition_index = row.flag_or("partition_index", false);
+    return field;
+}
+
+Parameter read_parameter(RowReader &row)
+{
+    Parameter parameter;
+    parameter.place = row.place();
+    parameter.name = row.text("name");
+    parameter.width = row.number("width");
+    parameter.format = row.text_or("format", "none");
+    parameter.index_of = row.text_or("index_of", "");
+    parameter.in_image = row.flag_or("in_image", true);
+    return parameter;
+}
+
+Action read_action(RowReader &row)
+{
+    Action action;
+    action.place = row.place();
+    action.name = row.text("name");
+    row.set_subject(action.name);
+    action.number = row.number("number");
+    row.rows("parameters", false, "parameters",
+             [&](RowReader &parameter) { action.parameters.push_back(read_parameter(parameter)); });
+    return action;
+}
+
+Binding read_binding(RowReader &row, bool may_be_default)
+{
+    Binding binding;
+    binding.place = row.place();
+    binding.name = row.text("name");
+    binding.handle = row.number("handle");
+    if (may_be_default)
+        binding.default_action = row.flag_or("default", false);
+    return binding;
+}
+
+Table read_table(RowReader &row)
+{
+    Table table;
+    table.place = row.place();
+    table.name = row.text("name");
+    row.set_subject(table.name);
+    table.handle = row.number("handle");
+    table.brief = row.text("brief");
+    table.counter = row.text_or("counter", "");
+    table.meter = row.text_or("meter", "");
+    table.indexed_resource = row.text_or("indexed_resource", "");
+    table.idle_time = row.flag_or("idle_time", false);
+    table.ttl_on_add = row.flag_or("ttl_on_add", false);
+    row.rows("key", false, "key", [&](RowReader &field) { table.key.push_back(read_field(field)); });
+    table.record_order = row.texts_or_none("record_order");
+    row.rows("actions", false, "actions",
+             [&](RowReader &binding) { table.actions.push_back(read_binding(binding, true)); });
+    return table;
+}
+
+Profile read_profile(RowReader &row)
+{
+    Profile profile;
+    profile.place = row.place();
+    profile.name = row.text("name");
+    row.set_subject(profile.name);
+    profile.table = row.text("table");
+    profile.action_table = row.number("action_table");
+    profile.selector = row.number("selector");
+    row.rows("actions", true, "actions",
+             [&](RowReader &binding) { profile.actions.push_back(read_binding(binding, false)); });
+    return profile;
+}
+
+Resource read_resource(RowReader &row)
+{
+    Resource resource;
+    resource.place = row.place();
+    resource.name = row.text("name");
+    row.set_subject(resource.name);
+    resource.handle = row.number("handle");
+    return resource;
+}
+
+Digest read_digest(RowReader &row)
+{
+    Digest digest{read_resource(row), {}};
+    row.rows("fields", true, "fields", [&](RowReader &field) {
+        digest.fields.push_back({field.place(), field.text("name"), field.number("bytes")});
+    });
+    return digest;
+}
+
+Hash read_hash(RowReader &row)
+{
+    Hash hash{read_resource(row), 0, 0};
+    hash.input = row.number("input");
+    hash.algorithm = row.number("algorithm");
+    return hash;
+}
+
+SnapshotLayout read_layout(RowReader &row)
+{
+    SnapshotLayout layout;
+    layout.place = row.place();
+    layout.name = row.text("name");
+    row.set_subject(layout.name);
+    layout.two_bytes = row.numbers("two_bytes");
+    layout.four_bytes = row.numbers("four_bytes");
+    return layout;
+}
+
+// One file of the catalogue after the other, with findings under the file's own name.
+class Loader {
+public:
+    Loader(std::filesystem::path catalogue_directory, Catalogue &rows, Diagnostics &findings)
+        : directory(std::move(catalogue_directory)), catalogue(rows), diagnostics(findings)
+    {
+    }
+
+    template <typename Read>
+    void file(const std::string &name, Read read)
+    {
+        try {
+            const toml::table table = toml::parse_file((directory / name).string());
+            RowReader root(table, name, "", diagnostics);
+            read(root);
+            root.report_unknown_keys();
+        } catch (const toml::parse_error &error) {
+            diagnostics.add({name, error.source().begin.line}, "", std::string(error.description()));
+            catalogue.complete = false;
+        }
+    }
+
+    // Reads the rows of the array `key` into `rows`.
+    template <typename Row, typename Read>
+    void rows(RowReader &root, const char *key, std::vector<Row> &rows, Read read)
+    {
+        root.rows(key, true, key, [&](RowReader &row) { rows.push_back(read(row)); });
+    }
+
+private:
+    std::filesystem::path directory;
+    Catalogue &catalogue;
+    Diagnostics &diagnostics;
+};
+
+} // namespace
+
+Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &diagnostics)
+{
+    Catalogue catalogue;
+    Loader loader(directory, catalogue, diagnostics);
+    std::vector<std::string> groups;
+    std::string actions, profiles, resources, services, snapshots;
+    loader.file("catalogue.toml", [&](RowReader &root) {
+        catalogue.program = root.text("program");
+        catalogue.prefix = root.text("prefix");
+        groups = root.texts("groups");
+        actions = root.text("actions");
+        profiles = root.text("profiles");
+        resources = root.text("resources");
+        services = root.text("services");
+        snapshots = root.text("snapshots");
+    });
+    if (!diagnostics.empty()) {
+        catalogue.complete = false; // without its root nothing else can be judged
+        return catalogue;
+    }
+
+    for (const std::string &file : groups)
+        loader.file(file, [&](RowReader &root) {
+            Group group{std::filesystem::path(file).stem().string(), root.text("title"), {}};
+            loader.rows(root, "table", group.tables, read_table);
+            catalogue.groups.push_back(std::move(group));
+        });
+    loader.file(actions, [&](RowReader &root) { loader.rows(root, "action", catalogue.actions, read_action); });
+    loader.file(profiles, [&](RowReader &root) { loader.rows(root, "profile", catalogue.profiles, read_profile); });
+    loader.file(resources, [&](RowReader &root) {
+        loader.rows(root, "counter", catalogue.counters, read_resource);
+        loader.rows(root, "meter", catalogue.meters, read_resource);
+        loader.rows(root, "register", catalogue.registers, read_resource);
+    });
+    loader.file(services, [&](RowReader &root) {
+        loader.rows(root, "digest", catalogue.digests, read_digest);
+        loader.rows(root, "value_set", catalogue.value_sets, read_resource);
+        loader.rows(root, "hash", catalogue.hashes, read_hash);
+    });
+    loader.file(snapshots, [&](RowReader &root) {
+        catalogue.snapshot_bytes = root.number("record_bytes");
+        loader.rows(root, "layout", catalogue.snapshots, read_layout);
+    });
+    return catalogue;
+}
+
+namespace {
+
+template <typename Row>
+const Row *find_by_name(const std::vector<Row> &rows, const std::string &name)
+{
+    const auto found = std::find_if(rows.begin(), rows.end(), [&](const Row &row) { return row.name == name; });
+    return found == rows.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+const Action *Catalogue::find_action(const std::string &name) const
+{
+    return find_by_name(actions, name);
+}
+
+const Profile *Catalogue::profile_of(const Table &table) const
+{
+    const auto found = std::find_if(profiles.begin(), profiles.end(),
+                                    [&](const Profile &profile) { return profile.table == table.name; });
+    return found == profiles.end() ? nullptr : &*found;
+}
+
+const Resource *Catalogue::find_resource(const std::string &name) const
+{
+    const Resource *counter = find_by_name(counters, name);
+    return counter ? counter : find_by_name(meters, name);
+}
+
+} // namespace pdgen

@@ -1,0 +1,141 @@
+// The catalogue in memory: plain rows as the TOML files state them, each with the place it came from, so that
+// a finding can name its line. Loading reports what is not a row; checks.h reports rows that do not fit
+// together.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "diagnostics.h"
+
+namespace pdgen {
+
+struct Mask128 {
+    std::uint64_t high = 0;
+    std::uint64_t low = 0;
+
+    bool operator==(const Mask128 &) const = default;
+};
+
+struct Field {
+    Place place;
+    std::string name;
+    std::string display;
+    unsigned width = 0;
+    std::string match; // exact, ternary, lpm
+    std::string format;
+    std::optional<Mask128> mask; // all bits of the width when absent
+    bool partition_index = false;
+};
+
+struct Parameter {
+    Place place;
+    std::string name;
+    unsigned width = 0;
+    std::string format;
+    std::string index_of; // a counter or meter
+    bool in_image = true;
+};
+
+struct Action {
+    Place place;
+    std::string name;
+    std::uint32_t number = 0;
+    std::vector<Parameter> parameters;
+};
+
+struct Binding {
+    Place place;
+    std::string name; // of the action
+    std::uint32_t handle = 0;
+    bool default_action = false;
+};
+
+struct Table {
+    Place place;
+    std::string name;
+    std::uint32_t handle = 0;
+    std::string brief;
+    std::string counter; // direct
+    std::string meter;   // direct
+    std::string indexed_resource;
+    bool idle_time = false;
+    bool ttl_on_add = false;
+    std::vector<Field> key;                // in image order
+    std::vector<std::string> record_order; // empty when it is the image order
+    std::vector<Binding> actions;
+};
+
+struct Group {
+    std::string file; // without ".toml": the name of its header and of its page
+    std::string title;
+    std::vector<Table> tables;
+};
+
+struct Profile {
+    Place place;
+    std::string name;
+    std::string table;
+    std::uint32_t action_table = 0;
+    std::uint32_t selector = 0;
+    std::vector<Binding> actions;
+};
+
+// A counter, meter, register or parser value set: a name with a handle.
+struct Resource {
+    Place place;
+    std::string name;
+    std::uint32_t handle = 0;
+};
+
+struct DigestField {
+    Place place;
+    std::string name;
+    unsigned bytes = 0;
+};
+
+struct Digest : Resource {
+    std::vector<DigestField> fields;
+};
+
+struct Hash : Resource {
+    std::uint32_t input = 0;
+    std::uint32_t algorithm = 0;
+};
+
+struct SnapshotLayout {
+    Place place;
+    std::string name;
+    std::vector<unsigned> two_bytes;
+    std::vector<unsigned> four_bytes;
+};
+
+struct Catalogue {
+    bool complete = true; // false when a file could not be read: whatever is missing may stand there
+    std::string program;
+    std::string prefix;
+    std::vector<Group> groups;
+    std::vector<Action> actions; // by number
+    std::vector<Profile> profiles;
+    std::vector<Resource> counters;
+    std::vector<Resource> meters;
+    std::vector<Resource> registers;
+    std::vector<Digest> digests;
+    std::vector<Resource> value_sets;
+    std::vector<Hash> hashes;
+    unsigned snapshot_bytes = 0;
+    std::vector<SnapshotLayout> snapshots;
+
+    const Action *find_action(const std::string &name) const;
+    const Profile *profile_of(const Table &table) const;
+    // Among counters and meters.
+    const Resource *find_resource(const std::string &name) const;
+};
+
+// Reads `directory`/catalogue.toml and the files that it names. Rows that could not be read are left out.
+Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &diagnostics);
+
+} // namespace pdgen

@@ -1,0 +1,162 @@
+#include "emit.h"
+
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include "layout.h"
+#include "view.h"
+
+namespace pdgen {
+
+namespace {
+
+namespace fs = std::filesystem;
+using kainjow::mustache::data;
+using kainjow::mustache::mustache;
+
+struct Output {
+    const char *template_name;
+    const char *path; // '*' stands for the group's name; such a template is rendered once a group
+};
+
+constexpr Output outputs[] = {
+    {"table_header.mustache", "include/pd_*.h"},
+    {"tables_header.mustache", "include/pd_tables.h"},
+    {"actions_header.mustache", "include/pd_actions.h"},
+    {"action_rows.mustache", "rows/rows_actions.h"},
+    {"table_rows.mustache", "rows/rows_*.h"},
+    {"profile_rows.mustache", "rows/rows_profiles.h"},
+    {"action_names.mustache", "thunks/action_names.cc"},
+    {"thunks.mustache", "thunks/thunks_*.cc"},
+    {"exports.mustache", "exports.map"},
+    {"reflection.mustache", "reflection/reflection_*.cc"},
+    {"reflection_index.mustache", "reflection/reflection_index.cc"},
+    {"program.mustache", "model/program.cc"},
+    {"reference.mustache", "reference/*.md"},
+    {"catalogue_json.mustache", "reference/catalogue.json"},
+};
+
+std::string read_file(const fs::path &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    if (!(text << file.rdbuf()))
+        throw std::runtime_error(path.string() + ": cannot be read");
+    return text.str();
+}
+
+// A line that holds nothing but the tag of a section must leave no line behind; the template library sees to
+// that only where the section is rendered, so the tag is set in front of the next line.
+std::string read_template(const fs::path &path)
+{
+    std::istringstream lines(read_file(path));
+    std::string text;
+    for (std::string line; std::getline(lines, line);) {
+        const bool lone_tag = (line.starts_with("{{#") || line.starts_with("{{^") || line.starts_with("{{/")) &&
+                              line.find("}}") == line.size() - 2;
+        text += lone_tag ? line : line + '\n';
+    }
+    return text;
+}
+
+// Leaves a file alone whose contents would not change, so that nothing is built anew without need.
+void write_if_changed(const fs::path &path, const std::string &text)
+{
+    if (fs::exists(path) && read_file(path) == text)
+        return;
+    fs::create_directories(path.parent_path());
+    const fs::path fresh = path.string() + ".new";
+    std::ofstream file(fresh, std::ios::binary);
+    if (!(file << text) || !file.flush())
+        throw std::runtime_error(path.string() + ": cannot be written");
+    file.close();
+    fs::rename(fresh, path);
+}
+
+// A variable without a value is an error, not an empty text.
+class StrictContext : public kainjow::mustache::context<std::string> {
+public:
+    explicit StrictContext(std::string template_file) : file(std::move(template_file)) {}
+
+    const data *get(const std::string &name) const override { return known(context::get(name), name); }
+    const data *get_partial(const std::string &name) const override { return known(context::get_partial(name), name); }
+
+private:
+    std::string file;
+
+    const data *known(const data *value, const std::string &name) const
+    {
+        if (!value)
+            throw std::runtime_error(file + ": \"" + name + "\" has no value here");
+        return value;
+    }
+};
+
+class Emitter {
+public:
+    Emitter(const Catalogue &catalogue, fs::path template_directory, fs::path output_directory)
+        : view(catalogue_view(catalogue)), templates(std::move(template_directory)), output(std::move(output_directory))
+    {
+        for (const auto &entry : fs::directory_iterator(templates))
+            if (entry.path().stem().string().starts_with('_'))
+                view.set(entry.path().stem().string(), data(kainjow::mustache::partial(
+                                                           [text = partial_text(entry.path())] { return text; })));
+    }
+
+    void emit(const Output &kind)
+    {
+        const std::string path = kind.path;
+        const std::size_t star = path.find('*');
+        mustache text(read_template(templates / kind.template_name));
+        if (!text.is_valid())
+            throw std::runtime_error(std::string(kind.template_name) + ": " + text.error_message());
+        text.set_custom_escape([](const std::string &value) { return value; });
+        if (star == std::string::npos) {
+            render(kind, text, nullptr, path);
+            return;
+        }
+        for (const data &group : view.get("groups")->list_value()) {
+            const std::string name = group.get("group")->string_value();
+            render(kind, text, &group, path.substr(0, star) + name + path.substr(star + 1));
+        }
+    }
+
+private:
+    data view;
+    fs::path templates;
+    fs::path output;
+
+    // Partials stand inside lines; the newline that ends their file is not theirs.
+    static std::string partial_text(const fs::path &path)
+    {
+        std::string text = read_template(path);
+        while (text.ends_with('\n'))
+            text.pop_back();
+        return text;
+    }
+
+    void render(const Output &kind, mustache &text, const data *group, const std::string &path)
+    {
+        StrictContext context(kind.template_name);
+        context.push(&view);
+        if (group)
+            context.push(group);
+        const std::string rendered = text.render(context);
+        if (!text.is_valid())
+            throw std::runtime_error(std::string(kind.template_name) + ": " + text.error_message());
+        const bool code = path.ends_with(".h") || path.ends_with(".cc");
+        write_if_changed(output / path, code ? lay_out(rendered) : rendered);
+    }
+};
+
+} // namespace
+
+void emit_all(const Catalogue &catalogue, const fs::path &templates, const fs::path &output)
+{
+    Emitter emitter(catalogue, templates, output);
+    for (const Output &kind : outputs)
+        emitter.emit(kind);
+}
+
+} // namespace pdgen

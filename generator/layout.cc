@@ -1,0 +1,95 @@
+#include "layout.h"
+
+#include <sstream>
+#include <vector>
+
+namespace pdgen {
+
+namespace {
+
+constexpr std::size_t line_width = 110;
+constexpr std::size_t deepest_hang = 44; // a list that opens further right goes to a line of its own
+constexpr std::size_t tab = 4;
+
+struct Cut {
+    std::size_t at = std::string::npos;   // the last character that stays on the line
+    std::size_t hang = std::string::npos; // where the rest begins; npos: no bracket of this line is open there
+};
+
+// The comma to break behind: the last one before the edge among those that lie in the fewest brackets.
+Cut find_cut(const std::string &line)
+{
+    std::vector<std::size_t> open;
+    Cut cut;
+    std::size_t cut_depth = std::string::npos;
+    for (std::size_t i = 0; i < line_width && i + 1 < line.size(); ++i) {
+        if (line[i] == '(' || line[i] == '{')
+            open.push_back(i + 1);
+        else if ((line[i] == ')' || line[i] == '}') && !open.empty())
+            open.pop_back();
+        else if (line[i] == ',' && line[i + 1] == ' ' && open.size() <= cut_depth) {
+            cut = {i, open.empty() ? std::string::npos : open.back()};
+            cut_depth = open.size();
+        }
+    }
+    return cut;
+}
+
+std::string break_code(std::string line)
+{
+    std::string result;
+    std::size_t indent = line.find_first_not_of(' ');
+    bool continued = false;
+    while (line.size() > line_width) {
+        Cut cut = find_cut(line);
+        const bool inside = cut.hang == std::string::npos || cut.hang > deepest_hang;
+        if (cut.at != std::string::npos && inside && continued)
+            cut.hang = indent;
+        else if (cut.at == std::string::npos || inside)
+            cut = {line.find('('), indent + tab}; // nothing but the list's opening stays on this line
+        if (cut.at == std::string::npos || cut.at + 1 >= line.size() || cut.at <= indent)
+            break;
+        result += line.substr(0, cut.at + 1) + '\n';
+        line = std::string(cut.hang, ' ') + line.substr(line.find_first_not_of(' ', cut.at + 1));
+        indent = cut.hang;
+        continued = true;
+    }
+    return result + line;
+}
+
+std::string break_comment(std::string line, const std::string &prefix)
+{
+    std::string result;
+    while (line.size() > line_width) {
+        const std::size_t cut = line.rfind(' ', line_width);
+        if (cut == std::string::npos || cut <= prefix.size())
+            break;
+        result += line.substr(0, cut) + '\n';
+        line = prefix + line.substr(cut + 1);
+    }
+    return result + line;
+}
+
+std::string break_line(const std::string &line)
+{
+    const std::size_t indent = std::min(line.find_first_not_of(' '), line.size());
+    const std::string margin = line.substr(0, indent);
+    if (line.compare(indent, 2, "* ") == 0)
+        return break_comment(line, line.compare(indent, 8, "* @param") == 0 ? margin + "*     " : margin + "* ");
+    if (line.compare(indent, 3, "// ") == 0)
+        return break_comment(line, margin + "// ");
+    return break_code(line);
+}
+
+} // namespace
+
+std::string lay_out(const std::string &text)
+{
+    std::istringstream lines(text);
+    std::string result;
+    for (std::string line; std::getline(lines, line);)
+        result += (line.size() > line_width ? break_line(line) : line) + '\n';
+    return result;
+}
+
+} // namespace pdgen

@@ -1,0 +1,56 @@
+#include "names.h"
+
+#include <sstream>
+
+namespace pdgen {
+
+std::string key_type(const Catalogue &catalogue, const std::string &table)
+{
+    return catalogue.prefix + "_" + table + "_match_spec_t";
+}
+
+std::string action_type(const Catalogue &catalogue, const std::string &action)
+{
+    return catalogue.prefix + "_" + action + "_action_spec_t";
+}
+
+std::string member_type(unsigned width)
+{
+    if (width <= 8 || width == 128)
+        return "u8";
+    return width <= 16 ? "u16" : "u32";
+}
+
+std::string member_array(unsigned width)
+{
+    return width == 128 ? "[16]" : "";
+}
+
+std::string parameter_member(const std::string &parameter)
+{
+    return "action_" + parameter;
+}
+
+std::string mask_member(const std::string &field)
+{
+    return field + "_mask";
+}
+
+std::string prefix_length_member(const std::string &field)
+{
+    return field + "_prefix_length";
+}
+
+std::string table_function(const Catalogue &catalogue, const std::string &table, const std::string &operation)
+{
+    return catalogue.prefix + "_" + table + "_" + operation;
+}
+
+std::string hex(std::uint64_t value)
+{
+    std::ostringstream text;
+    text << "0x" << std::hex << value;
+    return text.str();
+}
+
+} // namespace pdgen

@@ -1,0 +1,29 @@
+// The only place that forms an exported name or a C type.
+#pragma once
+
+#include <string>
+
+#include "catalogue.h"
+
+namespace pdgen {
+
+// The record of a table's key: <prefix>_<table>_match_spec_t.
+std::string key_type(const Catalogue &catalogue, const std::string &table);
+
+// The record of an action's parameters: <prefix>_<action>_action_spec_t.
+std::string action_type(const Catalogue &catalogue, const std::string &action);
+
+// The smallest unsigned type of `width` bits; a field of 128 bits is an array of bytes.
+std::string member_type(unsigned width);
+std::string member_array(unsigned width); // "[16]" or nothing
+
+std::string parameter_member(const std::string &parameter);  // action_<name>
+std::string mask_member(const std::string &field);           // <field>_mask
+std::string prefix_length_member(const std::string &field);  // <field>_prefix_length
+
+// An exported function of a table: <prefix>_<table>_<operation>.
+std::string table_function(const Catalogue &catalogue, const std::string &table, const std::string &operation);
+
+std::string hex(std::uint64_t value);
+
+} // namespace pdgen

@@ -1,0 +1,67 @@
+// Strict reading of one TOML table: every value is asked for by key and type, what is missing or of the wrong
+// type is reported, and so is every key that nobody asked for.
+#pragma once
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <toml++/toml.h>
+
+#include "catalogue.h"
+
+namespace pdgen {
+
+class RowReader {
+public:
+    // `subject` names the row in findings until its own name is known; it is a prefix of every field.
+    RowReader(const toml::table &table, std::string file, std::string subject, Diagnostics &diagnostics);
+
+    Place place() const { return place_of(row); }
+    void set_subject(const std::string &name) { subject = name; }
+    const std::string &get_subject() const { return subject; }
+
+    std::string text(const char *key);
+    std::string text_or(const char *key, const std::string &otherwise);
+    std::uint32_t number(const char *key);
+    bool flag_or(const char *key, bool otherwise);
+    std::optional<Mask128> mask(const char *key); // an integer, or a string of hexadecimal digits
+    std::vector<std::string> texts(const char *key);
+    std::vector<std::string> texts_or_none(const char *key);
+    std::vector<unsigned> numbers(const char *key);
+
+    // Calls `read(RowReader &)` for each table of the array `key`. `label` names an element until it has a name.
+    template <typename Read>
+    void rows(const char *key, bool required, const char *label, Read read)
+    {
+        const toml::array *array = find_array(key, required);
+        if (!array)
+            return;
+        for (std::size_t i = 0; i < array->size(); ++i) {
+            const std::string element = subject + (subject.empty() ? "" : ".") + label + "[" + std::to_string(i) + "]";
+            if (const toml::table *table = (*array)[i].as_table()) {
+                RowReader reader(*table, file, element, diagnostics);
+                read(reader);
+                reader.report_unknown_keys();
+            } else {
+                diagnostics.add(place_of((*array)[i]), element, "must be a table");
+            }
+        }
+    }
+
+    void report_unknown_keys();
+    void wrong(const char *key, const std::string &what);
+
+private:
+    const toml::node *find(const char *key, bool required);
+    const toml::array *find_array(const char *key, bool required);
+    Place place_of(const toml::node &node) const { return {file, node.source().begin.line}; }
+    std::string field(const char *key) const { return subject.empty() ? key : subject + "." + key; }
+
+    const toml::table &row;
+    std::string file;
+    std::string subject;
+    Diagnostics &diagnostics;
+    std::set<std::string, std::less<>> asked;
+};
+
+} // namespace pdgen

@@ -1,0 +1,266 @@
+#include "view.h"
+
+#include <algorithm>
+#include <map>
+
+#include "names.h"
+
+namespace pdgen {
+
+namespace {
+
+using kainjow::mustache::data;
+using kainjow::mustache::list;
+
+std::string decimal(std::uint64_t value)
+{
+    return std::to_string(value);
+}
+
+std::string count_of(std::size_t count, const std::string &one)
+{
+    return decimal(count) + " " + one + (count == 1 ? "" : "s");
+}
+
+unsigned bytes_of(unsigned width)
+{
+    return (width + 7) / 8;
+}
+
+// Size of the image of `fields`, a key's or an action's.
+template <typename Fields>
+void set_image_size(data &view, const Fields &fields)
+{
+    unsigned bytes = 0, bits = 0;
+    for (const auto &field : fields) {
+        bytes += bytes_of(field.width);
+        bits += field.width;
+    }
+    view.set("image_bytes", decimal(bytes));
+    view.set("image_bits", decimal(bits));
+}
+
+// Marks the last element, for separators.
+void push(list &elements, data element, bool last)
+{
+    element.set("last", data(last));
+    elements.push_back(std::move(element));
+}
+
+class View {
+public:
+    explicit View(const Catalogue &rows) : catalogue(rows)
+    {
+        for (const Action &action : catalogue.actions)
+            actions.emplace(action.name, action_view(action));
+    }
+
+    data root() const
+    {
+        data view;
+        view.set("program", catalogue.program);
+        view.set("prefix", catalogue.prefix);
+        list groups, action_list, profiles;
+        for (const Group &group : catalogue.groups)
+            push(groups, group_view(group), &group == &catalogue.groups.back());
+        for (const Action &action : catalogue.actions)
+            push(action_list, actions.at(action.name), &action == &catalogue.actions.back());
+        for (const Profile &profile : catalogue.profiles)
+            push(profiles, profile_view(profile), &profile == &catalogue.profiles.back());
+        view.set("groups", groups);
+        view.set("all_actions", action_list);
+        view.set("action_count", decimal(catalogue.actions.size()));
+        view.set("profiles", profiles);
+        view.set("all_tables", tables_by_handle());
+        return view;
+    }
+
+private:
+    const Catalogue &catalogue;
+    std::map<std::string, data> actions;
+
+    std::string resource_handle(const std::string &name) const
+    {
+        return name.empty() ? "0" : hex(catalogue.find_resource(name)->handle);
+    }
+
+    data parameter_view(const Parameter &parameter) const
+    {
+        data view;
+        view.set("parameter", parameter.name);
+        view.set("member", parameter_member(parameter.name));
+        view.set("type", member_type(parameter.width));
+        view.set("width", decimal(parameter.width));
+        view.set("width_text", count_of(parameter.width, "bit"));
+        view.set("format", parameter.format);
+        view.set("index_of", parameter.index_of);
+        view.set("is_index", data(!parameter.index_of.empty()));
+        view.set("index_handle", resource_handle(parameter.index_of));
+        view.set("in_image", std::string(parameter.in_image ? "true" : "false"));
+        return view;
+    }
+
+    data action_view(const Action &action) const
+    {
+        data view;
+        view.set("action", action.name);
+        view.set("number", decimal(action.number));
+        view.set("action_type", action_type(catalogue, action.name));
+        view.set("has_parameters", data(!action.parameters.empty()));
+        list parameters;
+        for (const Parameter &parameter : action.parameters)
+            push(parameters, parameter_view(parameter), &parameter == &action.parameters.back());
+        view.set("parameters", parameters);
+        set_image_size(view, action.parameters);
+        return view;
+    }
+
+    list binding_views(const std::vector<Binding> &bindings, bool entry) const
+    {
+        list views;
+        for (const Binding &binding : bindings) {
+            data view = actions.at(binding.name);
+            view.set("index", decimal(views.size()));
+            view.set("action_handle", hex(binding.handle));
+            view.set("is_entry", std::string(entry ? "true" : "false"));
+            view.set("is_default", std::string(binding.default_action ? "true" : "false"));
+            push(views, std::move(view), &binding == &bindings.back());
+        }
+        return views;
+    }
+
+    data field_view(const Table &table, const Field &field) const
+    {
+        data view;
+        const bool ternary = field.match == "ternary", lpm = field.match == "lpm";
+        view.set("field", field.name);
+        view.set("display", field.display);
+        view.set("width", decimal(field.width));
+        view.set("width_text", count_of(field.width, "bit"));
+        view.set("type", member_type(field.width));
+        view.set("array", member_array(field.width));
+        view.set("is_array", data(field.width == 128));
+        view.set("match", field.match);
+        view.set("format", field.format);
+        view.set("has_twin", data(ternary || lpm));
+        view.set("twin", ternary ? mask_member(field.name) : lpm ? prefix_length_member(field.name) : "");
+        view.set("is_ternary", data(ternary));
+        view.set("is_lpm", data(lpm));
+        view.set("is_partition", data(field.partition_index));
+        view.set("partition_index", std::string(field.partition_index ? "true" : "false"));
+        view.set("key_type", key_type(catalogue, table.name));
+        const auto ones = [](unsigned bits) { return bits >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << bits) - 1; };
+        const Mask128 full{field.width > 64 ? ones(field.width - 64) : 0, ones(field.width)};
+        const Mask128 mask = field.mask.value_or(full);
+        view.set("mask_high", hex(mask.high));
+        view.set("mask_low", hex(mask.low));
+        return view;
+    }
+
+    // The members of a table's record stand in an order of their own.
+    list member_views(const Table &table) const
+    {
+        std::vector<Field> fields = table.key;
+        const auto place = [&](const Field &field) {
+            return std::find(table.record_order.begin(), table.record_order.end(), field.name);
+        };
+        if (!table.record_order.empty())
+            std::sort(fields.begin(), fields.end(),
+                      [&](const Field &a, const Field &b) { return place(a) < place(b); });
+        return field_views(table, fields);
+    }
+
+    list field_views(const Table &table, const std::vector<Field> &fields) const
+    {
+        list views;
+        for (const Field &field : fields)
+            push(views, field_view(table, field), &field == &fields.back());
+        return views;
+    }
+
+    data table_view(const Table &table) const
+    {
+        data view;
+        const Profile *profile = catalogue.profile_of(table);
+        const auto any = [&](const char *match) {
+            return std::any_of(table.key.begin(), table.key.end(),
+                               [&](const Field &field) { return field.match == match; });
+        };
+        view.set("table", table.name);
+        view.set("table_handle", hex(table.handle));
+        view.set("brief", table.brief);
+        view.set("key_type", key_type(catalogue, table.name));
+        view.set("has_key", data(!table.key.empty()));
+        view.set("fields", field_views(table, table.key));
+        view.set("members", member_views(table));
+        set_image_size(view, table.key);
+        view.set("kind", std::string(table.key.empty() ? "none" : any("ternary") ? "ternary" : any("lpm") ? "lpm" : "exact"));
+        view.set("has_priority", data(any("ternary")));
+        view.set("actions", binding_views(table.actions, !table.key.empty()));
+        view.set("is_direct", data(!profile));
+        view.set("counter", table.counter);
+        view.set("has_counter", data(!table.counter.empty()));
+        view.set("counter_handle", resource_handle(table.counter));
+        view.set("meter", table.meter);
+        view.set("has_meter", data(!table.meter.empty()));
+        view.set("meter_handle", resource_handle(table.meter));
+        view.set("indexed_resource", table.indexed_resource);
+        view.set("has_indexed_resource", data(!table.indexed_resource.empty()));
+        view.set("indexed_handle", resource_handle(table.indexed_resource));
+        view.set("resource_handle", resource_handle(table.counter + table.meter + table.indexed_resource));
+        view.set("has_idle_time", data(table.idle_time));
+        view.set("idle_time", std::string(table.idle_time ? "true" : "false"));
+        view.set("takes_ttl", data(table.ttl_on_add));
+        view.set("ttl_on_add", std::string(table.ttl_on_add ? "true" : "false"));
+        view.set("profile", profile ? profile->name : "");
+        view.set("action_table", profile ? hex(profile->action_table) : "0");
+        view.set("selector", profile ? hex(profile->selector) : "0");
+        view.set("entry_actions", profile ? binding_views(profile->actions, true)
+                                          : binding_views(table.actions, !table.key.empty()));
+        return view;
+    }
+
+    data group_view(const Group &group) const
+    {
+        data view;
+        view.set("group", group.file);
+        view.set("title", group.title);
+        list tables;
+        for (const Table &table : group.tables)
+            push(tables, table_view(table), &table == &group.tables.back());
+        view.set("tables", tables);
+        return view;
+    }
+
+    data profile_view(const Profile &profile) const
+    {
+        data view;
+        view.set("profile", profile.name);
+        view.set("action_table", hex(profile.action_table));
+        view.set("selector", hex(profile.selector));
+        view.set("entry_actions", binding_views(profile.actions, true));
+        return view;
+    }
+
+    list tables_by_handle() const
+    {
+        std::vector<const Table *> tables;
+        for (const Group &group : catalogue.groups)
+            for (const Table &table : group.tables)
+                tables.push_back(&table);
+        std::sort(tables.begin(), tables.end(), [](auto *a, auto *b) { return a->handle < b->handle; });
+        list views;
+        for (const Table *table : tables)
+            push(views, table_view(*table), table == tables.back());
+        return views;
+    }
+};
+
+} // namespace
+
+data catalogue_view(const Catalogue &catalogue)
+{
+    return View(catalogue).root();
+}
+
+} // namespace pdgen
