@@ -1,0 +1,63 @@
+/**
+ * @file pd_types.h
+ * @brief The words that every operation of the library speaks in: handles, targets, statuses.
+ *
+ * Plain C99, no dependencies but <stdint.h>. Every other public header includes this one.
+ */
+#ifndef PD_TYPES_H
+#define PD_TYPES_H
+
+#include <stdint.h>
+
+/** Around the declarations of a public header: C linkage, visible outside the library. */
+#ifdef __cplusplus
+#define PD_BEGIN_DECLS _Pragma("GCC visibility push(default)") extern "C" {
+#define PD_END_DECLS } _Pragma("GCC visibility pop")
+#else
+#define PD_BEGIN_DECLS
+#define PD_END_DECLS
+#endif
+
+PD_BEGIN_DECLS
+
+typedef uint8_t u8;
+typedef uint16_t u16;
+typedef uint32_t u32;
+typedef uint64_t u64;
+
+/** A word that may carry a pointer: cookies and words that the library only forwards. */
+typedef uintptr_t pd_word;
+
+/** A driver session, the first argument of every operation that reaches the driver. */
+typedef u32 pd_sess_hdl;
+/** An entry of a match-action table; made by the driver when the entry is added. */
+typedef u32 pd_entry_hdl;
+/** A member of an action profile. */
+typedef u32 pd_mbr_hdl;
+/** A selector group of an action profile. */
+typedef u32 pd_grp_hdl;
+
+/** 0 for success. The driver's statuses pass through the library unchanged. */
+typedef u32 pd_status;
+
+/** Where an operation applies: a device and one of its pipes. Passed by value, handed on unread. */
+typedef struct pd_dev_target {
+    u32 device_id; /**< the chip */
+    u32 pipe_id;   /**< one pipe of it, or 0xffff for all pipes */
+} pd_dev_target;
+
+/** What a meter is asked to do with the colour that a packet brings along. */
+enum { PD_METER_TYPE_COLOR_AWARE = 0, PD_METER_TYPE_COLOR_UNAWARE = 1 };
+
+/** A meter as a caller describes it. Rates and bursts are in the driver's units. */
+typedef struct pd_meter_spec {
+    u32 committed_rate;
+    u32 committed_burst;
+    u32 peak_rate;
+    u32 peak_burst;
+    u32 requested_meter_type; /**< PD_METER_TYPE_COLOR_AWARE or PD_METER_TYPE_COLOR_UNAWARE */
+} pd_meter_spec;
+
+PD_END_DECLS
+
+#endif

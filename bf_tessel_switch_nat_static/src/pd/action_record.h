@@ -1,0 +1,79 @@
+// What an entry does as the driver takes it: the image of its parameters and the record that points at it, side
+// by side on the caller's stack.
+#pragma once
+
+#include <utility>
+
+#include "image.h"
+#include "meter.h"
+#include "pipe_mgr.h"
+
+namespace pd {
+
+// Zeroes a record with 16-byte stores. The compiler's own choice for a record of this size, a string
+// instruction, costs more than all the rest of a write; docs/decisions.md has the figures.
+template <typename Record>
+[[gnu::always_inline]] inline void zero(Record &record)
+{
+    using Chunk [[gnu::vector_size(16), gnu::aligned(1), gnu::may_alias]] = u8;
+    constexpr std::size_t last = sizeof(Record) - sizeof(Chunk);
+    u8 *bytes = reinterpret_cast<u8 *>(&record);
+#pragma GCC unroll 32
+    for (std::size_t at = 0; at < last; at += sizeof(Chunk))
+        *reinterpret_cast<Chunk *>(bytes + at) = Chunk{};
+    *reinterpret_cast<Chunk *>(bytes + last) = Chunk{}; // overlaps the one before it
+}
+
+template <const Action &action>
+class ActionRecord {
+public:
+    // `parameters` is the action's record; it is not read for an action without parameters.
+    [[gnu::always_inline]] explicit ActionRecord(const void *parameters)
+    {
+        zero(record);
+        record.action_kind = PIPE_ACTION_DATA;
+        record.action_data.num_valid_bits = size.bits;
+        record.action_data.num_bytes = size.bytes;
+        record.action_data.data = data;
+        fill(parameters, std::make_index_sequence<action.parameters.size()>{});
+    }
+
+    ActionRecord(const ActionRecord &) = delete;
+
+    pipe_action_spec *spec() { return &record; }
+
+    // Hangs the one resource of the entry on it and gives the place to fill in the rest.
+    [[gnu::always_inline]] pipe_res_spec &add_resource(u32 handle, u32 tag)
+    {
+        record.resource_count = 1;
+        record.resources[0].res_handle = handle;
+        record.resources[0].res_tag = tag;
+        return record.resources[0];
+    }
+
+private:
+    static constexpr ImageSize size = image_size(action.parameters);
+
+    u8 data[size.bytes ? size.bytes : 1]; // the driver's pointer is never null
+    pipe_action_spec record;
+
+    template <std::size_t... parameters>
+    [[gnu::always_inline]] void fill([[maybe_unused]] const void *from, std::index_sequence<parameters...>)
+    {
+        (put<parameters>(from), ...);
+    }
+
+    template <std::size_t index>
+    [[gnu::always_inline]] void put([[maybe_unused]] const void *from)
+    {
+        constexpr const Parameter &parameter = action.parameters[index];
+        constexpr u32 bytes = bytes_of(parameter.width);
+        u8 *to = data + image_offset(action.parameters, index);
+        if constexpr (parameter.in_image)
+            store_big_endian<bytes>(to, load_member<parameter.width>(from, parameter.offset));
+        else
+            std::memset(to, 0, bytes); // the index travels in the resource record alone
+    }
+};
+
+} // namespace pd

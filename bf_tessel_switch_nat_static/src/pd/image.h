@@ -1,0 +1,90 @@
+// The one rule that packs fields into images: big-endian, field after field, each in whole bytes. Everything
+// here is unrolled by its caller and costs one or two instructions a field.
+#pragma once
+
+#include <cstring>
+
+#include "rows.h"
+
+namespace pd {
+
+// Stores the low `bytes` bytes of `value`, most significant first.
+template <u32 bytes>
+[[gnu::always_inline]] inline void store_big_endian(u8 *to, u32 value)
+{
+    static_assert(bytes >= 1 && bytes <= 4);
+    if constexpr (bytes == 1) {
+        *to = static_cast<u8>(value);
+    } else if constexpr (bytes == 2) {
+        const u16 swapped = __builtin_bswap16(static_cast<u16>(value));
+        std::memcpy(to, &swapped, sizeof swapped);
+    } else if constexpr (bytes == 3) {
+        store_big_endian<1>(to, value >> 16);
+        store_big_endian<2>(to + 1, value);
+    } else {
+        const u32 swapped = __builtin_bswap32(value);
+        std::memcpy(to, &swapped, sizeof swapped);
+    }
+}
+
+// Reads the member of `width` bits, up to 32, at `offset` of a caller's record.
+template <u32 width>
+[[gnu::always_inline]] inline u32 load_member(const void *record, u32 offset)
+{
+    const u8 *from = static_cast<const u8 *>(record) + offset;
+    if constexpr (width <= 8) {
+        return *from;
+    } else if constexpr (width <= 16) {
+        u16 value;
+        std::memcpy(&value, from, sizeof value);
+        return value;
+    } else {
+        u32 value;
+        std::memcpy(&value, from, sizeof value);
+        return value;
+    }
+}
+
+// 128 bits as two words that keep the order of the bytes in memory.
+struct Wide {
+    u64 words[2];
+};
+
+[[gnu::always_inline]] inline Wide load_wide(const void *record, u32 offset)
+{
+    Wide wide;
+    std::memcpy(&wide, static_cast<const u8 *>(record) + offset, sizeof wide);
+    return wide;
+}
+
+[[gnu::always_inline]] inline void store_wide(u8 *to, const Wide &wide)
+{
+    std::memcpy(to, &wide, sizeof wide);
+}
+
+[[gnu::always_inline]] inline Wide operator&(const Wide &a, const Wide &b)
+{
+    return {{a.words[0] & b.words[0], a.words[1] & b.words[1]}};
+}
+
+constexpr u32 ones(u32 bits)
+{
+    return bits >= 32 ? ~u32{0} : (u32{1} << bits) - 1;
+}
+
+// A mask of the leading `length` of 32 bits.
+[[gnu::always_inline]] inline u32 prefix_mask(u32 length)
+{
+    return static_cast<u32>(~u64{0} << (32 - length));
+}
+
+// Likewise of 128 bits, in the byte order of an image.
+[[gnu::always_inline]] inline Wide wide_prefix_mask(u32 length)
+{
+    const auto leading = [](u32 bits) { return bits == 0 ? u64{0} : ~u64{0} << (64 - bits); };
+    const u64 high = leading(length < 64 ? length : 64);
+    const u64 low = leading(length < 64 ? 0 : length - 64);
+    return {{__builtin_bswap64(high), __builtin_bswap64(low)}};
+}
+
+} // namespace pd
