@@ -1,0 +1,50 @@
+#include "reflection.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+
+#include "reflection_tables.h"
+
+namespace reflection {
+
+std::span<const TableFunctions *const> tables()
+{
+    return {table_index, table_count};
+}
+
+std::span<const pd::Action *const> actions()
+{
+    return {action_index, action_count};
+}
+
+const TableFunctions *find_table(std::string_view name)
+{
+    static const auto by_name = [] {
+        std::unordered_map<std::string_view, const TableFunctions *> names;
+        for (const TableFunctions *table : tables())
+            names.emplace(table->row->name, table);
+        return names;
+    }();
+    const auto found = by_name.find(name);
+    return found == by_name.end() ? nullptr : found->second;
+}
+
+const TableFunctions *find_table(u32 handle)
+{
+    const auto all = tables();
+    const auto found = std::lower_bound(all.begin(), all.end(), handle, [](const TableFunctions *table, u32 wanted) {
+        return table->row->handle < wanted;
+    });
+    return found != all.end() && (*found)->row->handle == handle ? *found : nullptr;
+}
+
+const ActionFunctions *find_action(const TableFunctions &table, std::string_view name)
+{
+    for (const ActionFunctions &action : table.actions)
+        if (action.row->action->name == name)
+            return &action;
+    return nullptr;
+}
+
+} // namespace reflection
