@@ -193,8 +193,10 @@ Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &di
             loader.rows(root, "table", group.tables, read_table);
             catalogue.groups.push_back(std::move(group));
         });
-    loader.file(actions, [&](RowReader &root) { loader.rows(root, "action", catalogue.actions, read_action); });
-    loader.file(profiles, [&](RowReader &root) { loader.rows(root, "profile", catalogue.profiles, read_profile); });
+    loader.file(actions,
+                [&](RowReader &root) { loader.rows(root, "action", catalogue.actions, read_action); });
+    loader.file(profiles,
+                [&](RowReader &root) { loader.rows(root, "profile", catalogue.profiles, read_profile); });
     loader.file(resources, [&](RowReader &root) {
         loader.rows(root, "counter", catalogue.counters, read_resource);
         loader.rows(root, "meter", catalogue.meters, read_resource);
@@ -217,7 +219,8 @@ namespace {
 template <typename Row>
 const Row *find_by_name(const std::vector<Row> &rows, const std::string &name)
 {
-    const auto found = std::find_if(rows.begin(), rows.end(), [&](const Row &row) { return row.name == name; });
+    const auto found =
+        std::find_if(rows.begin(), rows.end(), [&](const Row &row) { return row.name == name; });
     return found == rows.end() ? nullptr : &*found;
 }
 

@@ -53,8 +53,9 @@ std::string read_template(const fs::path &path)
     std::istringstream lines(read_file(path));
     std::string text;
     for (std::string line; std::getline(lines, line);) {
-        const bool lone_tag = (line.starts_with("{{#") || line.starts_with("{{^") || line.starts_with("{{/")) &&
-                              line.find("}}") == line.size() - 2;
+        const bool lone_tag =
+            (line.starts_with("{{#") || line.starts_with("{{^") || line.starts_with("{{/")) &&
+            line.find("}}") == line.size() - 2;
         text += lone_tag ? line : line + '\n';
     }
     return text;
@@ -80,7 +81,10 @@ public:
     explicit StrictContext(std::string template_file) : file(std::move(template_file)) {}
 
     const data *get(const std::string &name) const override { return known(context::get(name), name); }
-    const data *get_partial(const std::string &name) const override { return known(context::get_partial(name), name); }
+    const data *get_partial(const std::string &name) const override
+    {
+        return known(context::get_partial(name), name);
+    }
 
 private:
     std::string file;
@@ -96,12 +100,14 @@ private:
 class Emitter {
 public:
     Emitter(const Catalogue &catalogue, fs::path template_directory, fs::path output_directory)
-        : view(catalogue_view(catalogue)), templates(std::move(template_directory)), output(std::move(output_directory))
+        : view(catalogue_view(catalogue)), templates(std::move(template_directory)),
+          output(std::move(output_directory))
     {
         for (const auto &entry : fs::directory_iterator(templates))
             if (entry.path().stem().string().starts_with('_'))
-                view.set(entry.path().stem().string(), data(kainjow::mustache::partial(
-                                                           [text = partial_text(entry.path())] { return text; })));
+                view.set(
+                    entry.path().stem().string(),
+                    data(kainjow::mustache::partial([text = partial_text(entry.path())] { return text; })));
     }
 
     void emit(const Output &kind)

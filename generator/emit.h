@@ -10,6 +10,7 @@ namespace pdgen {
 // Renders all templates of the directory `templates` into `output`. Throws std::runtime_error, with one line
 // that names the file, for a template that is wrong or uses a variable that has no value, and for a file that
 // cannot be read or written.
-void emit_all(const Catalogue &catalogue, const std::filesystem::path &templates, const std::filesystem::path &output);
+void emit_all(const Catalogue &catalogue, const std::filesystem::path &templates,
+              const std::filesystem::path &output);
 
 } // namespace pdgen

@@ -12,8 +12,9 @@ constexpr std::size_t deepest_hang = 44; // a list that opens further right goes
 constexpr std::size_t tab = 4;
 
 struct Cut {
-    std::size_t at = std::string::npos;   // the last character that stays on the line
-    std::size_t hang = std::string::npos; // where the rest begins; npos: no bracket of this line is open there
+    std::size_t at = std::string::npos; // the last character that stays on the line
+    std::size_t hang =
+        std::string::npos; // where the rest begins; npos: no bracket of this line is open there
 };
 
 // The comma to break behind: the last one before the edge among those that lie in the fewest brackets.
@@ -75,7 +76,8 @@ std::string break_line(const std::string &line)
     const std::size_t indent = std::min(line.find_first_not_of(' '), line.size());
     const std::string margin = line.substr(0, indent);
     if (line.compare(indent, 2, "* ") == 0)
-        return break_comment(line, line.compare(indent, 8, "* @param") == 0 ? margin + "*     " : margin + "* ");
+        return break_comment(line,
+                             line.compare(indent, 8, "* @param") == 0 ? margin + "*     " : margin + "* ");
     if (line.compare(indent, 3, "// ") == 0)
         return break_comment(line, margin + "// ");
     return break_code(line);

@@ -4,7 +4,8 @@
 
 namespace pdgen {
 
-RowReader::RowReader(const toml::table &table, std::string file_name, std::string row_subject, Diagnostics &findings)
+RowReader::RowReader(const toml::table &table, std::string file_name, std::string row_subject,
+                     Diagnostics &findings)
     : row(table), file(std::move(file_name)), subject(std::move(row_subject)), diagnostics(findings)
 {
 }
@@ -144,7 +145,8 @@ void RowReader::report_unknown_keys()
 {
     for (const auto &[key, node] : row)
         if (!asked.contains(key.str()))
-            diagnostics.add({file, key.source().begin.line}, field(std::string(key.str()).c_str()), "is no known key");
+            diagnostics.add({file, key.source().begin.line}, field(std::string(key.str()).c_str()),
+                            "is no known key");
 }
 
 } // namespace pdgen

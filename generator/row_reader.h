@@ -29,7 +29,8 @@ public:
     std::vector<std::string> texts_or_none(const char *key);
     std::vector<unsigned> numbers(const char *key);
 
-    // Calls `read(RowReader &)` for each table of the array `key`. `label` names an element until it has a name.
+    // Calls `read(RowReader &)` for each table of the array `key`. `label` names an element until it has a
+    // name.
     template <typename Read>
     void rows(const char *key, bool required, const char *label, Read read)
     {
@@ -37,7 +38,8 @@ public:
         if (!array)
             return;
         for (std::size_t i = 0; i < array->size(); ++i) {
-            const std::string element = subject + (subject.empty() ? "" : ".") + label + "[" + std::to_string(i) + "]";
+            const std::string element =
+                subject + (subject.empty() ? "" : ".") + label + "[" + std::to_string(i) + "]";
             if (const toml::table *table = (*array)[i].as_table()) {
                 RowReader reader(*table, file, element, diagnostics);
                 read(reader);

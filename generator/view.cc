@@ -149,7 +149,9 @@ private:
         view.set("is_partition", data(field.partition_index));
         view.set("partition_index", std::string(field.partition_index ? "true" : "false"));
         view.set("key_type", key_type(catalogue, table.name));
-        const auto ones = [](unsigned bits) { return bits >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << bits) - 1; };
+        const auto ones = [](unsigned bits) {
+            return bits >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << bits) - 1;
+        };
         const Mask128 full{field.width > 64 ? ones(field.width - 64) : 0, ones(field.width)};
         const Mask128 mask = field.mask.value_or(full);
         view.set("mask_high", hex(mask.high));
@@ -194,7 +196,10 @@ private:
         view.set("fields", field_views(table, table.key));
         view.set("members", member_views(table));
         set_image_size(view, table.key);
-        view.set("kind", std::string(table.key.empty() ? "none" : any("ternary") ? "ternary" : any("lpm") ? "lpm" : "exact"));
+        view.set("kind", std::string(table.key.empty() ? "none"
+                                     : any("ternary")  ? "ternary"
+                                     : any("lpm")      ? "lpm"
+                                                       : "exact"));
         view.set("has_priority", data(any("ternary")));
         view.set("actions", binding_views(table.actions, !table.key.empty()));
         view.set("is_direct", data(!profile));

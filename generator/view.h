@@ -1,5 +1,5 @@
-// The catalogue as templates see it: names, types and literals, ready to be set into text. Every variable that
-// a template may use is set here, for every object; where something does not apply it is false or empty.
+// The catalogue as templates see it: names, types and literals, ready to be set into text. Every variable
+// that a template may use is set here, for every object; where something does not apply it is false or empty.
 #pragma once
 
 #include <kainjow/mustache.hpp>

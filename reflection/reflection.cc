@@ -33,9 +33,9 @@ const TableFunctions *find_table(std::string_view name)
 const TableFunctions *find_table(u32 handle)
 {
     const auto all = tables();
-    const auto found = std::lower_bound(all.begin(), all.end(), handle, [](const TableFunctions *table, u32 wanted) {
-        return table->row->handle < wanted;
-    });
+    const auto found =
+        std::lower_bound(all.begin(), all.end(), handle,
+                         [](const TableFunctions *table, u32 wanted) { return table->row->handle < wanted; });
     return found != all.end() && (*found)->row->handle == handle ? *found : nullptr;
 }
 

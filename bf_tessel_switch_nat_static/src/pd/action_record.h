@@ -1,5 +1,5 @@
-// What an entry does as the driver takes it: the image of its parameters and the record that points at it, side
-// by side on the caller's stack.
+// What an entry does as the driver takes it: the image of its parameters and the record that points at it,
+// side by side on the caller's stack.
 #pragma once
 
 #include <utility>

@@ -24,13 +24,14 @@ constexpr const Binding &find_binding()
 template <const Table &table, const Action &action>
 [[gnu::always_inline]] inline void add_direct_meter(ActionRecord<action> &record, const pd_meter_spec *meter)
 {
-    pipe_res_spec &resource = record.add_resource(table.direct_meter, meter ? PIPE_RES_ATTACH : PIPE_RES_KEEP);
+    pipe_res_spec &resource =
+        record.add_resource(table.direct_meter, meter ? PIPE_RES_ATTACH : PIPE_RES_KEEP);
     if (meter)
         fill_bytes_meter(resource.res_data.meter, *meter);
 }
 
-// Hangs an indexed resource on the entry, or takes it off when the action does not use it. `index_mask` are the
-// bits of the action's parameter that make the index.
+// Hangs an indexed resource on the entry, or takes it off when the action does not use it. `index_mask` are
+// the bits of the action's parameter that make the index.
 template <const Table &table, const Action &action>
 [[gnu::always_inline]] inline void add_indexed_resource(ActionRecord<action> &record, const void *parameters,
                                                         u32 index_mask)
@@ -60,8 +61,8 @@ inline constexpr u32 index_mask_in_add = 0xffff;
 inline constexpr u32 index_mask_in_modify = 0xffffffff;
 
 template <const Table &table, const Action &action>
-[[gnu::always_inline]] inline pd_status add(pd_sess_hdl sess, pd_dev_target target, const EntryArguments &with,
-                                            pd_entry_hdl *entry,
+[[gnu::always_inline]] inline pd_status add(pd_sess_hdl sess, pd_dev_target target,
+                                            const EntryArguments &with, pd_entry_hdl *entry,
                                             Place place = {__builtin_FUNCTION(), __builtin_LINE()})
 {
     MatchRecord<table> match(with.key, with.priority);
@@ -69,8 +70,8 @@ template <const Table &table, const Action &action>
         fail(table.missing_meter, place);
     ActionRecord<action> act(with.action);
     add_resources<table>(act, with, index_mask_in_add);
-    return pipe_mgr_mat_ent_add(sess, target, table.handle, match.spec(), find_binding<table, action>().handle,
-                                act.spec(), with.ttl, 0, entry);
+    return pipe_mgr_mat_ent_add(sess, target, table.handle, match.spec(),
+                                find_binding<table, action>().handle, act.spec(), with.ttl, 0, entry);
 }
 
 template <const Table &table, const Action &action>
@@ -79,8 +80,8 @@ template <const Table &table, const Action &action>
 {
     ActionRecord<action> act(with.action);
     add_resources<table>(act, with, index_mask_in_modify);
-    return pipe_mgr_mat_ent_set_action(sess, device_id, table.handle, entry, find_binding<table, action>().handle,
-                                       act.spec(), 0);
+    return pipe_mgr_mat_ent_set_action(sess, device_id, table.handle, entry,
+                                       find_binding<table, action>().handle, act.spec(), 0);
 }
 
 template <const Table &table, const Action &action>
@@ -110,7 +111,8 @@ template <const Table &table>
 
 template <const Table &table>
 [[gnu::always_inline]] inline pd_status match_spec_to_entry_hdl(pd_sess_hdl sess, pd_dev_target target,
-                                                                const EntryArguments &with, pd_entry_hdl *entry)
+                                                                const EntryArguments &with,
+                                                                pd_entry_hdl *entry)
 {
     MatchRecord<table> match(with.key, with.priority);
     return pipe_mgr_match_spec_to_ent_hdl(sess, target, table.handle, match.spec(), entry, 0);

@@ -24,4 +24,5 @@ struct Place {
 
 // Both arguments are string literals: the condition as it stands in the assertion, and as it is shown.
 #define PD_ASSERT_OR_STATUS(condition, shown)                                                                \
-    ::pd::report(condition, "ASSERTION FAILED: \"" condition "\" (" shown ") from %s:%d", {__func__, __LINE__})
+    ::pd::report(condition, "ASSERTION FAILED: \"" condition "\" (" shown ") from %s:%d",                    \
+                 {__func__, __LINE__})

@@ -121,8 +121,8 @@ private:
         constexpr const Field &field = table.key[index];
         constexpr u16 at = image_offset(table.key, index);
         if constexpr (field.width == 128) {
-            const Wide bits = field.match == Match::ternary ? load_wide(key, field.twin_offset)
-                                                            : Wide{{~u64{0}, ~u64{0}}};
+            const Wide bits =
+                field.match == Match::ternary ? load_wide(key, field.twin_offset) : Wide{{~u64{0}, ~u64{0}}};
             store_wide(value + at, load_wide(key, field.offset) & bits);
             store_wide(mask + at, bits);
         } else {

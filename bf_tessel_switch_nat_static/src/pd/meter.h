@@ -6,7 +6,8 @@
 namespace pd {
 
 // The driver's meter type for a requested one. A request that is no meter type goes through the failure frame
-// and then counts as colour aware; a colour-aware request without a pre-colour input counts as colour unaware.
+// and then counts as colour aware; a colour-aware request without a pre-colour input counts as colour
+// unaware.
 u32 get_bytes_meter_type(u32 requested_meter_type, u8 has_pre_color);
 
 // A byte meter. All other bytes of the driver's record are zero already.

@@ -66,7 +66,8 @@ struct Table {
     std::span<const Binding> actions; // by name; empty for an indirect table
     u32 direct_counter;               // handles, 0 for none
     u32 direct_meter;
-    const char *missing_meter; // what the assertion of an add without the meter's spec says, null for no meter
+    const char
+        *missing_meter;   // what the assertion of an add without the meter's spec says, null for no meter
     u32 indexed_resource; // reached through the parameter that has its handle in index_of
     bool idle_time;
     bool ttl_on_add;     // the add functions take a time to live
