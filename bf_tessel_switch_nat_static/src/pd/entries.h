@@ -36,10 +36,10 @@ template <const Table &table, const Action &action>
 [[gnu::always_inline]] inline void add_indexed_resource(ActionRecord<action> &record, const void *parameters,
                                                         u32 index_mask)
 {
-    constexpr const Parameter *parameter = index_parameter(action, table.indexed_resource);
-    if constexpr (parameter != nullptr)
+    constexpr std::size_t parameter = index_parameter(action, table.indexed_resource);
+    if constexpr (parameter < action.parameters.size())
         record.add_resource(table.indexed_resource, PIPE_RES_ATTACH).res_index =
-            load_member<32>(parameters, parameter->offset) & index_mask;
+            load_member<32>(parameters, action.parameters[parameter].offset) & index_mask;
     else
         record.add_resource(table.indexed_resource, PIPE_RES_DETACH);
 }

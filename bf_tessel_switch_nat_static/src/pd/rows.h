@@ -130,13 +130,13 @@ constexpr bool has_priority(const Table &table)
     return key_kind(table) == Match::ternary;
 }
 
-// The parameter that addresses `resource`, or null.
-constexpr const Parameter *index_parameter(const Action &action, u32 resource)
+// Which parameter addresses `resource`; the number of parameters when none does.
+constexpr std::size_t index_parameter(const Action &action, u32 resource)
 {
-    for (const Parameter &parameter : action.parameters)
-        if (parameter.index_of == resource)
-            return &parameter;
-    return nullptr;
+    std::size_t index = 0;
+    while (index < action.parameters.size() && action.parameters[index].index_of != resource)
+        ++index;
+    return index;
 }
 
 } // namespace pd
