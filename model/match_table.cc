@@ -1,0 +1,322 @@
+#include "match_table.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <string_view>
+
+namespace model {
+
+namespace {
+
+u32 longest_data(std::span<const ProgramAction> actions)
+{
+    u32 bytes = 0;
+    for (const ProgramAction &action : actions)
+        bytes = std::max<u32>(bytes, action.bytes);
+    return bytes;
+}
+
+} // namespace
+
+MatchTable::MatchTable(const ProgramTable &program)
+    : program_{program}, key_bytes_{program.key_bytes}, data_bytes_{program.action_table == 0
+                                                                        ? longest_data(program.actions)
+                                                                        : 0},
+      scratch_(program.key_bytes)
+{
+}
+
+// ---- Images and the index -------------------------------------------------------------------------------
+
+u32 MatchTable::hash(const u8 *image, u32 seed) const
+{
+    constexpr u32 golden_ratio = 0x9e3779b9;
+    const std::string_view bytes{reinterpret_cast<const char *>(image), key_bytes_};
+    return static_cast<u32>(std::hash<std::string_view>{}(bytes)) ^ seed * golden_ratio;
+}
+
+std::size_t MatchTable::MaskHash::operator()(u32 group) const
+{
+    return table->hash(table->mask_of(group), table->groups_[group].partition);
+}
+
+bool MatchTable::has_mask(u32 group, const Mask &mask) const
+{
+    return groups_[group].partition == mask.partition &&
+           std::memcmp(mask_of(group), mask.mask, key_bytes_) == 0;
+}
+
+bool MatchTable::has_value(u32 slot, const Value &value) const
+{
+    if (entries_[slot].group != value.group)
+        return false;
+    const u8 *own = value_of(slot);
+    const u8 *mask = mask_of(value.group);
+    for (u32 at = 0; at < key_bytes_; ++at)
+        if ((own[at] & mask[at]) != value.masked[at])
+            return false;
+    return true;
+}
+
+MatchTable::Value MatchTable::masked(const u8 *value, u32 group)
+{
+    const u8 *mask = mask_of(group);
+    for (u32 at = 0; at < key_bytes_; ++at)
+        scratch_[at] = value[at] & mask[at];
+    return {group, hash(scratch_.data(), group), scratch_.data()};
+}
+
+u32 MatchTable::first_of(const Value &value) const
+{
+    const auto head = by_value_.find(value, value.hash);
+    return head != by_value_.end() ? *head : none;
+}
+
+u32 MatchTable::find_in_chain(u32 head, u32 priority) const
+{
+    while (head != none && entries_[head].priority != priority)
+        head = entries_[head].next;
+    return head;
+}
+
+void MatchTable::link(u32 slot, u32 head)
+{
+    if (head == none) {
+        by_value_.insert(slot);
+    } else {
+        entries_[slot].next = entries_[head].next;
+        entries_[head].next = slot;
+    }
+}
+
+void MatchTable::unlink(u32 slot)
+{
+    const u32 next = entries_[slot].next;
+    const auto head = by_value_.find(masked(value_of(slot), entries_[slot].group), entries_[slot].hash);
+    if (*head == slot) {
+        by_value_.erase(head);
+        if (next != none)
+            by_value_.insert(next);
+        return;
+    }
+    u32 before = *head;
+    while (entries_[before].next != slot)
+        before = entries_[before].next;
+    entries_[before].next = next;
+}
+
+// ---- Groups ---------------------------------------------------------------------------------------------
+
+u32 MatchTable::find_group(const pipe_match_spec &match) const
+{
+    const auto group = by_mask_.find(Mask{match.partition_index, match.match_mask});
+    return group != by_mask_.end() ? *group : none;
+}
+
+u32 MatchTable::group_of(const pipe_match_spec &match)
+{
+    const u32 known = find_group(match);
+    if (known != none)
+        return known;
+    u32 group = static_cast<u32>(groups_.size());
+    if (free_groups_.empty()) {
+        groups_.emplace_back();
+        masks_.resize(masks_.size() + key_bytes_);
+    } else {
+        group = free_groups_.back();
+        free_groups_.pop_back();
+    }
+    groups_[group] = {match.partition_index, 0};
+    std::copy_n(match.match_mask, key_bytes_, masks_.data() + std::size_t{group} * key_bytes_);
+    by_mask_.insert(group);
+    return group;
+}
+
+void MatchTable::close_if_empty(u32 group)
+{
+    if (groups_[group].entries != 0)
+        return;
+    by_mask_.erase(group);
+    free_groups_.push_back(group);
+}
+
+// ---- Entries --------------------------------------------------------------------------------------------
+
+u32 MatchTable::slot_of(pd_entry_hdl entry) const
+{
+    return entry - 1 < slots_.size() ? slots_[entry - 1] : none;
+}
+
+u32 MatchTable::take_slot()
+{
+    if (!free_slots_.empty()) {
+        const u32 slot = free_slots_.back();
+        free_slots_.pop_back();
+        return slot;
+    }
+    const u32 slot = static_cast<u32>(entries_.size());
+    entries_.emplace_back();
+    values_.resize(values_.size() + key_bytes_);
+    data_.resize(data_.size() + data_bytes_);
+    if (program_.resource != 0)
+        resources_.emplace_back();
+    return slot;
+}
+
+void MatchTable::write_action(u32 slot, u32 action, const pipe_action_spec &spec)
+{
+    Entry &entry = entries_[slot];
+    entry.action = action;
+    entry.action_kind = spec.action_kind;
+    entry.member_or_group = spec.action_kind == PIPE_ACTION_MEMBER  ? spec.member_hdl
+                            : spec.action_kind == PIPE_ACTION_GROUP ? spec.group_hdl
+                                                                    : 0;
+    entry.data_bytes = spec.action_kind == PIPE_ACTION_DATA ? spec.action_data.num_bytes : u16{0};
+    std::copy_n(spec.action_data.data, entry.data_bytes, data_.data() + std::size_t{slot} * data_bytes_);
+    const bool first_resource = entry.resource_count == 0;
+    if (spec.resource_count != 0 && (first_resource || spec.resources[0].res_tag != PIPE_RES_KEEP)) {
+        entry.resource_count = spec.resource_count;
+        resources_[slot] = spec.resources[0];
+    }
+}
+
+pd_status MatchTable::add(const pipe_match_spec &match, u32 action, const pipe_action_spec &spec, u32 ttl,
+                          u32 capacity, pd_entry_hdl &entry)
+{
+    const u32 group = group_of(match);
+    const Value value = masked(match.match_value, group);
+    const u32 head = first_of(value);
+    const bool duplicate = find_in_chain(head, match.priority) != none;
+    if (duplicate || count_ >= capacity) {
+        close_if_empty(group);
+        return duplicate ? already_exists : no_space;
+    }
+
+    const u32 slot = take_slot();
+    slots_.push_back(slot);
+    entry = static_cast<pd_entry_hdl>(slots_.size());
+    std::copy_n(match.match_value, key_bytes_, value_of(slot));
+    entries_[slot] = Entry{};
+    entries_[slot].handle = entry;
+    entries_[slot].group = group;
+    entries_[slot].hash = value.hash;
+    entries_[slot].next = none;
+    entries_[slot].priority = match.priority;
+    entries_[slot].ttl = ttl;
+    write_action(slot, action, spec);
+    link(slot, head);
+    ++groups_[group].entries;
+    ++count_;
+    return ok;
+}
+
+pd_status MatchTable::set_action(pd_entry_hdl entry, u32 action, const pipe_action_spec &spec)
+{
+    const u32 slot = slot_of(entry);
+    if (slot == none)
+        return unknown_object;
+    write_action(slot, action, spec);
+    return ok;
+}
+
+pd_status MatchTable::remove(pd_entry_hdl entry)
+{
+    const u32 slot = slot_of(entry);
+    if (slot == none)
+        return unknown_object;
+    unlink(slot);
+    const u32 group = entries_[slot].group;
+    --groups_[group].entries;
+    close_if_empty(group);
+    slots_[entry - 1] = none;
+    free_slots_.push_back(slot);
+    --count_;
+    return ok;
+}
+
+pd_entry_hdl MatchTable::find(const pipe_match_spec &match)
+{
+    const u32 group = find_group(match);
+    if (group == none)
+        return 0;
+    const u32 slot = find_in_chain(first_of(masked(match.match_value, group)), match.priority);
+    return slot != none ? entries_[slot].handle : 0;
+}
+
+pd_entry_hdl MatchTable::next(pd_entry_hdl after) const
+{
+    for (std::size_t at = after; at < slots_.size(); ++at)
+        if (slots_[at] != none)
+            return static_cast<pd_entry_hdl>(at + 1);
+    return 0;
+}
+
+pd_status MatchTable::get(pd_entry_hdl entry, ts_model_entry &out) const
+{
+    const u32 slot = slot_of(entry);
+    if (slot == none)
+        return unknown_object;
+    const Entry &found = entries_[slot];
+    const pipe_res_spec resource = found.resource_count != 0 ? resources_[slot] : pipe_res_spec{};
+    out = {.value = value_of(slot),
+           .mask = mask_of(found.group),
+           .key_bytes = key_bytes_,
+           .partition_index = groups_[found.group].partition,
+           .priority = found.priority,
+           .action = found.action,
+           .action_kind = found.action_kind,
+           .data = data_of(slot),
+           .data_bytes = found.data_bytes,
+           .handle_of_member_or_group = found.member_or_group,
+           .res_count = found.resource_count,
+           .res_handle = resource.res_handle,
+           .res_index = resource.res_index,
+           .res_tag = resource.res_tag,
+           .ttl = found.ttl};
+    return ok;
+}
+
+// ---- Look-up --------------------------------------------------------------------------------------------
+
+// The lower priority number wins, the earlier entry among equals.
+bool MatchTable::wins(u32 slot, u32 other) const
+{
+    if (other == none)
+        return true;
+    const Entry &a = entries_[slot];
+    const Entry &b = entries_[other];
+    return a.priority != b.priority ? a.priority < b.priority : a.handle < b.handle;
+}
+
+ts_model_hit MatchTable::look_up(const u8 *key, u32 partition)
+{
+    u32 best = none;
+    u32 second = none;
+    ts_model_hit hit{};
+    for (u32 group = 0; group < groups_.size(); ++group) {
+        if (groups_[group].entries == 0 || groups_[group].partition != partition)
+            continue;
+        for (u32 slot = first_of(masked(key, group)); slot != none; slot = entries_[slot].next) {
+            ++hit.candidates;
+            if (wins(slot, best)) {
+                second = best;
+                best = slot;
+            } else if (wins(slot, second)) {
+                second = slot;
+            }
+        }
+    }
+    if (best != none) {
+        hit.hit = 1;
+        hit.entry = entries_[best].handle;
+        hit.priority = entries_[best].priority;
+    }
+    if (second != none) {
+        hit.runner_up = entries_[second].handle;
+        hit.runner_up_priority = entries_[second].priority;
+    }
+    return hit;
+}
+
+} // namespace model

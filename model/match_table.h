@@ -1,0 +1,151 @@
+// The entries of one match table, of whatever kind its key is.
+//
+// Entries with the same mask image and partition form a group; an exact table has one group, an LPM table one
+// for each prefix length. One hash index finds, for a group and a masked value, the entries of that value,
+// which differ in priority only and hang on a chain. Entries live in flat arrays and are named by their slot.
+#pragma once
+
+#include <tsl/robin_set.h>
+
+#include <vector>
+
+#include "pipe_mgr_records.h"
+#include "program.h"
+#include "status.h"
+
+namespace model {
+
+class MatchTable {
+public:
+    explicit MatchTable(const ProgramTable &program);
+    MatchTable(const MatchTable &) = delete;
+    MatchTable &operator=(const MatchTable &) = delete;
+
+    const ProgramTable &program() const { return program_; }
+
+    // The records have been checked against the program.
+    pd_status add(const pipe_match_spec &match, u32 action, const pipe_action_spec &spec, u32 ttl,
+                  u32 capacity, pd_entry_hdl &entry);
+    pd_status set_action(pd_entry_hdl entry, u32 action, const pipe_action_spec &spec);
+    pd_status remove(pd_entry_hdl entry);
+
+    // The entry with this partition, mask, masked value and priority; 0 for none.
+    pd_entry_hdl find(const pipe_match_spec &match);
+
+    // What a packet with this key hits.
+    ts_model_hit look_up(const u8 *key, u32 partition);
+
+    u32 count() const { return count_; }
+    pd_entry_hdl next(pd_entry_hdl after) const; // 0 at the end
+    pd_status get(pd_entry_hdl entry, ts_model_entry &out) const;
+
+private:
+    static constexpr u32 none = ~u32{0};
+
+    struct Entry {
+        pd_entry_hdl handle;
+        u32 group;
+        u32 hash; // of group and masked value
+        u32 next; // slot of the next entry with this value, or none
+        u32 priority;
+        u32 action;
+        u32 member_or_group;
+        u32 ttl;
+        u16 data_bytes;
+        u8 action_kind;
+        u8 resource_count;
+    };
+
+    struct Group {
+        u32 partition;
+        u32 entries; // 0: free for another mask
+    };
+
+    struct Value { // what the index is asked for
+        u32 group;
+        u32 hash;
+        const u8 *masked;
+    };
+
+    struct Mask { // what the groups are asked for
+        u32 partition;
+        const u8 *mask;
+    };
+
+    struct ValueHash {
+        using is_transparent = void;
+        const MatchTable *table;
+        std::size_t operator()(u32 slot) const { return table->entries_[slot].hash; }
+        std::size_t operator()(const Value &value) const { return value.hash; }
+    };
+
+    struct ValueEqual {
+        using is_transparent = void;
+        const MatchTable *table;
+        bool operator()(u32 slot, u32 other) const { return slot == other; }
+        bool operator()(const Value &value, u32 slot) const { return table->has_value(slot, value); }
+        bool operator()(u32 slot, const Value &value) const { return table->has_value(slot, value); }
+    };
+
+    struct MaskHash {
+        using is_transparent = void;
+        const MatchTable *table;
+        std::size_t operator()(u32 group) const;
+        std::size_t operator()(const Mask &mask) const { return table->hash(mask.mask, mask.partition); }
+    };
+
+    struct MaskEqual {
+        using is_transparent = void;
+        const MatchTable *table;
+        bool operator()(u32 group, u32 other) const { return group == other; }
+        bool operator()(const Mask &mask, u32 group) const { return table->has_mask(group, mask); }
+        bool operator()(u32 group, const Mask &mask) const { return table->has_mask(group, mask); }
+    };
+
+    template <typename Hash, typename Equal>
+    using Index = tsl::robin_set<u32, Hash, Equal, std::allocator<u32>, true>;
+
+    u8 *value_of(u32 slot) { return values_.data() + std::size_t{slot} * key_bytes_; }
+    const u8 *value_of(u32 slot) const { return values_.data() + std::size_t{slot} * key_bytes_; }
+    const u8 *mask_of(u32 group) const { return masks_.data() + std::size_t{group} * key_bytes_; }
+    const u8 *data_of(u32 slot) const { return data_.data() + std::size_t{slot} * data_bytes_; }
+
+    u32 hash(const u8 *image, u32 seed) const;
+    bool has_value(u32 slot, const Value &value) const;
+    bool has_mask(u32 group, const Mask &mask) const;
+
+    Value masked(const u8 *value, u32 group); // valid until the next call
+    u32 slot_of(pd_entry_hdl entry) const;    // none for an unknown handle
+    u32 first_of(const Value &value) const;   // head of the chain, or none
+    u32 find_in_chain(u32 head, u32 priority) const;
+    u32 find_group(const pipe_match_spec &match) const;
+    u32 group_of(const pipe_match_spec &match); // opens one for a new mask
+    void close_if_empty(u32 group);
+    u32 take_slot();
+    void link(u32 slot, u32 head);
+    void unlink(u32 slot);
+    void write_action(u32 slot, u32 action, const pipe_action_spec &spec);
+    bool wins(u32 slot, u32 other) const;
+
+    const ProgramTable &program_;
+    const u32 key_bytes_;
+    const u32 data_bytes_; // room for the longest action
+    u32 count_ = 0;
+
+    std::vector<Entry> entries_; // by slot, like the next three
+    std::vector<u8> values_;
+    std::vector<u8> data_;
+    std::vector<pipe_res_spec> resources_; // empty in a table without a resource
+    std::vector<u32> free_slots_;
+    std::vector<u32> slots_; // by handle - 1
+
+    std::vector<Group> groups_;
+    std::vector<u8> masks_; // by group
+    std::vector<u32> free_groups_;
+
+    std::vector<u8> scratch_; // the value that masked() made
+    Index<ValueHash, ValueEqual> by_value_{0, ValueHash{this}, ValueEqual{this}};
+    Index<MaskHash, MaskEqual> by_mask_{0, MaskHash{this}, MaskEqual{this}};
+};
+
+} // namespace model

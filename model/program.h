@@ -1,0 +1,47 @@
+// What the model has to know of the switch program it stands in for: which objects exist and what they are
+// called. The generator writes the one instance from the catalogue.
+#pragma once
+
+#include <span>
+
+#include "pd_types.h"
+
+namespace model {
+
+enum class Key : u8 { none, exact, ternary, lpm };
+
+struct ProgramAction {
+    u32 handle;
+    const char *name;
+    u16 bytes; // of the data image
+    bool entry;
+    bool default_action;
+};
+
+struct ProgramTable {
+    u32 handle;
+    const char *name;
+    Key key;
+    u16 key_bits;
+    u16 key_bytes;
+    std::span<const ProgramAction> actions; // what may stand in an entry: the profile's for an indirect table
+    u32 resource;      // direct or indexed counter or meter, 0 for none
+    u32 action_table;  // of the profile of an indirect table, 0 for a direct one
+    u32 selector;      // likewise
+};
+
+struct ProgramProfile {
+    const char *name;
+    u32 action_table;
+    u32 selector;
+    std::span<const ProgramAction> actions;
+};
+
+struct Program {
+    std::span<const ProgramTable> tables;     // by handle
+    std::span<const ProgramProfile> profiles; // in the order of the library's state words
+};
+
+extern const Program program;
+
+} // namespace model

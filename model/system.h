@@ -1,0 +1,8 @@
+// The system services' own state.
+#pragma once
+
+namespace model {
+
+void reset_system();
+
+} // namespace model
