@@ -1,0 +1,117 @@
+// The commands that tell what the switch program has: tables, describe.
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <iomanip>
+
+#include "commands.h"
+#include "tables.h"
+
+namespace shell {
+
+namespace {
+
+std::string hex(u32 number)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%x", number);
+    return text;
+}
+
+const char *match_name(pd::Match match)
+{
+    switch (match) {
+    case pd::Match::ternary:
+        return "ternary";
+    case pd::Match::lpm:
+        return "lpm";
+    default:
+        return "exact";
+    }
+}
+
+// The width of the first column of a list whose longest text this is.
+template <typename Rows, typename Text>
+int column(const Rows &rows, Text text)
+{
+    std::size_t longest = 0;
+    for (const auto &row : rows)
+        longest = std::max(longest, std::strlen(text(row)));
+    return static_cast<int>(longest) + 2;
+}
+
+void describe_key(std::ostream &out, const pd::Table &table)
+{
+    const int display = column(table.key, [](const pd::Field &field) { return field.display; });
+    const int member = column(table.key, [](const pd::Field &field) { return field.name; });
+    out << "key:\n";
+    for (const pd::Field &field : table.key)
+        out << "  " << std::left << std::setw(display) << field.display << std::setw(member) << field.name
+            << std::right << std::setw(3) << unsigned{field.width}
+            << (field.width == 1 ? " bit   " : " bits  ") << match_name(field.match)
+            << (field.partition_index ? ", the partition index" : "") << '\n';
+}
+
+void describe_actions(std::ostream &out, const pd::Table &table)
+{
+    const int name = column(table.actions, [](const pd::Binding &binding) { return binding.action->name; });
+    out << "actions:\n";
+    for (const pd::Binding &binding : table.actions) {
+        std::string line = "  " + std::string{binding.action->name};
+        line.resize(static_cast<std::size_t>(name) + 2, ' ');
+        for (const pd::Parameter &parameter : binding.action->parameters)
+            line += std::string{parameter.name} + ':' + std::to_string(parameter.width) + ' ';
+        if (!binding.entry)
+            line += "(default only)";
+        else if (binding.default_action)
+            line += "(default too)";
+        out << line.substr(0, line.find_last_not_of(' ') + 1) << '\n';
+    }
+}
+
+void describe_resources(std::ostream &out, const pd::Table &table)
+{
+    if (table.direct_counter)
+        out << "direct counter: " << hex(table.direct_counter) << '\n';
+    if (table.direct_meter)
+        out << "direct meter: " << hex(table.direct_meter) << ", add takes meter=CR,CB,PR,PB,TYPE\n";
+    if (table.indexed_resource)
+        out << "indexed resource: " << hex(table.indexed_resource) << '\n';
+    if (table.idle_time)
+        out << "idle time" << (table.ttl_on_add ? ": add takes ttl=N" : "") << '\n';
+}
+
+} // namespace
+
+void run_tables(Session &session, Words &words)
+{
+    const std::string_view part = words.empty() ? std::string_view{} : words.take();
+    words.expect_end();
+    const int name = column(reflection::tables(), [](const auto *table) { return table->row->name; });
+    std::ostream &out = session.out();
+    for (const reflection::TableFunctions *table : reflection::tables()) {
+        if (std::string_view{table->row->name}.find(part) == std::string_view::npos)
+            continue;
+        out << std::left << std::setw(name) << table->row->name << std::setw(8) << key_kind_name(*table->row)
+            << std::right << std::setw(8) << entry_count(*table->row) << "  " << table->row->brief << '\n';
+    }
+}
+
+void run_describe(Session &session, Words &words)
+{
+    const pd::Table &table = *take_table(words).row;
+    words.expect_end();
+    std::ostream &out = session.out();
+    out << table.name << ": " << table.brief << "\nhandle " << hex(table.handle) << ", "
+        << key_kind_name(table) << (pd::has_priority(table) ? " with priority=N" : "")
+        << ", entries: " << entry_count(table) << '\n';
+    if (!table.key.empty())
+        describe_key(out, table);
+    if (table.profile)
+        out << "entries name members or groups of the action profile " << table.profile << '\n';
+    else
+        describe_actions(out, table);
+    describe_resources(out, table);
+}
+
+} // namespace shell

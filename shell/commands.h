@@ -1,0 +1,39 @@
+// The table of commands. A command is a row here and a function in the file of its subject.
+#pragma once
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "session.h"
+#include "words.h"
+
+namespace shell {
+
+struct Command {
+    std::string_view name;
+    std::string_view usage; // behind the name
+    std::string_view brief; // one line
+    std::string_view text;  // more of it, for `help COMMAND`
+    void (*run)(Session &session, Words &words);
+};
+
+std::span<const Command> commands();
+const Command *find_command(std::string_view name);
+std::vector<std::string_view> command_names();
+
+// catalogue.cc
+void run_tables(Session &session, Words &words);
+void run_describe(Session &session, Words &words);
+
+// entries.cc
+void run_add(Session &session, Words &words);
+void run_modify(Session &session, Words &words);
+void run_delete(Session &session, Words &words);
+void run_find(Session &session, Words &words);
+void run_count(Session &session, Words &words);
+
+// lookup.cc
+void run_lookup(Session &session, Words &words);
+
+} // namespace shell

@@ -1,0 +1,38 @@
+#include "driver.h"
+
+#include "model.h"
+#include "words.h"
+
+namespace shell {
+
+namespace {
+
+const char *meaning(pd_status status)
+{
+    switch (status) {
+    case TS_MODEL_NO_MEMORY:
+        return "out of memory";
+    case TS_MODEL_BAD_ARGUMENT:
+        return "bad argument";
+    case TS_MODEL_UNKNOWN_OBJECT:
+        return "no such object";
+    case TS_MODEL_ALREADY_EXISTS:
+        return "already exists";
+    case TS_MODEL_NO_SPACE:
+        return "no space";
+    default:
+        return "unknown reason";
+    }
+}
+
+} // namespace
+
+void expect_success(pd_status status)
+{
+    if (status != TS_MODEL_OK)
+        throw BadLine{{},
+                      std::string{"the driver refused: "} + meaning(status) + " (status " +
+                          std::to_string(status) + ")"};
+}
+
+} // namespace shell

@@ -1,0 +1,14 @@
+// What the shell's commands work on: the driver session and device, and the statuses that come back.
+#pragma once
+
+#include "pd_types.h"
+
+namespace shell {
+
+inline constexpr pd_sess_hdl driver_session = 0;
+inline constexpr pd_dev_target device{0, 0xffff};
+
+// BadLine with the reason when the driver refused.
+void expect_success(pd_status status);
+
+} // namespace shell

@@ -1,0 +1,86 @@
+#include "options.h"
+
+#include <array>
+
+namespace shell {
+
+namespace {
+
+template <typename Option>
+void set_once(std::optional<Option> &option, const Option &value, std::string_view name)
+{
+    if (option)
+        throw BadLine{name, std::string{name} + " is given twice"};
+    option = value;
+}
+
+void expect_taken(bool taken, std::string_view name, const char *where_it_stands)
+{
+    if (!taken)
+        throw BadLine{name, std::string{name} + " does not belong here: it stands " + where_it_stands};
+}
+
+u32 parse_meter_type(std::string_view text)
+{
+    if (text == "aware")
+        return PD_METER_TYPE_COLOR_AWARE;
+    if (text == "unaware")
+        return PD_METER_TYPE_COLOR_UNAWARE;
+    throw BadLine{text, "meter type: " + quoted(text) + " is neither 'aware' nor 'unaware'"};
+}
+
+pd_meter_spec parse_meter(std::string_view text)
+{
+    static constexpr const char *names[] = {"committed rate", "committed burst", "peak rate", "peak burst"};
+    std::array<u32, std::size(names)> numbers{};
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        const std::size_t comma = text.find(',');
+        if (comma == std::string_view::npos)
+            throw BadLine{text, "meter: too few parts: write meter=CR,CB,PR,PB,TYPE"};
+        numbers[i] = parse_u32(text.substr(0, comma), ~u32{0}, names[i]);
+        text.remove_prefix(comma + 1);
+    }
+    return {numbers[0], numbers[1], numbers[2], numbers[3], parse_meter_type(text)};
+}
+
+// False when there is no such option.
+bool assign_option(Options &options, std::string_view name, std::string_view value)
+{
+    if (name == "priority") {
+        expect_taken(options.takes_priority, name,
+                     "with the key of an entry, for a table that has a ternary field");
+        set_once(options.priority, parse_u32(value, ~u32{0}, name), name);
+    } else if (name == "ttl") {
+        expect_taken(options.takes_ttl, name, "in add, for a table whose entries take a time to live");
+        set_once(options.ttl, parse_u32(value, ~u32{0}, name), name);
+    } else if (name == "meter") {
+        expect_taken(options.takes_meter, name, "in add and modify, for a table with a direct meter");
+        set_once(options.meter, parse_meter(value), name);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+void take_assignments(Words &words, Record &record, const char *owner, Options &options)
+{
+    while (!words.empty() && words.peek() != ":") {
+        const std::string_view word = words.take();
+        const std::size_t equals = word.find('=');
+        if (equals == std::string_view::npos)
+            throw BadLine{word,
+                          quoted(word) + " is not of the form name=value (a lone ':' goes before an action)"};
+        const std::string_view name = word.substr(0, equals);
+        const std::string_view value = word.substr(equals + 1);
+        if (record.assign(name, value) || assign_option(options, name, value))
+            continue;
+        const auto names = record.names();
+        throw BadLine{name, std::string{owner} + " has no " + quoted(name) +
+                                (names.empty() ? ": it takes none" : ": it has " + listed(names))};
+    }
+    record.expect_complete(words.peek());
+}
+
+} // namespace shell

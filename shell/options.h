@@ -1,0 +1,28 @@
+// The name=value words of a command: fields of a record, and options beside them.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "pd_types.h"
+#include "records.h"
+#include "words.h"
+
+namespace shell {
+
+// The words of a command that name neither field nor parameter; none is taken unless told so.
+struct Options {
+    bool takes_priority = false;
+    bool takes_ttl = false;
+    bool takes_meter = false;
+
+    std::optional<u32> priority;
+    std::optional<u32> ttl;
+    std::optional<pd_meter_spec> meter;
+};
+
+// Takes words up to a colon or the end, and sees that no field of `record` is missing. A name is a field's
+// first, an option's else. `owner` is the table or action that messages name.
+void take_assignments(Words &words, Record &record, const char *owner, Options &options);
+
+} // namespace shell

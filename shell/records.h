@@ -1,0 +1,64 @@
+// The key record of a table and the parameter record of an action, filled from `name=value` words by the
+// offsets of their rows.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "rows.h"
+#include "values.h"
+
+namespace shell {
+
+// What a key is for: an entry has masks and prefixes, and may leave ternary fields out; a packet has a plain
+// value in every field.
+enum class KeyOf { entry, packet };
+
+class Record {
+public:
+    Record(const pd::Table &table, KeyOf use);
+    explicit Record(const pd::Action &action);
+
+    // Fills the field called `name`, or the two halves of the MAC address of that name. False when there is
+    // no such field; BadLine for a bad value or a field given before.
+    bool assign(std::string_view name, std::string_view value);
+    // BadLine at `where` when a field is missing.
+    void expect_complete(std::string_view where) const;
+
+    const void *data() const { return storage_.data(); }
+    // Of the fields, by display name.
+    std::vector<std::string_view> names() const;
+
+private:
+    struct Slot {
+        std::string_view member;
+        std::string_view display;
+        u16 offset;
+        u16 twin_offset;
+        unsigned width;
+        pd::Match match;
+        bool given = false;
+    };
+
+    struct Operand {
+        Value value;
+        Value mask;
+        unsigned prefix_length = 0;
+    };
+
+    static Operand parse(std::string_view text, unsigned width, pd::Match match, std::string_view name);
+    static bool named(const Slot &slot, std::string_view name);
+    static bool mac_halves_named(const Slot &first, const Slot &second, std::string_view name);
+    void put(Slot &slot, const Operand &operand, std::string_view name);
+    std::byte *at(u16 offset);
+
+    const char *kind_; // "field" or "parameter"
+    const char *owner_;
+    std::string_view member_prefix_; // of the record's members, before the name in the row
+    std::vector<Slot> slots_;
+    std::vector<u64> storage_; // aligned for every member
+};
+
+} // namespace shell

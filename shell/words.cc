@@ -1,0 +1,115 @@
+#include "words.h"
+
+#include <algorithm>
+#include <cctype>
+#include <numeric>
+
+namespace shell {
+
+namespace {
+
+constexpr std::string_view blanks = " \t\n\r\v\f";
+constexpr std::size_t longest_quotation = 60;
+
+std::string_view without_leading_blanks(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(blanks);
+    return text.substr(std::min(first, text.size()));
+}
+
+std::string lower(std::string_view text)
+{
+    std::string result{text};
+    for (char &c : result)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return result;
+}
+
+// How many letters must be changed, inserted or left out to make one of the other.
+std::size_t edit_distance(std::string_view a, std::string_view b)
+{
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t replaced = diagonal + (a[i] != b[j]);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.back();
+}
+
+} // namespace
+
+bool is_blank(char c)
+{
+    return blanks.find(c) != std::string_view::npos;
+}
+
+Words::Words(std::string_view text) : text_(without_leading_blanks(text)) {}
+
+std::string_view Words::peek() const
+{
+    return text_.substr(0, text_.find_first_of(blanks));
+}
+
+std::string_view Words::take()
+{
+    const std::string_view word = peek();
+    text_ = without_leading_blanks(text_.substr(word.size()));
+    return word;
+}
+
+std::string_view Words::take(std::string_view what)
+{
+    if (empty())
+        throw BadLine{text_, "missing " + std::string{what}};
+    return take();
+}
+
+void Words::expect_end() const
+{
+    if (!empty())
+        throw BadLine{peek(), "unexpected " + quoted(peek()) + ": the command ends before it"};
+}
+
+std::string quoted(std::string_view word)
+{
+    static constexpr char digits[] = "0123456789abcdef";
+    std::string text = "'";
+    for (const char c : word.substr(0, longest_quotation)) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x20 || byte == 0x7f)
+            text += {'\\', 'x', digits[byte >> 4], digits[byte & 0xf]};
+        else
+            text += c;
+    }
+    return text + (word.size() > longest_quotation ? "...'" : "'");
+}
+
+std::string suggestion(std::string_view wrong, const std::vector<std::string_view> &names)
+{
+    constexpr std::size_t most = 3;
+    const std::string word = lower(wrong.substr(0, longest_quotation));
+    std::vector<std::pair<std::size_t, std::string_view>> near;
+    for (const std::string_view name : names) {
+        const std::string candidate = lower(name);
+        const std::size_t distance = edit_distance(word, candidate);
+        const bool contained = word.size() >= 3 && candidate.find(word) != std::string::npos;
+        if (contained || distance <= std::max<std::size_t>(1, word.size() / 4))
+            near.emplace_back(distance, name);
+    }
+    if (near.empty())
+        return {};
+    std::sort(near.begin(), near.end());
+    near.resize(std::min(near.size(), most));
+    std::vector<std::string_view> best;
+    for (const auto &[distance, name] : near)
+        best.push_back(name);
+    return ": did you mean " + listed(best) + "?";
+}
+
+} // namespace shell

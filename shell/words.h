@@ -1,0 +1,58 @@
+// A command line as words with their places, and the one kind of error that a line can make. Words are views
+// into the line's text, so that the place of any part of a word is known without being carried along.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace shell {
+
+// Thrown for a line that cannot be carried out. `where` lies within the line's text: the offending part of
+// it, or the place where something is missing. Without a place the whole line is meant.
+struct BadLine {
+    std::string_view where;
+    std::string what;
+};
+
+// The words of a line that have not been taken yet.
+class Words {
+public:
+    explicit Words(std::string_view text);
+
+    bool empty() const { return text_.empty(); }
+    // The next word; at the end of the line an empty one, which is still a place.
+    std::string_view peek() const;
+    std::string_view take();
+    // As take(), with "missing <what>" at the end of the line.
+    std::string_view take(std::string_view what);
+    // All that is left, as it was written.
+    std::string_view rest() const { return text_; }
+    void expect_end() const;
+
+private:
+    std::string_view text_;
+};
+
+bool is_blank(char c);
+
+// `word` between quotation marks for a message: control characters escaped, cut when long.
+std::string quoted(std::string_view word);
+
+// "a, b, c"
+template <typename Names>
+std::string listed(const Names &names)
+{
+    std::string text;
+    for (const auto &name : names) {
+        if (!text.empty())
+            text += ", ";
+        text += name;
+    }
+    return text;
+}
+
+// ": did you mean a, b?" with the names nearest to `wrong`; empty when none is near.
+std::string suggestion(std::string_view wrong, const std::vector<std::string_view> &names);
+
+} // namespace shell
