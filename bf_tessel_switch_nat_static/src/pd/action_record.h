@@ -55,7 +55,7 @@ private:
     static constexpr ImageSize size = image_size(action.parameters);
 
     u8 data[size.bytes ? size.bytes : 1]; // the driver's pointer is never null
-    pipe_action_spec record;
+    alignas(16) pipe_action_spec record; // keeps the stores of zero() within their cache lines
 
     template <std::size_t... parameters>
     [[gnu::always_inline]] void fill([[maybe_unused]] const void *from, std::index_sequence<parameters...>)

@@ -103,7 +103,7 @@ private:
         if constexpr (field.match != Match::lpm) {
             put_exact<index>(key, 0);
         } else if constexpr (field.width == 128) {
-            const Wide bits = wide_prefix_mask(length);
+            const Wide bits = load_wide(wide_prefix_masks[length].data(), 0);
             store_wide(value + at, load_wide(key, field.offset) & bits);
             store_wide(mask + at, bits);
         } else {
@@ -121,8 +121,9 @@ private:
         constexpr const Field &field = table.key[index];
         constexpr u16 at = image_offset(table.key, index);
         if constexpr (field.width == 128) {
-            const Wide bits =
-                field.match == Match::ternary ? load_wide(key, field.twin_offset) : Wide{{~u64{0}, ~u64{0}}};
+            Wide bits = ~Wide{};
+            if constexpr (field.match == Match::ternary)
+                bits = load_wide(key, field.twin_offset);
             store_wide(value + at, load_wide(key, field.offset) & bits);
             store_wide(mask + at, bits);
         } else {
