@@ -22,11 +22,19 @@ std::string at(const Place &place)
     return place.file + ":" + std::to_string(place.line);
 }
 
+// An empty name has been reported where it was read.
 bool is_identifier(const std::string &name)
 {
     const auto word = [](unsigned char c) { return std::isalnum(c) || c == '_'; };
-    return !name.empty() && !std::isdigit(static_cast<unsigned char>(name[0])) &&
-           std::all_of(name.begin(), name.end(), word);
+    return name.empty() || (!std::isdigit(static_cast<unsigned char>(name[0])) &&
+                            std::all_of(name.begin(), name.end(), word));
+}
+
+// Whether `text` can stand in a string literal, a comment and a page as it is.
+bool is_plain(const std::string &text)
+{
+    const auto special = [](unsigned char c) { return c == '"' || c == '\\' || std::iscntrl(c); };
+    return std::none_of(text.begin(), text.end(), special) && text.find("*/") == std::string::npos;
 }
 
 Mask128 full_mask(unsigned width)
@@ -97,6 +105,8 @@ private:
 
     void check_name(const char *kind, const std::string &name, const Place &place)
     {
+        if (name.empty())
+            return;
         if (!is_identifier(name)) {
             wrong(place, name + ".name", "must be an identifier");
             return;
@@ -132,12 +142,13 @@ private:
 
     void check_actions()
     {
-        for (std::size_t i = 0; i < catalogue.actions.size(); ++i) {
-            const Action &action = catalogue.actions[i];
+        std::uint32_t next = 0;
+        for (const Action &action : catalogue.actions) {
             check_name("action", action.name, action.place);
-            if (action.number != i)
-                wrong(action.place, action.name + ".number", "must be ", i, ": the action enum has no holes, and rows "
-                      "stand in its order");
+            if (action.number != next)
+                wrong(action.place, action.name + ".number", "must be ", next, ": the action enum has no holes, and "
+                      "rows stand in its order");
+            next = action.number + 1; // one hole is one finding
             std::set<std::string> parameters;
             for (const Parameter &parameter : action.parameters) {
                 const std::string subject = action.name + "." + parameter.name;
@@ -200,6 +211,8 @@ private:
             std::set<std::string> fields;
             for (const DigestField &field : digest.fields) {
                 const std::string subject = digest.name + "." + field.name;
+                if (!is_identifier(field.name))
+                    wrong(field.place, subject, "must be an identifier");
                 if (!fields.insert(field.name).second)
                     wrong(field.place, subject, "this field stands twice");
                 if (field.bytes < 1)
@@ -229,12 +242,16 @@ private:
         if (!std::is_sorted(offsets.begin(), offsets.end()))
             wrong(layout.place, subject, "must ascend");
         for (unsigned offset : offsets) {
-            if (offset + bytes > catalogue.snapshot_bytes)
+            if (offset + bytes > catalogue.snapshot_bytes) {
                 wrong(layout.place, subject, "the field at ", offset, " reaches beyond the record's ",
                       catalogue.snapshot_bytes, " bytes");
+                break; // so do those behind it
+            }
+            bool fresh = true;
             for (unsigned byte = offset; byte < offset + bytes; ++byte)
-                if (!taken.insert(byte).second)
-                    wrong(layout.place, subject, "the field at ", offset, " lies over another one at byte ", byte);
+                fresh &= taken.insert(byte).second;
+            if (!fresh)
+                wrong(layout.place, subject, "the field at ", offset, " lies over another one");
         }
     }
 
@@ -252,6 +269,8 @@ private:
     {
         check_name("table", table.name, table.place);
         check_handle(table_handles, table.name + ".handle", table.handle, table.place);
+        if (!is_plain(table.brief))
+            wrong(table.place, table.name + ".brief", "can hold no quotes, backslashes, line ends or comment ends");
         check_key(table);
         check_record_order(table);
         check_bindings(table.name, table.actions);
@@ -270,6 +289,8 @@ private:
                 wrong(field.place, subject, "must be an identifier");
             if (!members.insert(field.name).second)
                 wrong(field.place, subject, "this field stands twice");
+            if (!is_identifier(field.display))
+                wrong(field.place, subject + ".display", "must be an identifier");
             if (!displays.insert(field.display).second)
                 wrong(field.place, subject + ".display", "\"", field.display, "\" stands twice");
             check_field_width(field, subject);
@@ -326,6 +347,8 @@ private:
         for (std::size_t i = 0; i < bindings.size(); ++i) {
             const Binding &binding = bindings[i];
             const std::string subject = owner + "." + binding.name;
+            if (binding.name.empty())
+                continue; // reported where it was read
             used_actions.insert(binding.name);
             if (!catalogue.find_action(binding.name))
                 wrong(binding.place, subject, "there is no such action");
@@ -374,9 +397,11 @@ private:
     {
         if (resource.empty())
             return;
-        if (kind ? !names.contains(kind + resource) : !catalogue.find_resource(resource))
+        if (kind ? !names.contains(kind + resource) : !catalogue.find_resource(resource)) {
             wrong(table.place, table.name + "." + column, "there is no ", kind ? kind : "counter or meter ", "\"",
                   resource, "\"");
+            return;
+        }
         const auto [first, fresh] = users.emplace(resource, table.name);
         if (!fresh)
             wrong(table.place, table.name + "." + column, resource, " belongs to ", first->second, " already");
@@ -402,7 +427,7 @@ private:
     void check_uses()
     {
         for (const Action &action : catalogue.actions)
-            if (!used_actions.contains(action.name))
+            if (!action.name.empty() && !used_actions.contains(action.name))
                 wrong(action.place, action.name, "no table or profile uses this action");
         for (const auto &[resource, action] : index_users)
             if (!users.contains(resource))
