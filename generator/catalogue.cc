@@ -1,6 +1,8 @@
 #include "catalogue.h"
 
 #include <algorithm>
+#include <regex>
+#include <set>
 
 #include "row_reader.h"
 
@@ -129,6 +131,19 @@ SnapshotLayout read_layout(RowReader &row)
     return layout;
 }
 
+// A group gives its name to a public header, pd_<group>.h, beside pd_actions.h and its like.
+void check_group_files(RowReader &root, const std::vector<std::string> &files)
+{
+    static const std::regex form("[a-z0-9_]+\\.toml");
+    std::set<std::string> taken = {"actions.toml", "tables.toml", "types.toml"};
+    for (const std::string &file : files) {
+        if (!std::regex_match(file, form))
+            root.wrong("groups", "\"" + file + "\" is no file name such as \"l2.toml\"");
+        else if (!taken.insert(file).second)
+            root.wrong("groups", "\"" + file + "\" is taken already");
+    }
+}
+
 // One file of the catalogue after the other, with findings under the file's own name.
 class Loader {
 public:
@@ -176,6 +191,7 @@ Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &di
         catalogue.program = root.text("program");
         catalogue.prefix = root.text("prefix");
         groups = root.texts("groups");
+        check_group_files(root, groups);
         actions = root.text("actions");
         profiles = root.text("profiles");
         resources = root.text("resources");

@@ -39,7 +39,9 @@ bool is_plain(const std::string &text)
 
 Mask128 full_mask(unsigned width)
 {
-    const auto ones = [](unsigned bits) { return bits >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << bits) - 1; };
+    const auto ones = [](unsigned bits) {
+        return bits >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << bits) - 1;
+    };
     return {width > 64 ? ones(width - 64) : 0, ones(width)};
 }
 
@@ -88,12 +90,12 @@ public:
 private:
     const Catalogue &catalogue;
     Diagnostics &diagnostics;
-    std::map<std::string, Place> names;                 // of "kind name"
+    std::map<std::string, Place> names; // of "kind name"
     std::map<std::uint32_t, Place> handles;
     std::map<std::string, std::pair<unsigned, Place>> field_widths;
     std::set<std::string> used_actions;
-    std::map<std::string, std::string> users;           // of a counter or meter: the table
-    std::map<std::string, std::string> index_users;     // of a counter or meter: the action
+    std::map<std::string, std::string> users;       // of a counter or meter: the table
+    std::map<std::string, std::string> index_users; // of a counter or meter: the action
 
     template <typename... Words>
     void wrong(const Place &place, const std::string &subject, const Words &...words)
@@ -116,12 +118,12 @@ private:
             wrong(place, name + ".name", "this ", kind, " stands in ", at(first->second), " already");
     }
 
-    void check_handle(const HandleRange &range, const std::string &subject, std::uint32_t handle, const Place &place,
-                      bool unique = true)
+    void check_handle(const HandleRange &range, const std::string &subject, std::uint32_t handle,
+                      const Place &place, bool unique = true)
     {
         if (handle < range.first || handle > range.last)
-            wrong(place, subject, hex(handle), " is no ", range.kind, " handle: those lie from ", hex(range.first),
-                  " to ", hex(range.last));
+            wrong(place, subject, hex(handle), " is no ", range.kind, " handle: those lie from ",
+                  hex(range.first), " to ", hex(range.last));
         if (!unique)
             return;
         const auto [first, fresh] = handles.emplace(handle, place);
@@ -129,7 +131,8 @@ private:
             wrong(place, subject, hex(handle), " is the handle of ", at(first->second), " already");
     }
 
-    void check_format(const std::string &subject, const std::string &format, unsigned width, const Place &place)
+    void check_format(const std::string &subject, const std::string &format, unsigned width,
+                      const Place &place)
     {
         const auto known = format_widths.find(format);
         if (known == format_widths.end())
@@ -146,7 +149,8 @@ private:
         for (const Action &action : catalogue.actions) {
             check_name("action", action.name, action.place);
             if (action.number != next)
-                wrong(action.place, action.name + ".number", "must be ", next, ": the action enum has no holes, and "
+                wrong(action.place, action.name + ".number", "must be ", next,
+                      ": the action enum has no holes, and "
                       "rows stand in its order");
             next = action.number + 1; // one hole is one finding
             std::set<std::string> parameters;
@@ -168,17 +172,19 @@ private:
     {
         if (parameter.index_of.empty()) {
             if (!parameter.in_image)
-                wrong(parameter.place, subject + ".in_image", "only a parameter with index_of may stay out of the image");
+                wrong(parameter.place, subject + ".in_image",
+                      "only a parameter with index_of may stay out of the image");
             return;
         }
         if (!catalogue.find_resource(parameter.index_of))
-            wrong(parameter.place, subject + ".index_of", "there is no counter or meter \"", parameter.index_of, "\"");
+            wrong(parameter.place, subject + ".index_of", "there is no counter or meter \"",
+                  parameter.index_of, "\"");
         if (parameter.width != 32)
             wrong(parameter.place, subject + ".width", "an index has 32 bits");
         const auto [first, fresh] = index_users.emplace(parameter.index_of, action.name);
         if (!fresh)
-            wrong(parameter.place, subject + ".index_of", parameter.index_of, " is indexed by ", first->second,
-                  " already");
+            wrong(parameter.place, subject + ".index_of", parameter.index_of, " is indexed by ",
+                  first->second, " already");
     }
 
     // ---- Resources and services ----
@@ -261,8 +267,9 @@ private:
     {
         for (std::size_t i = 1; i < group.tables.size(); ++i)
             if (group.tables[i].handle < group.tables[i - 1].handle)
-                wrong(group.tables[i].place, group.tables[i].name + ".handle", "tables of a file stand by handle, and ",
-                      group.tables[i - 1].name, " has a higher one");
+                wrong(group.tables[i].place, group.tables[i].name + ".handle",
+                      "tables of a file stand by handle, and ", group.tables[i - 1].name,
+                      " has a higher one");
     }
 
     void check_table(const Table &table)
@@ -270,7 +277,8 @@ private:
         check_name("table", table.name, table.place);
         check_handle(table_handles, table.name + ".handle", table.handle, table.place);
         if (!is_plain(table.brief))
-            wrong(table.place, table.name + ".brief", "can hold no quotes, backslashes, line ends or comment ends");
+            wrong(table.place, table.name + ".brief",
+                  "can hold no quotes, backslashes, line ends or comment ends");
         check_key(table);
         check_record_order(table);
         check_bindings(table.name, table.actions);
@@ -307,7 +315,8 @@ private:
         if (kinds.size() == 2)
             wrong(table.place, table.name + ".key", "has ternary and lpm fields");
         for (std::size_t i = 0; i < table.key.size(); ++i)
-            if (table.key[i].partition_index && (!kinds.contains("lpm") || i != 0 || table.key[i].match != "exact"))
+            if (table.key[i].partition_index &&
+                (!kinds.contains("lpm") || i != 0 || table.key[i].match != "exact"))
                 wrong(table.key[i].place, table.name + "." + table.key[i].name + ".partition_index",
                       "only the first field of an lpm key may be the partition, and it matches exactly");
     }
@@ -320,8 +329,8 @@ private:
         }
         const auto [first, fresh] = field_widths.emplace(field.name, std::pair{field.width, field.place});
         if (!fresh && first->second.first != field.width)
-            wrong(field.place, subject + ".width", "is ", field.width, " here and ", first->second.first, " in ",
-                  at(first->second.second));
+            wrong(field.place, subject + ".width", "is ", field.width, " here and ", first->second.first,
+                  " in ", at(first->second.second));
         const Mask128 full = full_mask(field.width);
         if (field.mask && ((field.mask->high & ~full.high) || (field.mask->low & ~full.low)))
             wrong(field.place, subject + ".mask", "is wider than the field's ", field.width, " bits");
@@ -338,7 +347,8 @@ private:
             rows.push_back(field.name);
         if (rows == table.record_order)
             wrong(table.place, table.name + ".record_order", "is the order of the key: leave it out");
-        if (!std::is_permutation(rows.begin(), rows.end(), table.record_order.begin(), table.record_order.end()))
+        if (!std::is_permutation(rows.begin(), rows.end(), table.record_order.begin(),
+                                 table.record_order.end()))
             wrong(table.place, table.name + ".record_order", "must name every field of the key once");
     }
 
@@ -356,7 +366,8 @@ private:
             if (i && binding.name == bindings[i - 1].name)
                 wrong(binding.place, subject, "this action stands twice");
             else if (i && binding.name < bindings[i - 1].name)
-                wrong(binding.place, subject, "actions stand by name, and ", bindings[i - 1].name, " comes later");
+                wrong(binding.place, subject, "actions stand by name, and ", bindings[i - 1].name,
+                      " comes later");
         }
     }
 
@@ -365,7 +376,8 @@ private:
     {
         const bool indirect = catalogue.profile_of(table);
         if (indirect && !table.actions.empty())
-            wrong(table.place, table.name + ".actions", "the table has a profile and can have no actions of its own");
+            wrong(table.place, table.name + ".actions",
+                  "the table has a profile and can have no actions of its own");
         if (!indirect && table.actions.empty())
             wrong(table.place, table.name + ".actions", "the table has neither actions nor a profile");
         if (!table.key.empty())
@@ -398,13 +410,14 @@ private:
         if (resource.empty())
             return;
         if (kind ? !names.contains(kind + resource) : !catalogue.find_resource(resource)) {
-            wrong(table.place, table.name + "." + column, "there is no ", kind ? kind : "counter or meter ", "\"",
-                  resource, "\"");
+            wrong(table.place, table.name + "." + column, "there is no ", kind ? kind : "counter or meter ",
+                  "\"", resource, "\"");
             return;
         }
         const auto [first, fresh] = users.emplace(resource, table.name);
         if (!fresh)
-            wrong(table.place, table.name + "." + column, resource, " belongs to ", first->second, " already");
+            wrong(table.place, table.name + "." + column, resource, " belongs to ", first->second,
+                  " already");
     }
 
     // ---- Profiles, and what nobody uses ----
@@ -414,7 +427,8 @@ private:
         std::set<std::string> tables;
         for (const Profile &profile : catalogue.profiles) {
             check_name("profile", profile.name, profile.place);
-            check_handle(action_table_handles, profile.name + ".action_table", profile.action_table, profile.place);
+            check_handle(action_table_handles, profile.name + ".action_table", profile.action_table,
+                         profile.place);
             check_handle(selector_handles, profile.name + ".selector", profile.selector, profile.place);
             check_bindings(profile.name, profile.actions);
             if (!names.contains("table " + profile.table))
@@ -431,7 +445,8 @@ private:
                 wrong(action.place, action.name, "no table or profile uses this action");
         for (const auto &[resource, action] : index_users)
             if (!users.contains(resource))
-                wrong(catalogue.find_action(action)->place, action, "no table has the indexed resource ", resource);
+                wrong(catalogue.find_action(action)->place, action, "no table has the indexed resource ",
+                      resource);
     }
 };
 

@@ -41,13 +41,15 @@ std::string read_file(const fs::path &path)
 {
     std::ifstream file(path, std::ios::binary);
     std::ostringstream text;
-    if (!(text << file.rdbuf()))
+    const bool empty = file.is_open() && file.peek() == std::ifstream::traits_type::eof() && !file.bad();
+    if (!empty && !(text << file.rdbuf()))
         throw std::runtime_error(path.string() + ": cannot be read");
     return text.str();
 }
 
 // A line that holds nothing but the tag of a section must leave no line behind; the template library sees to
-// that only where the section is rendered, so the tag is set in front of the next line.
+// that only where the section is rendered, so the tag is set in front of the next line. A blank line right
+// behind such a tag is lost with it.
 std::string read_template(const fs::path &path)
 {
     std::istringstream lines(read_file(path));
@@ -69,8 +71,11 @@ void write_if_changed(const fs::path &path, const std::string &text)
     fs::create_directories(path.parent_path());
     const fs::path fresh = path.string() + ".new";
     std::ofstream file(fresh, std::ios::binary);
-    if (!(file << text) || !file.flush())
+    if (!(file << text) || !file.flush()) {
+        std::error_code ignored;
+        fs::remove(fresh, ignored);
         throw std::runtime_error(path.string() + ": cannot be written");
+    }
     file.close();
     fs::rename(fresh, path);
 }
@@ -99,9 +104,8 @@ private:
 
 class Emitter {
 public:
-    Emitter(const Catalogue &catalogue, fs::path template_directory, fs::path output_directory)
-        : view(catalogue_view(catalogue)), templates(std::move(template_directory)),
-          output(std::move(output_directory))
+    Emitter(const Catalogue &catalogue, fs::path template_directory)
+        : view(catalogue_view(catalogue)), templates(std::move(template_directory))
     {
         for (const auto &entry : fs::directory_iterator(templates))
             if (entry.path().stem().string().starts_with('_'))
@@ -110,7 +114,14 @@ public:
                     data(kainjow::mustache::partial([text = partial_text(entry.path())] { return text; })));
     }
 
-    void emit(const Output &kind)
+    // Nothing is written before all templates have been rendered.
+    void write(const fs::path &output) const
+    {
+        for (const auto &[path, text] : files)
+            write_if_changed(output / path, text);
+    }
+
+    void render_all_of(const Output &kind)
     {
         const std::string path = kind.path;
         const std::size_t star = path.find('*');
@@ -131,7 +142,7 @@ public:
 private:
     data view;
     fs::path templates;
-    fs::path output;
+    std::vector<std::pair<std::string, std::string>> files; // path below the output directory, text
 
     // Partials stand inside lines; the newline that ends their file is not theirs.
     static std::string partial_text(const fs::path &path)
@@ -152,7 +163,7 @@ private:
         if (!text.is_valid())
             throw std::runtime_error(std::string(kind.template_name) + ": " + text.error_message());
         const bool code = path.ends_with(".h") || path.ends_with(".cc");
-        write_if_changed(output / path, code ? lay_out(rendered) : rendered);
+        files.emplace_back(path, code ? lay_out(rendered) : rendered);
     }
 };
 
@@ -160,9 +171,10 @@ private:
 
 void emit_all(const Catalogue &catalogue, const fs::path &templates, const fs::path &output)
 {
-    Emitter emitter(catalogue, templates, output);
+    Emitter emitter(catalogue, templates);
     for (const Output &kind : outputs)
-        emitter.emit(kind);
+        emitter.render_all_of(kind);
+    emitter.write(output);
 }
 
 } // namespace pdgen

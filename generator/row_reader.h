@@ -17,7 +17,11 @@ public:
     RowReader(const toml::table &table, std::string file, std::string subject, Diagnostics &diagnostics);
 
     Place place() const { return place_of(row); }
-    void set_subject(const std::string &name) { subject = name; }
+    void set_subject(const std::string &name) // a row without a name keeps its label
+    {
+        if (!name.empty())
+            subject = name;
+    }
     const std::string &get_subject() const { return subject; }
 
     std::string text(const char *key);
