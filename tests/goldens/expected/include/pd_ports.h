@@ -3,9 +3,11 @@
  * @brief Sample tables: the keys of these tables and the functions that write their entries.
  *
  * Generated from the catalogue: edit its rows, not this file.
- * The row of a table stands in catalogue/ports.toml. All functions build the driver's records on their own
- * stack, make one driver call and return its status unchanged; they test no argument, allocate nothing, keep
- * nothing, and may be called from any thread. Null pointers are not caught.
+ * The rows of these tables stand in catalogue/ports.toml.
+ *
+ * All functions build the driver's records on their own stack, make one driver call and return its status
+ * unchanged; they test no argument, allocate nothing, keep nothing, and may be called from any thread. Null
+ * pointers are not caught.
  */
 #ifndef PD_HEADER_ports
 #define PD_HEADER_ports
@@ -137,7 +139,7 @@ pd_status p4_pd_sample_stationCheck_match_spec_to_entry_hdl(
 typedef struct p4_pd_sample_route_match_spec_t {
     u16 partition; /**< 16 bits, exact, the partition that is looked up */
     u8 dip[16]; /**< 128 bits, lpm, most significant byte first */
-    u16 dip_prefix_length; /**< its leading bits that count; beyond 128 all bits count, at the lowest rank */
+    u16 dip_prefix_length; /**< leading bits that count; above 128: all, ranked behind every prefix */
 } p4_pd_sample_route_match_spec_t;
 
 /**
