@@ -8,6 +8,14 @@
 
 namespace pdgen {
 
+Mask128 full_mask(unsigned width)
+{
+    const auto ones = [](unsigned bits) {
+        return bits >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << bits) - 1;
+    };
+    return {width > 64 ? ones(width - 64) : 0, ones(width)};
+}
+
 namespace {
 
 Field read_field(RowReader &row)
@@ -131,17 +139,25 @@ SnapshotLayout read_layout(RowReader &row)
     return layout;
 }
 
-// A group gives its name to a public header, pd_<group>.h, beside pd_actions.h and its like.
-void check_group_files(RowReader &root, const std::vector<std::string> &files)
+// A group gives its name to a public header, pd_<group>.h, beside pd_actions.h and its like. False when the
+// list cannot be relied on.
+bool check_group_files(RowReader &root, const std::vector<std::string> &files)
 {
     static const std::regex form("[a-z0-9_]+\\.toml");
     std::set<std::string> taken = {"actions.toml", "tables.toml", "types.toml"};
+    bool sound = true;
     for (const std::string &file : files) {
-        if (!std::regex_match(file, form))
+        const bool has_form = std::regex_match(file, form);
+        const bool fresh = taken.insert(file).second;
+        sound &= has_form && fresh;
+        if (file.empty())
+            continue; // reported where it was read
+        if (!has_form)
             root.wrong("groups", "\"" + file + "\" is no file name such as \"l2.toml\"");
-        else if (!taken.insert(file).second)
+        else if (!fresh)
             root.wrong("groups", "\"" + file + "\" is taken already");
     }
+    return sound;
 }
 
 // One file of the catalogue after the other, with findings under the file's own name.
@@ -170,7 +186,8 @@ public:
     template <typename Row, typename Read>
     void rows(RowReader &root, const char *key, std::vector<Row> &rows, Read read)
     {
-        root.rows(key, true, key, [&](RowReader &row) { rows.push_back(read(row)); });
+        if (!root.rows(key, true, key, [&](RowReader &row) { rows.push_back(read(row)); }))
+            catalogue.complete = false;
     }
 
 private:
@@ -188,24 +205,27 @@ Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &di
     std::vector<std::string> groups;
     std::string actions, profiles, resources, services, snapshots;
     loader.file("catalogue.toml", [&](RowReader &root) {
+        catalogue.place = root.place();
         catalogue.program = root.text("program");
         catalogue.prefix = root.text("prefix");
         groups = root.texts("groups");
-        check_group_files(root, groups);
+        catalogue.complete = check_group_files(root, groups);
         actions = root.text("actions");
         profiles = root.text("profiles");
         resources = root.text("resources");
         services = root.text("services");
         snapshots = root.text("snapshots");
     });
-    if (!diagnostics.empty()) {
-        catalogue.complete = false; // without its root nothing else can be judged
+    if (groups.empty() || actions.empty() || profiles.empty() || resources.empty() || services.empty() ||
+        snapshots.empty()) {
+        catalogue.complete = false;
         return catalogue;
     }
 
+    std::erase(groups, "");
     for (const std::string &file : groups)
         loader.file(file, [&](RowReader &root) {
-            Group group{std::filesystem::path(file).stem().string(), root.text("title"), {}};
+            Group group{root.place(), std::filesystem::path(file).stem().string(), root.text("title"), {}};
             loader.rows(root, "table", group.tables, read_table);
             catalogue.groups.push_back(std::move(group));
         });

@@ -20,6 +20,9 @@ struct Mask128 {
     bool operator==(const Mask128 &) const = default;
 };
 
+// All bits of a field.
+Mask128 full_mask(unsigned width);
+
 struct Field {
     Place place;
     std::string name;
@@ -70,6 +73,7 @@ struct Table {
 };
 
 struct Group {
+    Place place;
     std::string file; // without ".toml": the name of its header and of its page
     std::string title;
     std::vector<Table> tables;
@@ -115,6 +119,7 @@ struct SnapshotLayout {
 
 struct Catalogue {
     bool complete = true; // false when a file could not be read: whatever is missing may stand there
+    Place place;
     std::string program;
     std::string prefix;
     std::vector<Group> groups;

@@ -6,16 +6,11 @@
 #include <set>
 #include <sstream>
 
+#include "names.h"
+
 namespace pdgen {
 
 namespace {
-
-std::string hex(std::uint32_t value)
-{
-    std::ostringstream text;
-    text << "0x" << std::hex << value;
-    return text.str();
-}
 
 std::string at(const Place &place)
 {
@@ -31,18 +26,11 @@ bool is_identifier(const std::string &name)
 }
 
 // Whether `text` can stand in a string literal, a comment and a page as it is.
+constexpr char not_plain[] = "can hold no quotes, backslashes, line ends or comment ends";
 bool is_plain(const std::string &text)
 {
     const auto special = [](unsigned char c) { return c == '"' || c == '\\' || std::iscntrl(c); };
     return std::none_of(text.begin(), text.end(), special) && text.find("*/") == std::string::npos;
-}
-
-Mask128 full_mask(unsigned width)
-{
-    const auto ones = [](unsigned bits) {
-        return bits >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << bits) - 1;
-    };
-    return {width > 64 ? ones(width - 64) : 0, ones(width)};
 }
 
 // What kind of object a handle names stands in its high bits.
@@ -74,9 +62,12 @@ public:
 
     void run()
     {
+        check_root();
         check_actions();
         check_resources();
         for (const Group &group : catalogue.groups) {
+            if (!is_plain(group.title))
+                wrong(group.place, "title", not_plain);
             check_table_order(group);
             for (const Table &table : group.tables)
                 check_table(table);
@@ -139,6 +130,15 @@ private:
             wrong(place, subject + ".format", "\"", format, "\" is no format");
         else if (known->second && known->second != width)
             wrong(place, subject + ".format", "\"", format, "\" needs ", known->second, " bits, not ", width);
+    }
+
+    // Names of functions and types begin with the prefix.
+    void check_root()
+    {
+        if (!is_identifier(catalogue.program))
+            wrong(catalogue.place, "program", "must be an identifier");
+        if (!is_identifier(catalogue.prefix))
+            wrong(catalogue.place, "prefix", "must be an identifier");
     }
 
     // ---- Actions ----
@@ -277,8 +277,7 @@ private:
         check_name("table", table.name, table.place);
         check_handle(table_handles, table.name + ".handle", table.handle, table.place);
         if (!is_plain(table.brief))
-            wrong(table.place, table.name + ".brief",
-                  "can hold no quotes, backslashes, line ends or comment ends");
+            wrong(table.place, table.name + ".brief", not_plain);
         check_key(table);
         check_record_order(table);
         check_bindings(table.name, table.actions);

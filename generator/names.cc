@@ -41,11 +41,6 @@ std::string prefix_length_member(const std::string &field)
     return field + "_prefix_length";
 }
 
-std::string table_function(const Catalogue &catalogue, const std::string &table, const std::string &operation)
-{
-    return catalogue.prefix + "_" + table + "_" + operation;
-}
-
 std::string hex(std::uint64_t value)
 {
     std::ostringstream text;

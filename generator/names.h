@@ -1,4 +1,4 @@
-// The only place that forms an exported name or a C type.
+// How types and members of records are called. Names of functions stand in the templates.
 #pragma once
 
 #include <string>
@@ -20,10 +20,6 @@ std::string member_array(unsigned width); // "[16]" or nothing
 std::string parameter_member(const std::string &parameter); // action_<name>
 std::string mask_member(const std::string &field);          // <field>_mask
 std::string prefix_length_member(const std::string &field); // <field>_prefix_length
-
-// An exported function of a table: <prefix>_<table>_<operation>.
-std::string table_function(const Catalogue &catalogue, const std::string &table,
-                           const std::string &operation);
 
 std::string hex(std::uint64_t value);
 

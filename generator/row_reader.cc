@@ -119,9 +119,9 @@ std::vector<std::string> RowReader::texts_or_none(const char *key)
     std::vector<std::string> texts;
     const toml::array *array = find_array(key, false);
     for (std::size_t i = 0; array && i < array->size(); ++i) {
-        if (const auto value = (*array)[i].value_exact<std::string>())
-            texts.push_back(*value);
-        else
+        const auto value = (*array)[i].value_exact<std::string>();
+        texts.push_back(value.value_or(""));
+        if (!value)
             diagnostics.add(place_of((*array)[i]), field(key), "must hold strings only");
     }
     return texts;

@@ -22,25 +22,25 @@ public:
         if (!name.empty())
             subject = name;
     }
-    const std::string &get_subject() const { return subject; }
 
     std::string text(const char *key);
     std::string text_or(const char *key, const std::string &otherwise);
     std::uint32_t number(const char *key);
     bool flag_or(const char *key, bool otherwise);
-    std::optional<Mask128> mask(const char *key); // an integer, or a string of hexadecimal digits
-    std::vector<std::string> texts(const char *key);
+    std::optional<Mask128> mask(const char *key);    // an integer, or a string of hexadecimal digits
+    std::vector<std::string> texts(const char *key); // an element that is no string is reported and empty
     std::vector<std::string> texts_or_none(const char *key);
     std::vector<unsigned> numbers(const char *key);
 
     // Calls `read(RowReader &)` for each table of the array `key`. `label` names an element until it has a
     // name.
+    // False when there is no such array.
     template <typename Read>
-    void rows(const char *key, bool required, const char *label, Read read)
+    bool rows(const char *key, bool required, const char *label, Read read)
     {
         const toml::array *array = find_array(key, required);
         if (!array)
-            return;
+            return false;
         for (std::size_t i = 0; i < array->size(); ++i) {
             const std::string element =
                 subject + (subject.empty() ? "" : ".") + label + "[" + std::to_string(i) + "]";
@@ -52,6 +52,7 @@ public:
                 diagnostics.add(place_of((*array)[i]), element, "must be a table");
             }
         }
+        return true;
     }
 
     void report_unknown_keys();

@@ -149,11 +149,7 @@ private:
         view.set("is_partition", data(field.partition_index));
         view.set("partition_index", std::string(field.partition_index ? "true" : "false"));
         view.set("key_type", key_type(catalogue, table.name));
-        const auto ones = [](unsigned bits) {
-            return bits >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << bits) - 1;
-        };
-        const Mask128 full{field.width > 64 ? ones(field.width - 64) : 0, ones(field.width)};
-        const Mask128 mask = field.mask.value_or(full);
+        const Mask128 mask = field.mask.value_or(full_mask(field.width));
         view.set("mask_high", hex(mask.high));
         view.set("mask_low", hex(mask.low));
         return view;

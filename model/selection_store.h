@@ -1,4 +1,4 @@
-// One device's part of a member-selection state: which action each member runs and which groups it is in.
+// One device's part of a member-selection state: the actions of members, and the groups they belong to.
 #pragma once
 
 #include <map>

@@ -1,6 +1,5 @@
 #include "reflection.h"
 
-#include <algorithm>
 #include <string_view>
 #include <unordered_map>
 
@@ -28,15 +27,6 @@ const TableFunctions *find_table(std::string_view name)
     }();
     const auto found = by_name.find(name);
     return found == by_name.end() ? nullptr : found->second;
-}
-
-const TableFunctions *find_table(u32 handle)
-{
-    const auto all = tables();
-    const auto found =
-        std::lower_bound(all.begin(), all.end(), handle,
-                         [](const TableFunctions *table, u32 wanted) { return table->row->handle < wanted; });
-    return found != all.end() && (*found)->row->handle == handle ? *found : nullptr;
 }
 
 const ActionFunctions *find_action(const TableFunctions &table, std::string_view name)

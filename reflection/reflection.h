@@ -38,7 +38,6 @@ std::span<const pd::Action *const> actions();
 
 // Null when there is no such table, or no such action of it.
 const TableFunctions *find_table(std::string_view name);
-const TableFunctions *find_table(u32 handle);
 const ActionFunctions *find_action(const TableFunctions &table, std::string_view name);
 
 } // namespace reflection

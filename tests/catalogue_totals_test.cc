@@ -1,9 +1,14 @@
-// The catalogue as a whole: its totals, and sizes of images picked from all over it.
+// The catalogue as a whole: its totals, the sizes of all images, the layout of all key records.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "encoder.h"
 #include "pd.h"
@@ -85,26 +90,85 @@ TEST(Catalogue, Profiles)
     EXPECT_EQ(bindings, 11u);
 }
 
+// The facts of catalogue_facts.txt that begin with `kind`: the words behind it.
+std::vector<std::vector<std::string>> facts(const std::string &kind)
+{
+    std::ifstream file(TS_SOURCE_DIR "/tests/catalogue_facts.txt");
+    std::vector<std::vector<std::string>> found;
+    for (std::string line; std::getline(file, line);) {
+        std::istringstream words(line);
+        std::string first;
+        if (words >> first && first == kind)
+            found.emplace_back(std::istream_iterator<std::string>(words),
+                               std::istream_iterator<std::string>());
+    }
+    return found;
+}
+
+u32 number(const std::string &text)
+{
+    return static_cast<u32>(std::stoul(text, nullptr, 0));
+}
+
 TEST(Catalogue, ImageSizes)
 {
-    const std::pair<const char *, u32> keys[] = {
-        {"ingressPortMapping", 0x20009},    {"egressMirrorResult", 0x10001}, {"l2DmacClassify", 0x80039},
-        {"l2LookupMiss", 0x80039},          {"l2LearningLookup", 0xb0050},   {"ipv4ShortMaskLpm", 0x50028},
-        {"ipv4Partition0", 0x50028},        {"ipv4FinalResolve0", 0x60030},  {"ipv6ShortMaskLpm", 0x110088},
-        {"tunnelTermination", 0x1c00d4},    {"trapToCpu", 0x2c011f},         {"mcastPrune", 0x9002b},
-        {"ingressMirrorSession", 0x120079}, {"pdpClassify", 0xa0034},
-    };
-    for (const auto &[name, packed] : keys)
-        EXPECT_EQ(encoder::packed(*reflection::find_table(name)->row), packed) << name;
+    const auto keys = facts("key"), data = facts("data");
+    EXPECT_EQ(keys.size(), 141u);
+    EXPECT_EQ(data.size(), 156u);
+    for (const auto &fact : keys)
+        EXPECT_EQ(encoder::packed(*reflection::find_table(fact[0])->row), number(fact[1])) << fact[0];
+    for (const auto &fact : data) {
+        const auto action = std::ranges::find(reflection::actions(), fact[0], &pd::Action::name);
+        ASSERT_NE(action, reflection::actions().end()) << fact[0];
+        EXPECT_EQ(encoder::packed(**action), number(fact[1])) << fact[0];
+    }
+}
 
-    const std::pair<std::string_view, u32> data[] = {
-        {"setPhase0", 0x60021},   {"NoAction", 0x0},       {"setEgressMirrorColor", 0x40020},
-        {"setPdpClass", 0x10005}, {"copyPacket", 0x20009}, {"setMirrorPacketEncapGreIpv4", 0x14009a},
-    };
-    for (const auto &[name, packed] : data) {
-        const auto action = std::ranges::find(reflection::actions(), name, &pd::Action::name);
-        ASSERT_NE(action, reflection::actions().end()) << name;
-        EXPECT_EQ(encoder::packed(**action), packed) << name;
+// Places the members of a record one after the other, each aligned to its size.
+class Layout {
+public:
+    u16 place(u32 size, u32 count = 1)
+    {
+        end = (end + size - 1) / size * size;
+        alignment = std::max(alignment, size);
+        const u32 at = end;
+        end += size * count;
+        return static_cast<u16>(at);
+    }
+    u16 place_width(u32 width)
+    {
+        return width == 128 ? place(1, 16) : place(width <= 8 ? 1 : width <= 16 ? 2 : 4);
+    }
+    u32 size() const { return (end + alignment - 1) / alignment * alignment; }
+
+private:
+    u32 end = 0;
+    u32 alignment = 1;
+};
+
+TEST(Catalogue, MembersOfKeyRecordsStandInTheirOrder)
+{
+    std::map<std::string, std::vector<std::string>> orders;
+    for (auto fact : facts("order"))
+        orders.emplace(fact[0], std::vector(fact.begin() + 1, fact.end()));
+    for (const reflection::TableFunctions *table : reflection::tables()) {
+        const pd::Table &row = *table->row;
+        SCOPED_TRACE(row.name);
+        std::vector<std::string> names;
+        for (const pd::Field &field : row.key)
+            names.emplace_back(field.name);
+        const auto order = orders.contains(row.name) ? orders.at(row.name) : names;
+        ASSERT_EQ(order.size(), row.key.size());
+        Layout layout;
+        for (const std::string &name : order) {
+            const pd::Field &field = *std::ranges::find(row.key, name, &pd::Field::name);
+            EXPECT_EQ(field.offset, layout.place_width(field.width)) << name;
+            if (field.match == pd::Match::exact)
+                continue;
+            const u32 twin_width = field.match == pd::Match::lpm ? 16 : field.width;
+            EXPECT_EQ(field.twin_offset, layout.place_width(twin_width)) << name;
+        }
+        EXPECT_EQ(row.record_size, row.key.empty() ? 0 : layout.size());
     }
 }
 

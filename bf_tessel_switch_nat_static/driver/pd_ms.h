@@ -1,10 +1,9 @@
 /**
  * @file pd_ms.h
- * @brief The member-selection store: which action each member runs and which groups it is in.
+ * @brief The member-selection store: the actions of members, and the groups they belong to.
  *
- * Operations that change membership take the session first and then the state; the others begin with the
- * state and take no session. p4_pd_ms_log_state and p4_pd_ms_restore_state begin with the device. C11 and
- * C++.
+ * Argument order: (sess, state, device) where members or groups come and go, (state, device) elsewhere;
+ * p4_pd_ms_log_state and p4_pd_ms_restore_state begin with the device. C11 and C++.
  */
 #ifndef PD_DRIVER_PD_MS_H
 #define PD_DRIVER_PD_MS_H
@@ -67,7 +66,7 @@ pd_status p4_pd_ms_mbr_apply_to_grps(pd_word state, u32 device_id, pd_mbr_hdl me
 /** Records a new, empty group. */
 pd_status p4_pd_ms_new_grp(pd_sess_hdl sess, pd_word state, u32 device_id, pd_grp_hdl group);
 
-/** Forgets a group and these members' ties to it; `count` 0 comes with a null list. */
+/** Forgets a group and takes the listed members out of it; `count` 0 comes with a null list. */
 pd_status p4_pd_ms_del_grp(pd_sess_hdl sess, pd_word state, u32 device_id, pd_grp_hdl group, u32 count,
                            pd_mbr_hdl *members);
 

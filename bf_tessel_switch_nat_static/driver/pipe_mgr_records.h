@@ -2,8 +2,7 @@
  * @file pipe_mgr_records.h
  * @brief The records that match entries, members and resources share on their way to the driver.
  *
- * Records are handed over by pointer and live only for the duration of one call, so a driver copies what it
- * keeps. C11 and C++.
+ * Records are handed over by pointer and valid during the call only, so a driver copies what it keeps. C11 and C++.
  */
 #ifndef PD_DRIVER_PIPE_MGR_RECORDS_H
 #define PD_DRIVER_PIPE_MGR_RECORDS_H
@@ -104,15 +103,15 @@ PD_SIZE(pipe_res_spec, 56);
 /** What an entry does. */
 enum {
     PIPE_ACTION_NONE = 0,   /**< no entry: only `action_data` counts */
-    PIPE_ACTION_DATA = 1,   /**< the entry carries its action data itself */
-    PIPE_ACTION_MEMBER = 2, /**< the entry points at a member of an action profile */
-    PIPE_ACTION_GROUP = 4   /**< the entry points at a selector group */
+    PIPE_ACTION_DATA = 1,   /**< parameters of its own */
+    PIPE_ACTION_MEMBER = 2, /**< parameters of a profile's member */
+    PIPE_ACTION_GROUP = 4   /**< one member of a group, by hash */
 };
 
 /** What an entry does, and the stateful resources that hang on it. */
 typedef struct pipe_action_spec {
     u8 action_kind;    /**< one of PIPE_ACTION_* */
-    u8 resource_count; /**< how many elements of `resources` are filled */
+    u8 resource_count; /**< resources in use, 0 to 4 */
     pipe_action_data action_data;
     pd_mbr_hdl member_hdl;
     pd_grp_hdl group_hdl;

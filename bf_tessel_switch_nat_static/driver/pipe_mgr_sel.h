@@ -20,7 +20,7 @@ typedef void (*pipe_sel_update_cb)(u32 device_id, u32 table, const void *update,
 
 /* ---- Groups -------------------------------------------------------------------------------------------- */
 
-/** Creates an empty group and writes its handle to `group`. `reserved` is always 0, `marker` 0xdeadbeef. */
+/** Opens a group without members and tells its handle to `group`. `reserved` is always 0, `marker` 0xdeadbeef. */
 pd_status pipe_mgr_sel_grp_add(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 reserved,
                                u32 max_group_size, u32 marker, pd_grp_hdl *group, u32 flags);
 
@@ -65,10 +65,9 @@ pd_status pipe_mgr_sel_grp_mbr_disable(pd_sess_hdl sess, u32 device_id, u32 tabl
 pd_status pipe_mgr_sel_grp_mbr_state_get(pd_sess_hdl sess, u32 device_id, u32 table, pd_grp_hdl group,
                                          pd_mbr_hdl member, u32 *state);
 
-/** Gives the member that a hash picks. The last three words, the hash and where the member goes, are handed
- * on. */
+/** Gives the member that a hash picks. The last three words are handed on. */
 pd_status pipe_mgr_sel_grp_mbr_get_from_hash(pd_sess_hdl sess, u32 device_id, u32 table, pd_grp_hdl group,
-                                             pd_word hash, pd_word hash_size, pd_word member);
+                                             pd_word first, pd_word second, pd_word third);
 
 /** Sets the member that takes over when a group picks none. */
 pd_status pipe_mgr_sel_fallback_mbr_set(pd_sess_hdl sess, pd_dev_target target, u32 table, pd_mbr_hdl member,

@@ -2,9 +2,9 @@
  * @file pd.h
  * @brief Chief header of libts_bf_pd_nat_static, the program-dependent API of `tessel_switch`.
  *
- * A caller fills plain records with one member per key field or action parameter, in host byte order; the
- * library makes the byte images and driver records from them, makes one driver call with the compiled-in
- * handles and returns the driver's status. It keeps no entries and takes no lock. C99 and C++.
+ * Callers describe keys and parameters as C structs in host byte order. Each write packs them into big-endian
+ * images, calls the driver once and hands its status back. The library keeps no entries and takes no lock; calls
+ * on the same entry are the caller's to keep apart. C99 and C++.
  */
 #ifndef PD_H
 #define PD_H

@@ -55,7 +55,9 @@ typedef struct pd_meter_spec {
     u32 committed_burst;
     u32 peak_rate;
     u32 peak_burst;
-    u32 requested_meter_type; /**< PD_METER_TYPE_COLOR_AWARE or PD_METER_TYPE_COLOR_UNAWARE */
+    /** PD_METER_TYPE_COLOR_AWARE or PD_METER_TYPE_COLOR_UNAWARE; another value is logged and counts as colour aware,
+     * and ends the process when the driver is in debug mode. */
+    u32 requested_meter_type;
 } pd_meter_spec;
 
 PD_END_DECLS

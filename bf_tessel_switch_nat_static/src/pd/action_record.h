@@ -11,7 +11,7 @@
 namespace pd {
 
 // Zeroes a record with 16-byte stores. The compiler's own choice for a record of this size, a string
-// instruction, costs more than all the rest of a write; docs/decisions.md has the figures.
+// instruction, costs more than all the rest of a write; bench/README.md has the figures.
 template <typename Record>
 [[gnu::always_inline]] inline void zero(Record &record)
 {
@@ -55,7 +55,7 @@ private:
     static constexpr ImageSize size = image_size(action.parameters);
 
     u8 data[size.bytes ? size.bytes : 1]; // the driver's pointer is never null
-    alignas(16) pipe_action_spec record; // keeps the stores of zero() within their cache lines
+    alignas(16) pipe_action_spec record;  // so that hardly a store of zero() crosses a cache line
 
     template <std::size_t... parameters>
     [[gnu::always_inline]] void fill([[maybe_unused]] const void *from, std::index_sequence<parameters...>)

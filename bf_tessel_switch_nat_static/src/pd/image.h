@@ -1,4 +1,4 @@
-// The one rule that packs fields into images: big-endian, field after field, each in whole bytes. Everything
+// How a record becomes an image: most significant byte first, in whole bytes, without gaps. Everything
 // here is unrolled by its caller and costs one or two instructions a field.
 #pragma once
 

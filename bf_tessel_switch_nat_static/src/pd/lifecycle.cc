@@ -1,4 +1,4 @@
-// Start and end of the library, and the three callbacks through which the driver reaches it per device.
+// Registration with the driver, and what the driver calls when a device goes, is logged or is restored.
 
 #include <cjson/cJSON.h>
 #include <cstring>
@@ -41,7 +41,7 @@ pd_status p4_pd_tessel_switch_dev_log(u32 device_id, cJSON *root)
 }
 
 // Trusts the document: it comes from p4_pd_tessel_switch_dev_log, so "act_profs" and every "name" exist.
-// Deliberate: the root's own name is not read, a profile named twice is restored twice.
+// Deliberate: the root's own name is not read, and repeated names are not filtered.
 pd_status p4_pd_tessel_switch_dev_restore(u32 device_id, cJSON *root)
 {
     for (cJSON *element = cJSON_GetObjectItem(root, "act_profs")->child; element; element = element->next) {

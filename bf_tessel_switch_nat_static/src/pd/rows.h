@@ -66,8 +66,8 @@ struct Table {
     std::span<const Binding> actions; // by name; empty for an indirect table
     u32 direct_counter;               // handles, 0 for none
     u32 direct_meter;
-    const char
-        *missing_meter;   // what the assertion of an add without the meter's spec says, null for no meter
+    // What the assertion of an add without the meter's spec says; null without a meter.
+    const char *missing_meter;
     u32 indexed_resource; // reached through the parameter that has its handle in index_of
     bool idle_time;
     bool ttl_on_add;     // the add functions take a time to live
@@ -89,12 +89,9 @@ constexpr u16 bytes_of(u32 width)
     return static_cast<u16>((width + 7) / 8);
 }
 
-// Sizes of an image: the driver's packed word is both, the bytes in its high half.
 struct ImageSize {
     u16 bytes;
-    u16 bits;
-
-    constexpr u32 packed() const { return u32{bytes} << 16 | bits; }
+    u16 bits; // the valid ones
 };
 
 // `fields`: the fields of a key or the parameters of an action.

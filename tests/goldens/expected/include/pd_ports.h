@@ -6,8 +6,9 @@
  * The rows of these tables stand in catalogue/ports.toml.
  *
  * All functions build the driver's records on their own stack, make one driver call and return its status
- * unchanged; they test no argument, allocate nothing, keep nothing, and may be called from any thread. Null
- * pointers are not caught.
+ * unchanged; they test no argument but a direct meter's, allocate nothing, keep nothing, and may be called
+ * from
+ * any thread. Calls on the same entry are the caller's to keep apart. Null pointers are not caught.
  */
 #ifndef PD_HEADER_ports
 #define PD_HEADER_ports
@@ -21,7 +22,7 @@ PD_BEGIN_DECLS
 
 /**
  * Key of `stationCheck` (0x1000001). Sorts stations by port and address, and polices them.
- * Its image has 5 bytes, 33 bits of them valid.
+ * Its image has 5 bytes, 33 bits of them valid. Each entry has a cell of `stationMeter`. Entries age.
  */
 typedef struct p4_pd_sample_stationCheck_match_spec_t {
     u32 smacOui; /**< 24 bits, ternary */
@@ -58,7 +59,16 @@ pd_status p4_pd_sample_stationCheck_table_add_with_NoAction(
 pd_status p4_pd_sample_stationCheck_table_modify_with_NoAction(
     pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl, const pd_meter_spec *stationMeter_spec);
 
-/** As above, for the entry of `stationCheck` with this key and priority. */
+/**
+ * Makes the entry of `stationCheck` with this key and priority run `NoAction`.
+ *
+ * @param sess        driver session
+ * @param dev_tgt     device and pipe, handed on as they are
+ * @param match_spec  the key, host byte order; values beyond a field's width go to the driver as they are
+ * @param priority    32 bits, handed on unchanged; the driver ranks overlapping entries by it
+ * @param stationMeter_spec the entry's meter; null leaves it as it is
+ * @return the driver's status
+ */
 pd_status p4_pd_sample_stationCheck_table_modify_with_NoAction_by_match_spec(
     pd_sess_hdl sess, pd_dev_target dev_tgt, const p4_pd_sample_stationCheck_match_spec_t *match_spec,
     u32 priority, const pd_meter_spec *stationMeter_spec);
@@ -95,7 +105,17 @@ pd_status p4_pd_sample_stationCheck_table_modify_with_setDomain(
     pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl,
     const p4_pd_sample_setDomain_action_spec_t *action_spec, const pd_meter_spec *stationMeter_spec);
 
-/** As above, for the entry of `stationCheck` with this key and priority. */
+/**
+ * Makes the entry of `stationCheck` with this key and priority run `setDomain`.
+ *
+ * @param sess        driver session
+ * @param dev_tgt     device and pipe, handed on as they are
+ * @param match_spec  the key, host byte order; values beyond a field's width go to the driver as they are
+ * @param priority    32 bits, handed on unchanged; the driver ranks overlapping entries by it
+ * @param action_spec the action's parameters
+ * @param stationMeter_spec the entry's meter; null leaves it as it is
+ * @return the driver's status
+ */
 pd_status p4_pd_sample_stationCheck_table_modify_with_setDomain_by_match_spec(
     pd_sess_hdl sess, pd_dev_target dev_tgt, const p4_pd_sample_stationCheck_match_spec_t *match_spec,
     u32 priority, const p4_pd_sample_setDomain_action_spec_t *action_spec,
@@ -111,7 +131,15 @@ pd_status p4_pd_sample_stationCheck_table_modify_with_setDomain_by_match_spec(
  */
 pd_status p4_pd_sample_stationCheck_table_delete(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl);
 
-/** As above, for the entry of `stationCheck` with this key and priority. */
+/**
+ * Deletes the entry of `stationCheck` with this key and priority.
+ *
+ * @param sess        driver session
+ * @param dev_tgt     device and pipe, handed on as they are
+ * @param match_spec  the key, host byte order; values beyond a field's width go to the driver as they are
+ * @param priority    32 bits, handed on unchanged; the driver ranks overlapping entries by it
+ * @return the driver's status
+ */
 pd_status p4_pd_sample_stationCheck_table_delete_by_match_spec(
     pd_sess_hdl sess, pd_dev_target dev_tgt, const p4_pd_sample_stationCheck_match_spec_t *match_spec,
     u32 priority);
@@ -134,7 +162,7 @@ pd_status p4_pd_sample_stationCheck_match_spec_to_entry_hdl(
 
 /**
  * Key of `route` (0x1000002). Routes IPv6 inside a partition, each route with a cell of the route meter.
- * Its image has 18 bytes, 144 bits of them valid.
+ * Its image has 18 bytes, 144 bits of them valid. Some actions use a cell of `routeMeter`.
  */
 typedef struct p4_pd_sample_route_match_spec_t {
     u16 partition; /**< 16 bits, exact, the partition that is looked up */
@@ -169,7 +197,15 @@ pd_status p4_pd_sample_route_table_modify_with_meterRoute(
     pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl,
     const p4_pd_sample_meterRoute_action_spec_t *action_spec);
 
-/** As above, for the entry of `route` with this key. */
+/**
+ * Makes the entry of `route` with this key run `meterRoute`.
+ *
+ * @param sess        driver session
+ * @param dev_tgt     device and pipe, handed on as they are
+ * @param match_spec  the key, host byte order; values beyond a field's width go to the driver as they are
+ * @param action_spec the action's parameters
+ * @return the driver's status
+ */
 pd_status p4_pd_sample_route_table_modify_with_meterRoute_by_match_spec(
     pd_sess_hdl sess, pd_dev_target dev_tgt, const p4_pd_sample_route_match_spec_t *match_spec,
     const p4_pd_sample_meterRoute_action_spec_t *action_spec);
@@ -184,7 +220,14 @@ pd_status p4_pd_sample_route_table_modify_with_meterRoute_by_match_spec(
  */
 pd_status p4_pd_sample_route_table_delete(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl);
 
-/** As above, for the entry of `route` with this key. */
+/**
+ * Deletes the entry of `route` with this key.
+ *
+ * @param sess        driver session
+ * @param dev_tgt     device and pipe, handed on as they are
+ * @param match_spec  the key, host byte order; values beyond a field's width go to the driver as they are
+ * @return the driver's status
+ */
 pd_status p4_pd_sample_route_table_delete_by_match_spec(
     pd_sess_hdl sess, pd_dev_target dev_tgt, const p4_pd_sample_route_match_spec_t *match_spec);
 
@@ -221,7 +264,14 @@ typedef struct p4_pd_sample_spread_match_spec_t {
  */
 pd_status p4_pd_sample_spread_table_delete(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl);
 
-/** As above, for the entry of `spread` with this key. */
+/**
+ * Deletes the entry of `spread` with this key.
+ *
+ * @param sess        driver session
+ * @param dev_tgt     device and pipe, handed on as they are
+ * @param match_spec  the key, host byte order; values beyond a field's width go to the driver as they are
+ * @return the driver's status
+ */
 pd_status p4_pd_sample_spread_table_delete_by_match_spec(
     pd_sess_hdl sess, pd_dev_target dev_tgt, const p4_pd_sample_spread_match_spec_t *match_spec);
 
