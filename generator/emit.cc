@@ -27,7 +27,7 @@ constexpr Output outputs[] = {
     {"action_rows.mustache", "rows/rows_actions.h"},
     {"table_rows.mustache", "rows/rows_*.h"},
     {"profile_rows.mustache", "rows/rows_profiles.h"},
-    {"action_names.mustache", "thunks/action_names.cc"},
+    {"action_thunks.mustache", "thunks/thunks_actions.cc"},
     {"thunks.mustache", "thunks/thunks_*.cc"},
     {"exports.mustache", "exports.map"},
     {"reflection.mustache", "reflection/reflection_*.cc"},

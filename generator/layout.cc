@@ -8,7 +8,7 @@ namespace pdgen {
 namespace {
 
 constexpr std::size_t line_width = 110;
-constexpr std::size_t deepest_hang = 44; // a list that opens further right goes to a line of its own
+constexpr std::size_t deepest_hang = 40; // a list that opens further right goes to a line of its own
 constexpr std::size_t tab = 4;
 
 struct Cut {
@@ -58,40 +58,102 @@ std::string break_code(std::string line)
     return result + line;
 }
 
-std::string break_comment(std::string line, const std::string &prefix)
+bool is_comment(const std::string &line)
 {
-    std::string result;
-    while (line.size() > line_width) {
-        const std::size_t cut = line.rfind(' ', line_width);
-        if (cut == std::string::npos || cut <= prefix.size())
-            break;
-        result += line.substr(0, cut) + '\n';
-        line = prefix + line.substr(cut + 1);
-    }
-    return result + line;
+    const std::size_t indent = line.find_first_not_of(' ');
+    return indent != std::string::npos &&
+           (line.compare(indent, 2, "* ") == 0 || line.compare(indent, 3, "// ") == 0);
 }
 
-std::string break_line(const std::string &line)
+// What a comment's further lines begin with; those of a parameter are set in.
+std::string comment_prefix(const std::string &line)
 {
-    const std::size_t indent = std::min(line.find_first_not_of(' '), line.size());
+    const std::size_t indent = line.find_first_not_of(' ');
     const std::string margin = line.substr(0, indent);
-    if (line.compare(indent, 2, "* ") == 0)
-        return break_comment(line,
-                             line.compare(indent, 8, "* @param") == 0 ? margin + "*     " : margin + "* ");
-    if (line.compare(indent, 3, "// ") == 0)
-        return break_comment(line, margin + "// ");
-    return break_code(line);
+    if (line[indent] == '/')
+        return margin + "// ";
+    return margin + (line.compare(indent, 8, "* @param") == 0 ? "*     " : "* ");
 }
+
+// A comment line that goes on where the one before it ended: not empty, no command of its own.
+bool continues(const std::string &line, const std::string &prefix)
+{
+    return line.size() > prefix.size() && line.starts_with(prefix) && line[prefix.size()] != '@' &&
+           line[prefix.size()] != ' ';
+}
+
+class Layout {
+public:
+    void add(const std::string &line)
+    {
+        if (!rest.empty() && continues(line, prefix))
+            return add_comment(rest + " " + line.substr(prefix.size()));
+        flush();
+        if (line.size() <= line_width)
+            text += line + '\n';
+        else if (is_comment(line))
+            add_comment(line, comment_prefix(line));
+        else if (line.starts_with("/** ") && line.ends_with(" */"))
+            add_block(line.substr(4, line.size() - 7));
+        else
+            text += break_code(line) + '\n';
+    }
+
+    std::string take()
+    {
+        flush();
+        return std::move(text);
+    }
+
+private:
+    std::string text;
+    std::string rest; // of a comment that was broken: the next line may join it
+    std::string prefix;
+
+    void flush()
+    {
+        if (!rest.empty())
+            text += rest + '\n';
+        rest.clear();
+    }
+
+    void add_comment(const std::string &line, const std::string &further_prefix)
+    {
+        prefix = further_prefix;
+        add_comment(line);
+    }
+
+    void add_comment(std::string line)
+    {
+        while (line.size() > line_width) {
+            const std::size_t cut = line.rfind(' ', line_width);
+            if (cut == std::string::npos || cut <= prefix.size())
+                break;
+            text += line.substr(0, cut) + '\n';
+            line = prefix + line.substr(cut + 1);
+        }
+        rest = line;
+    }
+
+    // A comment of one line that is too long for one.
+    void add_block(const std::string &words)
+    {
+        text += "/**\n";
+        add_comment(" * " + words, " * ");
+        flush();
+        text += " */\n";
+    }
+};
 
 } // namespace
 
 std::string lay_out(const std::string &text)
 {
     std::istringstream lines(text);
-    std::string result;
+    Layout layout;
     for (std::string line; std::getline(lines, line);)
-        result += (line.size() > line_width ? break_line(line) : line) + '\n';
-    return result;
+        layout.add(line);
+    return layout.take();
 }
 
 } // namespace pdgen

@@ -41,6 +41,12 @@ std::string prefix_length_member(const std::string &field)
     return field + "_prefix_length";
 }
 
+std::string width_name(const std::string &field)
+{
+    constexpr std::string_view validity = "_valid";
+    return field.ends_with(validity) ? field.substr(0, field.size() - validity.size()) : field;
+}
+
 std::string hex(std::uint64_t value)
 {
     std::ostringstream text;

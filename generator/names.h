@@ -21,6 +21,9 @@ std::string parameter_member(const std::string &parameter); // action_<name>
 std::string mask_member(const std::string &field);          // <field>_mask
 std::string prefix_length_member(const std::string &field); // <field>_prefix_length
 
+// What a field is called in the name of its width function: a validity bit goes by its header.
+std::string width_name(const std::string &field);
+
 std::string hex(std::uint64_t value);
 
 } // namespace pdgen

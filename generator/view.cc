@@ -111,6 +111,9 @@ private:
         for (const Parameter &parameter : action.parameters)
             push(parameters, parameter_view(parameter), &parameter == &action.parameters.back());
         view.set("parameters", parameters);
+        const auto reads_index = [](const Parameter &parameter) { return !parameter.in_image; };
+        view.set("reads_index",
+                 data(std::any_of(action.parameters.begin(), action.parameters.end(), reads_index)));
         set_image_size(view, action.parameters);
         return view;
     }
@@ -123,6 +126,7 @@ private:
             view.set("index", decimal(views.size()));
             view.set("action_handle", hex(binding.handle));
             view.set("is_entry", std::string(entry ? "true" : "false"));
+            view.set("default_action", data(binding.default_action));
             view.set("is_default", std::string(binding.default_action ? "true" : "false"));
             push(views, std::move(view), &binding == &bindings.back());
         }
@@ -135,6 +139,7 @@ private:
         const bool ternary = field.match == "ternary", lpm = field.match == "lpm";
         view.set("field", field.name);
         view.set("display", field.display);
+        view.set("width_name", width_name(field.name));
         view.set("width", decimal(field.width));
         view.set("width_text", count_of(field.width, "bit"));
         view.set("type", member_type(field.width));
@@ -197,6 +202,8 @@ private:
                                      : any("lpm")      ? "lpm"
                                                        : "exact"));
         view.set("has_priority", data(any("ternary")));
+        view.set("has_mask", data(any("ternary") || any("lpm")));
+        view.set("priority_digit", std::string(any("ternary") ? "1" : "0"));
         view.set("actions", binding_views(table.actions, !table.key.empty()));
         view.set("is_direct", data(!profile));
         view.set("counter", table.counter);

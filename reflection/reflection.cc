@@ -1,5 +1,6 @@
 #include "reflection.h"
 
+#include <algorithm>
 #include <string_view>
 #include <unordered_map>
 
@@ -27,6 +28,14 @@ const TableFunctions *find_table(std::string_view name)
     }();
     const auto found = by_name.find(name);
     return found == by_name.end() ? nullptr : found->second;
+}
+
+const TableFunctions *find_table(u32 handle)
+{
+    const auto all = tables();
+    const auto found = std::ranges::lower_bound(
+        all, handle, {}, [](const TableFunctions *table) { return table->row->handle; });
+    return found != all.end() && (*found)->row->handle == handle ? *found : nullptr;
 }
 
 const ActionFunctions *find_action(const TableFunctions &table, std::string_view name)

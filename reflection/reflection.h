@@ -14,12 +14,23 @@ namespace reflection {
 
 using EntryArguments = pd::EntryArguments;
 
+// Where a caller wants an entry that is read. What a table does not have is not looked at.
+struct EntryResults {
+    void *key = nullptr; // the table's key record
+    u32 *priority = nullptr;
+    u8 *is_default = nullptr;
+    char *action_name = nullptr;  // may stay null
+    void *action = nullptr;       // room for the parameter record of any action of the table
+    u32 *action_number = nullptr; // may stay null
+};
+
 // One action of one table. A function that does not exist is null.
 struct ActionFunctions {
     const pd::Binding *row;
     pd_status (*add)(pd_sess_hdl, pd_dev_target, const EntryArguments &, pd_entry_hdl *);
     pd_status (*modify)(pd_sess_hdl, u32 device_id, pd_entry_hdl, const EntryArguments &);
     pd_status (*modify_by_match_spec)(pd_sess_hdl, pd_dev_target, const EntryArguments &);
+    pd_status (*set_default_action)(pd_sess_hdl, pd_dev_target, const EntryArguments &, pd_entry_hdl *);
 };
 
 struct TableFunctions {
@@ -28,6 +39,23 @@ struct TableFunctions {
     pd_status (*table_delete)(pd_sess_hdl, u32 device_id, pd_entry_hdl);
     pd_status (*table_delete_by_match_spec)(pd_sess_hdl, pd_dev_target, const EntryArguments &);
     pd_status (*match_spec_to_entry_hdl)(pd_sess_hdl, pd_dev_target, const EntryArguments &, pd_entry_hdl *);
+    void (*unbuild_key)(const pipe_match_spec *, void *key);
+    void (*unbuild_mask)(const pipe_match_spec *, void *key);
+    pd_status (*get_default_entry)(pd_sess_hdl, pd_dev_target, u8 from_hw, pd_default_action_out *);
+    pd_status (*get_entry)(pd_sess_hdl, u32 device_id, pd_entry_hdl, u8 from_hw, const EntryResults &);
+    pd_status (*get_entry_from_plcmt_data)(void *plcmt_data, const EntryResults &, pd_plcmt_action_out *);
+    pd_status (*get_default_entry_handle)(pd_sess_hdl, pd_dev_target, pd_entry_hdl *);
+    pd_status (*reset_default_entry)(pd_sess_hdl, pd_dev_target);
+    pd_status (*get_plcmt_data)(pd_word first, pd_word second);
+    pd_status (*get_entry_count)(pd_sess_hdl, pd_dev_target, u32 *count);
+    pd_status (*get_first_entry_handle)(pd_sess_hdl, pd_dev_target, pd_entry_hdl *first);
+    pd_status (*get_next_entry_handles)(pd_sess_hdl, pd_dev_target, pd_entry_hdl, u32 count,
+                                        pd_entry_hdl *next);
+    pd_status (*set_property)(pd_sess_hdl, u32 device_id, u32 property, u32 value, u32 second_value);
+    pd_status (*get_property)(pd_sess_hdl, u32 device_id, u32 property, u32 *value, u32 *second_value);
+    pd_status (*register_mat_update_cb)(pd_sess_hdl, u32 device_id, pd_mat_update_cb, pd_word cookie);
+    pd_status (*get_mat_table_handle)(u32 *handle);
+    u32 (*supports_entry_priority)();
 };
 
 // All 158 tables, by handle.
@@ -38,6 +66,7 @@ std::span<const pd::Action *const> actions();
 
 // Null when there is no such table, or no such action of it.
 const TableFunctions *find_table(std::string_view name);
+const TableFunctions *find_table(u32 handle);
 const ActionFunctions *find_action(const TableFunctions &table, std::string_view name);
 
 } // namespace reflection

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+
+#include "bf_sys.h"
 
 namespace capture {
 
@@ -10,8 +13,21 @@ Call last;
 u32 calls;
 pd_status status;
 pd_entry_hdl entry;
+Answer answer;
+Allocation allocation;
+bool out_of_memory;
 
 namespace {
+
+std::array<std::string_view, 8> step_names;
+u32 step_count;
+
+// Steps beyond the room are of no interest to anyone.
+void step(std::string_view name)
+{
+    if (step_count < step_names.size())
+        step_names[step_count++] = name;
+}
 
 Image copy(const u8 *bytes, u32 size)
 {
@@ -43,10 +59,11 @@ void keep(const pipe_action_spec &spec)
     std::fill_n(last.spec.begin() + pointer, sizeof(void *), u8{0});
 }
 
-pd_status answer(const Call &call, const pipe_match_spec *match, const pipe_action_spec *spec,
+pd_status finish(const Call &call, const pipe_match_spec *match, const pipe_action_spec *spec,
                  pd_entry_hdl *result)
 {
     ++calls;
+    step(call.operation);
     last = call;
     last.result = result;
     if (match)
@@ -67,14 +84,56 @@ Call at(std::string_view operation, pd_sess_hdl sess, pd_dev_target target, u32 
             .table = table};
 }
 
+// Keeps the buffers that the driver may write, which the sizes in the records need not tell.
+void keep_buffers(const pipe_match_spec &match)
+{
+    last.value = copy(match.match_value, answer.value.size);
+    last.mask = copy(match.match_mask, answer.mask.size);
+}
+
+void give(pipe_match_spec &match)
+{
+    if (answer.value.size)
+        std::copy_n(answer.value.bytes.begin(), answer.value.size, match.match_value);
+    if (answer.mask.size)
+        std::copy_n(answer.mask.bytes.begin(), answer.mask.size, match.match_mask);
+    if (answer.null_value)
+        match.match_value = nullptr;
+    match.num_bytes = answer.num_bytes;
+    match.partition_index = answer.partition_index;
+    match.priority = answer.priority;
+}
+
+void give(pipe_action_spec &spec, u32 &action)
+{
+    last.data = copy(spec.action_data.data, answer.data.size());
+    std::copy(answer.data.begin(), answer.data.end(), spec.action_data.data);
+    spec.action_kind = answer.action_kind;
+    spec.resource_count = answer.resource_count;
+    std::copy(answer.resources.begin(), answer.resources.end(), spec.resources);
+    action = answer.action;
+}
+
 } // namespace
 
 void reset()
 {
     last = {};
-    calls = 0;
+    calls = step_count = 0;
     status = 0;
     entry = 0;
+    answer = {};
+    std::free(allocation.memory);
+    allocation = {};
+    out_of_memory = false;
+}
+
+std::string steps()
+{
+    std::string text;
+    for (u32 i = 0; i < step_count; ++i)
+        text.append(i ? " " : "").append(step_names[i]);
+    return text;
 }
 
 pipe_action_spec spec_of(const Call &call)
@@ -104,7 +163,8 @@ void PrintTo(const Call &call, std::ostream *out)
 {
     *out << call.operation << std::hex << "\n  session " << call.sess << " device " << call.device_id
          << " pipe " << call.pipe_id << " table " << call.table << " entry " << call.entry << " action "
-         << call.action << " ttl " << call.ttl << " flags " << call.flags << " result " << call.result;
+         << call.action << " ttl " << call.ttl << " flags " << call.flags << " result " << call.result
+         << " words " << call.words[0] << " " << call.words[1] << " " << call.words[2];
     if (call.has_match)
         *out << "\n  value " << hex(call.value) << "\n  mask  " << hex(call.mask) << "\n  partition "
              << call.partition_index << " priority " << call.priority << " packed " << call.packed
@@ -117,8 +177,8 @@ void PrintTo(const Call &call, std::ostream *out)
 
 } // namespace capture
 
-using capture::answer;
 using capture::at;
+using capture::finish;
 
 pd_status pipe_mgr_mat_ent_add(pd_sess_hdl sess, pd_dev_target target, u32 table, pipe_match_spec *match,
                                u32 action, pipe_action_spec *spec, u32 ttl, u32 flags, pd_entry_hdl *entry)
@@ -127,7 +187,7 @@ pd_status pipe_mgr_mat_ent_add(pd_sess_hdl sess, pd_dev_target target, u32 table
     call.action = action;
     call.ttl = ttl;
     call.flags = flags;
-    return answer(call, match, spec, entry);
+    return finish(call, match, spec, entry);
 }
 
 pd_status pipe_mgr_mat_ent_set_action(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry,
@@ -137,7 +197,7 @@ pd_status pipe_mgr_mat_ent_set_action(pd_sess_hdl sess, u32 device_id, u32 table
     call.entry = entry;
     call.action = action;
     call.flags = flags;
-    return answer(call, nullptr, spec, nullptr);
+    return finish(call, nullptr, spec, nullptr);
 }
 
 pd_status pipe_mgr_mat_ent_set_action_by_match_spec(pd_sess_hdl sess, pd_dev_target target, u32 table,
@@ -147,7 +207,7 @@ pd_status pipe_mgr_mat_ent_set_action_by_match_spec(pd_sess_hdl sess, pd_dev_tar
     capture::Call call = at(__func__, sess, target, table);
     call.action = action;
     call.flags = flags;
-    return answer(call, match, spec, nullptr);
+    return finish(call, match, spec, nullptr);
 }
 
 pd_status pipe_mgr_mat_ent_del(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry, u32 flags)
@@ -155,7 +215,7 @@ pd_status pipe_mgr_mat_ent_del(pd_sess_hdl sess, u32 device_id, u32 table, pd_en
     capture::Call call = at(__func__, sess, {device_id, 0}, table);
     call.entry = entry;
     call.flags = flags;
-    return answer(call, nullptr, nullptr, nullptr);
+    return finish(call, nullptr, nullptr, nullptr);
 }
 
 pd_status pipe_mgr_mat_ent_del_by_match_spec(pd_sess_hdl sess, pd_dev_target target, u32 table,
@@ -163,7 +223,7 @@ pd_status pipe_mgr_mat_ent_del_by_match_spec(pd_sess_hdl sess, pd_dev_target tar
 {
     capture::Call call = at(__func__, sess, target, table);
     call.flags = flags;
-    return answer(call, match, nullptr, nullptr);
+    return finish(call, match, nullptr, nullptr);
 }
 
 pd_status pipe_mgr_match_spec_to_ent_hdl(pd_sess_hdl sess, pd_dev_target target, u32 table,
@@ -171,5 +231,140 @@ pd_status pipe_mgr_match_spec_to_ent_hdl(pd_sess_hdl sess, pd_dev_target target,
 {
     capture::Call call = at(__func__, sess, target, table);
     call.flags = flags;
-    return answer(call, match, nullptr, entry);
+    return finish(call, match, nullptr, entry);
+}
+
+pd_status pipe_mgr_mat_default_entry_set(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 action,
+                                         pipe_action_spec *spec, u32 flags, pd_entry_hdl *entry)
+{
+    capture::Call call = at(__func__, sess, target, table);
+    call.action = action;
+    call.flags = flags;
+    return finish(call, nullptr, spec, entry);
+}
+
+pd_status pipe_mgr_table_get_default_entry_handle(pd_sess_hdl sess, pd_dev_target target, u32 table,
+                                                  pd_entry_hdl *entry)
+{
+    return finish(at(__func__, sess, target, table), nullptr, nullptr, entry);
+}
+
+pd_status pipe_mgr_table_get_default_entry(pd_sess_hdl sess, pd_dev_target target, u32 table,
+                                           pipe_action_spec *spec, u32 *action, u8 from_hw, u32 resources,
+                                           u32 flags)
+{
+    capture::Call call = at(__func__, sess, target, table);
+    call.words = {from_hw, resources, flags};
+    finish(call, nullptr, spec, nullptr);
+    capture::give(*spec, *action);
+    return capture::status;
+}
+
+pd_status pipe_mgr_mat_tbl_default_entry_reset(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 flags)
+{
+    capture::Call call = at(__func__, sess, target, table);
+    call.flags = flags;
+    return finish(call, nullptr, nullptr, nullptr);
+}
+
+pd_status pipe_mgr_get_entry(pd_sess_hdl sess, u32 table, pd_dev_target target, pd_entry_hdl entry,
+                             pipe_match_spec *match, pipe_action_spec *spec, u32 *action, u8 from_hw,
+                             u32 resources, u32 flags)
+{
+    capture::Call call = at(__func__, sess, target, table);
+    call.entry = entry;
+    call.words = {from_hw, resources, flags};
+    finish(call, match, spec, nullptr);
+    capture::keep_buffers(*match);
+    capture::give(*match);
+    capture::give(*spec, *action);
+    return capture::status;
+}
+
+pd_status pipe_mgr_plcmt_mat_data_get_entry(void *plcmt_data, pipe_match_spec *match, pipe_action_spec *spec,
+                                            u32 *action)
+{
+    capture::Call call = at(__func__, 0, {}, 0);
+    call.words = {reinterpret_cast<pd_word>(plcmt_data)};
+    finish(call, match, spec, nullptr);
+    capture::keep_buffers(*match);
+    capture::give(*match);
+    capture::give(*spec, *action);
+    return capture::status;
+}
+
+pd_status pipe_mgr_plcmt_mat_data_get(pd_word first, pd_word second, u32 table)
+{
+    capture::Call call = at(__func__, 0, {}, table);
+    call.words = {first, second};
+    return finish(call, nullptr, nullptr, nullptr);
+}
+
+pd_status pipe_mgr_get_entry_count(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 from_hw, u32 *count)
+{
+    capture::Call call = at(__func__, sess, target, table);
+    call.words = {from_hw};
+    return finish(call, nullptr, nullptr, count);
+}
+
+pd_status pipe_mgr_get_first_entry_handle(pd_sess_hdl sess, u32 table, pd_dev_target target, u32 *first)
+{
+    return finish(at(__func__, sess, target, table), nullptr, nullptr, first);
+}
+
+pd_status pipe_mgr_get_next_entry_handles(pd_sess_hdl sess, u32 table, pd_dev_target target, u32 after,
+                                          u32 count, u32 *next)
+{
+    capture::Call call = at(__func__, sess, target, table);
+    call.entry = after;
+    call.words = {count};
+    finish(call, nullptr, nullptr, nullptr);
+    capture::last.result = next;
+    std::copy_n(capture::answer.numbers.begin(), std::min<std::size_t>(count, 4), next);
+    return capture::status;
+}
+
+pd_status pipe_mgr_tbl_set_property(pd_sess_hdl sess, u32 device_id, u32 table, u32 property, u32 value,
+                                    u32 second_value, u32 flags)
+{
+    capture::Call call = at(__func__, sess, {device_id, 0}, table);
+    call.words = {property, value, second_value};
+    call.flags = flags;
+    return finish(call, nullptr, nullptr, nullptr);
+}
+
+pd_status pipe_mgr_tbl_get_property(pd_sess_hdl sess, u32 device_id, u32 table, u32 property, u32 *value,
+                                    u32 *second_value)
+{
+    capture::Call call = at(__func__, sess, {device_id, 0}, table);
+    call.words = {property};
+    *value = capture::answer.numbers[0];
+    *second_value = capture::answer.numbers[1];
+    return finish(call, nullptr, nullptr, nullptr);
+}
+
+pd_status pipe_register_mat_update_cb(pd_sess_hdl sess, u32 device_id, u32 table, pd_mat_update_cb callback,
+                                      pd_word cookie)
+{
+    capture::Call call = at(__func__, sess, {device_id, 0}, table);
+    call.words = {reinterpret_cast<pd_word>(callback), cookie};
+    return finish(call, nullptr, nullptr, nullptr);
+}
+
+void *bf_sys_calloc(std::size_t count, std::size_t size)
+{
+    capture::step(__func__);
+    void *memory = capture::out_of_memory ? nullptr : std::calloc(count, size);
+    capture::allocation = {count, size, memory};
+    return memory;
+}
+
+void bf_sys_free(void *memory)
+{
+    const bool ours = memory && memory == capture::allocation.memory;
+    capture::step(ours ? __func__ : "bf_sys_free(what was not allocated)");
+    if (!ours)
+        return;
+    std::free(memory);
+    capture::allocation.memory = nullptr;
 }

@@ -1,6 +1,6 @@
-// A driver that keeps the last entry operation it was asked for, everything it pointed at included, and
-// answers what the test has chosen. It allocates nothing. Link it in place of a driver; capture_services.h
-// has the rest.
+// A driver that keeps the last table operation it was asked for, everything it pointed at included, and
+// answers what the test has chosen; the services for memory are here too. It allocates nothing but what it is
+// asked for. Link it in place of a driver; capture_services.h has the rest.
 #pragma once
 
 #include <array>
@@ -31,7 +31,8 @@ struct Call {
     u32 action = 0;
     u32 ttl = 0;
     u32 flags = 0;
-    const pd_entry_hdl *result = nullptr;
+    const u32 *result = nullptr;
+    std::array<pd_word, 3> words{}; // what no other member is for, in order
 
     bool has_match = false;
     Image value{};
@@ -56,7 +57,36 @@ extern u32 calls;
 extern pd_status status;
 extern pd_entry_hdl entry;
 
-// No calls; status 0, entry 0.
+// What the operations that read answer, failures included. The images go into the caller's buffers.
+struct Answer {
+    Image value{};
+    Image mask{};
+    u16 num_bytes = 0;       // of the key
+    bool null_value = false; // match_value becomes null
+    u32 partition_index = 0;
+    u32 priority = 0;
+    u32 action = 0;
+    u8 action_kind = 1;
+    u8 resource_count = 0;
+    std::array<u8, 28> data{};
+    std::array<pipe_res_spec, 4> resources{};
+    std::array<u32, 4> numbers{}; // properties, or handles of a walk
+};
+extern Answer answer;
+
+// Driver calls, allocations and frees since the last reset: "pipe_mgr_get_entry bf_sys_calloc bf_sys_free".
+std::string steps();
+
+// The last allocation, and whether it has been freed.
+struct Allocation {
+    std::size_t count = 0;
+    std::size_t size = 0;
+    void *memory = nullptr; // null once freed
+};
+extern Allocation allocation;
+extern bool out_of_memory; // bf_sys_calloc gives null
+
+// No calls; status 0, entry 0, an empty answer. Frees what the library has left allocated.
 void reset();
 
 // The parts of an action record that tests look at one by one.

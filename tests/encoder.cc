@@ -7,6 +7,26 @@
 
 namespace encoder {
 
+u32 whole_bytes(u32 width)
+{
+    u32 bytes = 0;
+    while (bytes * 8 < width)
+        ++bytes;
+    return bytes;
+}
+
+bool member_bit(const void *record, u32 offset, u32 width, u32 bit)
+{
+    const u8 *member = static_cast<const u8 *>(record) + offset;
+    if (width == 128)
+        return member[15 - bit / 8] >> bit % 8 & 1;
+    if (width <= 8)
+        return *member >> bit & 1;
+    if (width <= 16)
+        return *reinterpret_cast<const u16 *>(member) >> bit & 1;
+    return *reinterpret_cast<const u32 *>(member) >> bit & 1;
+}
+
 namespace {
 
 const std::map<std::string_view, u32> direct_counters{
@@ -31,27 +51,6 @@ const std::map<std::string_view, Indexed> indexed_resources{
 
 const std::set<std::string_view> zero_images{"setEgressMirrorColor", "setIngressMirrorColor",
                                              "setPdpClassCount"};
-
-u32 whole_bytes(u32 width)
-{
-    u32 bytes = 0;
-    while (bytes * 8 < width)
-        ++bytes;
-    return bytes;
-}
-
-// Bit `bit`, counted from the least significant, of the member of `width` bits at `offset`.
-bool member_bit(const void *record, u32 offset, u32 width, u32 bit)
-{
-    const u8 *member = static_cast<const u8 *>(record) + offset;
-    if (width == 128)
-        return member[15 - bit / 8] >> bit % 8 & 1;
-    if (width <= 8)
-        return *member >> bit & 1;
-    if (width <= 16)
-        return *reinterpret_cast<const u16 *>(member) >> bit & 1;
-    return *reinterpret_cast<const u32 *>(member) >> bit & 1;
-}
 
 // Sets bit `bit` of a field that takes the `bytes` bytes from `start` on.
 void set_bit(capture::Image &image, u32 start, u32 bytes, u32 bit, bool value)
@@ -138,11 +137,13 @@ void encode_data(capture::Call &call, const pd::Action &action, const void *reco
     }
 }
 
-void encode_meter(pipe_res_spec &resource, const pd_meter_spec *meter)
+void encode_meter(pipe_res_spec &resource, const pd_meter_spec *meter, Family family)
 {
     resource.res_handle = 0x5000001;
-    if (!meter)
+    if (!meter) {
+        resource.res_tag = family == Family::set_default ? 2 : 0;
         return;
+    }
     resource.res_tag = 1;
     resource.res_data.meter.meter_type = meter->requested_meter_type == 1;
     resource.res_data.meter.committed_rate = meter->committed_rate;
@@ -226,7 +227,7 @@ void encode_action(capture::Call &call, const pd::Table &table, const pd::Action
         if (uses)
             resource.res_index = family == Family::add ? index % 0x10000 : index;
     } else if (table.name == std::string_view("l2LookupMiss")) {
-        encode_meter(resource, meter);
+        encode_meter(resource, meter, family);
     }
     spec.resource_count = resource.res_handle != 0;
     std::memcpy(call.spec.data(), &spec, sizeof spec);

@@ -10,6 +10,11 @@
 
 namespace encoder {
 
+u32 whole_bytes(u32 width);
+
+// Bit `bit`, counted from the least significant, of the member of `width` bits at `offset`.
+bool member_bit(const void *record, u32 offset, u32 width, u32 bit);
+
 // Sizes of an image as the driver's packed word: bytes in the high half, bits in the low half.
 u32 packed(const std::vector<u32> &widths);
 u32 packed(const pd::Table &table);
@@ -20,7 +25,7 @@ void encode_key(capture::Call &call, const pd::Table &table, const void *record,
 
 // Puts into `call` what the action's record and the meter give; `family` decides on indices and absent
 // meters.
-enum class Family { add, modify };
+enum class Family { add, modify, set_default };
 void encode_action(capture::Call &call, const pd::Table &table, const pd::Action &action, const void *record,
                    const pd_meter_spec *meter, Family family);
 

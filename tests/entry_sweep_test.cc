@@ -3,12 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <random>
 #include <set>
-#include <vector>
 
 #include "capture_services.h"
 #include "encoder.h"
+#include "random_records.h"
 #include "reflection.h"
 
 namespace {
@@ -16,15 +15,15 @@ namespace {
 using reflection::ActionFunctions;
 using reflection::EntryArguments;
 using reflection::TableFunctions;
-using Bytes = std::vector<u8>;
+using sweep::Bytes;
+using sweep::seed;
+using sweep::statuses;
 
-constexpr u32 seed = 20240607;
 constexpr int rounds = 8;
-constexpr pd_status statuses[] = {0, 1, 2, 15, 0x7fffffff, 0xffffffff};
 
 class EntrySweep : public testing::Test {
 protected:
-    std::mt19937 random{seed};
+    sweep::Random random;
     u32 turn = 0;
 
     pd_sess_hdl sess = 0;
@@ -37,64 +36,17 @@ protected:
 
     void SetUp() override { services::reset(); }
 
-    u32 word() { return static_cast<u32>(random()); }
-
-    // Nothing, everything, or anything: bits beyond the width of a field are set more often than not.
-    void scramble(u8 *bytes, std::size_t size)
-    {
-        const u32 kind = word() % 4;
-        for (std::size_t i = 0; i < size; ++i)
-            bytes[i] = kind == 0 ? 0 : kind == 1 ? 0xff : static_cast<u8>(word());
-    }
-
-    u16 prefix_length(u32 width)
-    {
-        const u32 choices[] = {0, width, width + 1, 65535, word() % (width + 1), word() % (width + 1)};
-        return static_cast<u16>(choices[word() % std::size(choices)]);
-    }
-
-    void scramble_key(const pd::Table &table)
-    {
-        key.assign(table.record_size, 0xa5);
-        for (const pd::Field &field : table.key) {
-            const std::size_t size = member_size(field.width);
-            scramble(&key[field.offset], size);
-            if (field.match == pd::Match::ternary)
-                scramble(&key[field.twin_offset], size);
-            if (field.match == pd::Match::lpm)
-                set_prefix_length(field, prefix_length(field.width));
-        }
-    }
-
-    void set_prefix_length(const pd::Field &field, u32 length)
-    {
-        const u16 twin = static_cast<u16>(length);
-        std::memcpy(&key[field.twin_offset], &twin, sizeof twin);
-    }
-
-    void scramble_parameters(const pd::Action &action)
-    {
-        parameters.assign(action.record_size, 0xa5);
-        for (const pd::Parameter &parameter : action.parameters)
-            scramble(&parameters[parameter.offset], member_size(parameter.width));
-    }
-
-    static std::size_t member_size(u32 width)
-    {
-        return width <= 8 ? 1 : width <= 16 ? 2 : width <= 32 ? 4 : 16;
-    }
-
     void scramble_arguments(const pd::Table &table)
     {
-        sess = word();
-        target = {word(), word()};
-        entry = word();
-        scramble_key(table);
-        meter = {word(), word(), word(), word(), word() % 4};
+        sess = random.word();
+        target = {random.word(), random.word()};
+        entry = random.word();
+        key = random.key(table);
+        meter = {random.word(), random.word(), random.word(), random.word(), random.word() % 4};
         with = {};
         with.key = key.data();
-        with.priority = word();
-        with.ttl = word();
+        with.priority = random.word();
+        with.ttl = random.word();
         with.meter = &meter;
     }
 
@@ -128,7 +80,7 @@ protected:
         const pd_meter_spec meter_before = meter;
         capture::reset();
         capture::status = statuses[turn++ % std::size(statuses)];
-        capture::entry = word();
+        capture::entry = random.word();
         EXPECT_EQ(function(), capture::status);
         EXPECT_EQ(capture::calls, 1u);
         EXPECT_EQ(capture::last, expected);
@@ -151,7 +103,7 @@ protected:
 
     void check_modify(const pd::Table &table, const ActionFunctions &action)
     {
-        with.meter = word() % 2 ? &meter : nullptr;
+        with.meter = random.word() % 2 ? &meter : nullptr;
         capture::Call expected = expect("pipe_mgr_mat_ent_set_action", table);
         expected.pipe_id = 0;
         expected.entry = entry;
@@ -162,6 +114,17 @@ protected:
         encode_key(expected, table);
         encode_action(expected, table, *action.row, encoder::Family::modify);
         check(expected, [&] { return action.modify_by_match_spec(sess, target, with); });
+    }
+
+    void check_set_default(const pd::Table &table, const ActionFunctions &action)
+    {
+        with.meter = random.word() % 2 ? &meter : nullptr;
+        capture::Call expected = expect("pipe_mgr_mat_default_entry_set", table);
+        encode_action(expected, table, *action.row, encoder::Family::set_default);
+        pd_entry_hdl result = ~0u;
+        expected.result = &result;
+        check(expected, [&] { return action.set_default_action(sess, target, with, &result); });
+        EXPECT_EQ(result, capture::entry);
     }
 
     void check_delete(const TableFunctions &table)
@@ -202,7 +165,7 @@ TEST_F(EntrySweep, EveryBindingWritesWhatTheRulesSay)
                 SCOPED_TRACE(testing::Message() << table->row->name << " " << action.row->action->name
                                                 << " round " << round << " seed " << seed);
                 scramble_arguments(*table->row);
-                scramble_parameters(*action.row->action);
+                parameters = random.parameters(*action.row->action);
                 with.action = parameters.empty() ? nullptr : parameters.data();
                 check_add(*table->row, action);
                 check_modify(*table->row, action);
@@ -211,6 +174,29 @@ TEST_F(EntrySweep, EveryBindingWritesWhatTheRulesSay)
             }
         }
     EXPECT_EQ(bindings, 404);
+}
+
+TEST_F(EntrySweep, EveryDefaultActionIsWrittenAsAnEntryIs)
+{
+    int bindings = 0;
+    for (const TableFunctions *table : reflection::tables())
+        for (const ActionFunctions &action : table->actions) {
+            EXPECT_EQ(action.set_default_action != nullptr, action.row->default_action) << table->row->name;
+            if (!action.row->default_action)
+                continue;
+            ++bindings;
+            for (int round = 0; round < rounds; ++round) {
+                SCOPED_TRACE(testing::Message() << table->row->name << " " << action.row->action->name
+                                                << " round " << round << " seed " << seed);
+                scramble_arguments(*table->row);
+                parameters = random.parameters(*action.row->action);
+                with.action = parameters.empty() ? nullptr : parameters.data();
+                check_set_default(*table->row, action);
+                if (HasFailure())
+                    return;
+            }
+        }
+    EXPECT_EQ(bindings, 172);
 }
 
 TEST_F(EntrySweep, EveryKeyDeletesAndFindsByTheSameImages)
@@ -247,7 +233,7 @@ TEST_F(EntrySweep, EveryPrefixLength)
             for (u32 length = 0; length <= 65535; length += length <= field.width ? 1 : 97) {
                 SCOPED_TRACE(testing::Message() << table->row->name << " /" << length << " seed " << seed);
                 scramble_arguments(*table->row);
-                set_prefix_length(field, length);
+                sweep::set_prefix_length(key, field, length);
                 check_search(*table);
                 if (HasFailure())
                     return;

@@ -170,4 +170,153 @@ TEST_F(Failure, BadMeterTypeInAnAddIsLoggedAndCountsAsColourAware)
                 KilledBySignal(SIGABRT), "get_bytes_meter_type: Assertion `0' failed");
 }
 
+// ---- Answers that cannot be read -------------------------------------------------------------------------
+
+constexpr char of_unknown_action[] = "ASSERTION FAILED: \"((void *)0)\" (NULL) from %s:%d";
+
+p4_pd_tessel_switch_pdpPolicy_match_spec_t key;
+pd_action_out out;
+u8 is_default;
+
+pd_status get_entry()
+{
+    u32 number = 0;
+    return p4_pd_tessel_switch_pdpPolicy_get_entry(1, 2, 3, 0, &key, nullptr, &out.parameters, &number,
+                                                   &is_default);
+}
+
+pd_status get_entry_of_keyless_table()
+{
+    return p4_pd_tessel_switch_queueCounters_get_entry(1, 2, 3, 0, nullptr, nullptr, nullptr);
+}
+
+pd_status get_entry_from_plcmt_data()
+{
+    return p4_pd_tessel_switch_pdpPolicy_get_entry_from_plcmt_data(nullptr, &key, &out, &is_default);
+}
+
+pd_status get_default_entry()
+{
+    return p4_pd_tessel_switch_pdpPolicy_table_get_default_entry(1, {}, 0, &out);
+}
+
+class ReadingFailure : public Failure {
+protected:
+    // An entry with one resource attached and one not.
+    static void answer(u8 kind, u32 action)
+    {
+        capture::reset();
+        services::log.clear();
+        services::events.clear();
+        capture::answer.action_kind = kind;
+        capture::answer.action = action;
+        capture::answer.resource_count = 2;
+        capture::answer.resources[1].res_handle = 0x4000005;
+        capture::answer.resources[1].res_index = 0x123;
+        capture::answer.resources[1].res_tag = 1;
+        is_default = 0xa5;
+    }
+
+    static void expect_one_line(const char *format, const std::string &function)
+    {
+        ASSERT_EQ(services::log.size(), 1u);
+        EXPECT_EQ(services::log[0].module, 0);
+        EXPECT_EQ(services::log[0].level, 2);
+        EXPECT_EQ(services::log[0].format, format);
+        EXPECT_NE(services::log[0].text.find(" from " + function + ":"), std::string::npos)
+            << services::log[0].text;
+    }
+
+    // Debug mode: the backtrace, then the assertion.
+    static void expect_end(pd_status (*read)(), const std::string &function, const std::string &condition)
+    {
+        EXPECT_EXIT(read(), KilledBySignal(SIGABRT),
+                    "^log 0 2 \\[%s\\] frame one %d\nlog 0 2 \\[%s\\] frame two\n" +
+                        assertion(function, condition).substr(1));
+    }
+};
+
+const std::string of_policy = "p4_pd_tessel_switch_pdpPolicy_get_entry";
+const std::string of_placement = of_policy + "_from_plcmt_data";
+const std::string of_queue = "p4_pd_tessel_switch_queueCounters_get_entry";
+
+TEST_F(ReadingFailure, KindOfActionIsNotData)
+{
+    for (const u8 kind : {0, 2, 4}) {
+        answer(kind, 0x20000145);
+        EXPECT_EQ(get_entry(), 15u);
+        expect_one_line(bad_type, of_policy);
+        EXPECT_EQ(capture::steps(), "pipe_mgr_get_entry");
+        EXPECT_EQ(is_default, 0xa5);
+        answer(kind, 0x20000148);
+        EXPECT_EQ(get_entry_of_keyless_table(), 15u);
+        expect_one_line(bad_type, of_queue);
+    }
+    EXPECT_EQ(backtraces, 0);
+
+    services::debug_mode = true;
+    answer(2, 0x20000145);
+    expect_end(get_entry, of_policy, "0");
+    expect_end(get_entry_of_keyless_table, of_queue, "0");
+}
+
+TEST_F(ReadingFailure, ActionIsUnknown)
+{
+    answer(1, 0x20000148);
+    EXPECT_EQ(get_entry(), 15u);
+    expect_one_line(of_unknown_action, of_policy);
+    EXPECT_EQ(capture::steps(), "pipe_mgr_get_entry bf_sys_calloc bf_sys_free");
+    EXPECT_EQ(is_default, 1);
+
+    answer(1, 0x20000148);
+    EXPECT_EQ(get_entry_from_plcmt_data(), 3u);
+    expect_one_line(of_unknown_action, of_placement);
+    EXPECT_EQ(capture::steps(), "pipe_mgr_plcmt_mat_data_get_entry");
+    EXPECT_EQ(is_default, 1);
+    EXPECT_EQ(backtraces, 0);
+
+    services::debug_mode = true;
+    answer(1, 0x20000148);
+    const std::string unknown = "\\(\\(void \\*\\)0\\)";
+    expect_end(get_entry, of_policy, unknown);
+    expect_end(get_entry_from_plcmt_data, of_placement, unknown);
+    // Neither symbols nor lines: the assertion alone.
+    has_symbols = false;
+    EXPECT_EXIT(get_entry(), KilledBySignal(SIGABRT), assertion(of_policy, unknown));
+    has_symbols = true;
+    answer(1, 0x20000145);
+    expect_end(get_entry_of_keyless_table, of_queue, unknown);
+}
+
+// Not a word, in either mode; with an unknown action the list is not freed.
+TEST_F(ReadingFailure, DefaultEntriesFailSilently)
+{
+    for (const bool debug_mode : {false, true}) {
+        services::debug_mode = debug_mode;
+        answer(2, 0x20000146);
+        EXPECT_EQ(get_default_entry(), 15u);
+        EXPECT_EQ(capture::steps(), "pipe_mgr_table_get_default_entry");
+        answer(1, 0x20000145); // an action of entries, never of the default
+        EXPECT_EQ(get_default_entry(), 15u);
+        EXPECT_EQ(capture::steps(), "pipe_mgr_table_get_default_entry bf_sys_calloc");
+        EXPECT_NE(capture::allocation.memory, nullptr);
+        answer(1, 0x20000146);
+        EXPECT_EQ(get_default_entry(), 0u);
+        EXPECT_EQ(capture::steps(), "pipe_mgr_table_get_default_entry bf_sys_calloc bf_sys_free");
+        EXPECT_TRUE(services::log.empty());
+    }
+    EXPECT_EQ(backtraces, 0);
+}
+
+// The flag is read at each failure, so it may change between two of them.
+TEST_F(ReadingFailure, DebugModeIsAskedForAtEachFailure)
+{
+    answer(2, 0x20000145);
+    EXPECT_EQ(get_entry(), 15u);
+    services::debug_mode = true;
+    expect_end(get_entry, of_policy, "0");
+    services::debug_mode = false;
+    EXPECT_EQ(get_entry(), 15u);
+}
+
 } // namespace

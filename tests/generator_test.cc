@@ -278,7 +278,7 @@ TEST_F(Generator, TemplatesThatAreWrong)
               "pdgen: exports.mustache: \"field\" has no value here\n");
     EXPECT_EQ(message("{{>_source}}", "{{>_sauce}}"),
               "pdgen: exports.mustache: \"_sauce\" has no value here\n");
-    EXPECT_TRUE(message("{{/actions}}\n", "")
+    EXPECT_TRUE(message("{{/is_direct}}\n", "")
                     .starts_with(R"(pdgen: exports.mustache: Unclosed section "all_tables")"));
 
     fs::remove(templates / "exports.mustache");

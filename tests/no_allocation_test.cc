@@ -1,10 +1,12 @@
-// No entry function allocates: every one is called while all allocations of the process are counted.
+// No entry function allocates, and none that reads does so without resources: every one is called while all
+// allocations of the process are counted.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <vector>
 
 #include "capture_driver.h"
+#include "capture_services.h"
 #include "reflection.h"
 
 namespace {
@@ -106,6 +108,37 @@ TEST(NoAllocation, EveryEntryFunction)
             }
         }
     EXPECT_EQ(capture::calls, 2u * (404 * 3 + 141 * 3));
+}
+
+// Default actions and read-back, without a resource to list.
+TEST(NoAllocation, EveryDefaultActionAndEveryReading)
+{
+    std::vector<u64> room(128);
+    const pd_meter_spec meter{};
+    reflection::EntryArguments with;
+    with.action = room.data();
+    with.meter = &meter;
+    char name[128];
+    u32 words[2];
+    u8 is_default;
+    const reflection::EntryResults to{room.data(), &words[0], &is_default, name, room.data(), &words[1]};
+    pd_action_out out;
+    pd_entry_hdl entry = 0;
+    capture::reset();
+    for (const bool warm : {false, true})
+        for (const reflection::TableFunctions *table : reflection::tables())
+            for (const reflection::ActionFunctions &action : table->actions) {
+                capture::answer.action = action.row->handle;
+                const long of_action = allocations_of([&] {
+                    if (action.set_default_action)
+                        action.set_default_action(1, {}, with, &entry);
+                    table->get_default_entry(1, {}, 0, &out);
+                    table->get_entry(1, 0, 1, 0, to);
+                    table->get_entry_from_plcmt_data(nullptr, to, &out);
+                });
+                EXPECT_TRUE(!warm || of_action == 0) << table->row->name << " " << action.row->action->name;
+            }
+    EXPECT_EQ(services::log.size(), 0u);
 }
 
 } // namespace

@@ -11,9 +11,6 @@
 extern "C" {
 #endif
 
-/** Tells of a change to a table that the driver made. The driver defines what `update` points at. */
-typedef void (*pipe_mat_update_cb)(u32 device_id, u32 table, const void *update, pd_word cookie);
-
 /* ---- Entries ----------------------------------------------------------------------------------------- */
 
 /** Adds an entry and writes its handle to `entry`. `ttl` starts the idle time, 0 where there is none. */
@@ -100,7 +97,7 @@ pd_status pipe_mgr_tbl_get_property(pd_sess_hdl sess, u32 device_id, u32 table, 
                                     u32 *second_value);
 
 /** Registers for changes of a match table. */
-pd_status pipe_register_mat_update_cb(pd_sess_hdl sess, u32 device_id, u32 table, pipe_mat_update_cb callback,
+pd_status pipe_register_mat_update_cb(pd_sess_hdl sess, u32 device_id, u32 table, pd_mat_update_cb callback,
                                       pd_word cookie);
 
 /* ---- Placement records --------------------------------------------------------------------------------- */

@@ -34,6 +34,12 @@ pd_status p4_pd_tessel_switch_cleanup(void);
 /** Does nothing, deliberately: device state is dropped when the driver removes the device. */
 void p4_pd_tessel_switch_device_state_cleanup(void);
 
+/** The full name of an action, such as "p4_pd_tessel_switch_setPhase0"; null for a number above 297. */
+const char *p4_pd_tessel_switch_action_enum_to_string(u32 action_number);
+
+/** The number of the action with this full name; P4_PD_TESSEL_SWITCH_ACTION_COUNT for null and any other text. */
+u32 p4_pd_tessel_switch_action_string_to_enum(const char *name);
+
 PD_END_DECLS
 
 #endif

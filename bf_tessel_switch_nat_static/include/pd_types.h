@@ -60,6 +60,33 @@ typedef struct pd_meter_spec {
     u32 requested_meter_type;
 } pd_meter_spec;
 
+/** Called by the driver for an update of a match table; `update` is the driver's. */
+typedef void (*pd_mat_update_cb)(u32 device_id, u32 table, const void *update, pd_word cookie);
+
+/* Records of the driver that some functions take by pointer. */
+struct pipe_match_spec;
+struct pipe_action_data;
+
+/** One resource of an entry that was read back: the counter, meter or register table and the cell of it. */
+typedef struct pd_res_ref {
+    u32 res_handle;
+    u32 res_index;
+} pd_res_ref;
+
+/** What an entry does, as it is read back. */
+typedef struct pd_action_out {
+    u32 action_number; /**< in the action enum; tells whose record `parameters` holds */
+    union {
+        u32 words[7];
+        u8 bytes[28];
+    } parameters; /**< the action's parameter record, untouched for an action without parameters */
+} pd_action_out;
+
+/** What `_table_get_default_entry` gives. */
+typedef pd_action_out pd_default_action_out;
+/** What `_get_entry_from_plcmt_data` gives. */
+typedef pd_action_out pd_plcmt_action_out;
+
 PD_END_DECLS
 
 #endif

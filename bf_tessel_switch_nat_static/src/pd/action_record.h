@@ -10,27 +10,13 @@
 
 namespace pd {
 
-// Zeroes a record with 16-byte stores. The compiler's own choice for a record of this size, a string
-// instruction, costs more than all the rest of a write; bench/README.md has the figures.
-template <typename Record>
-[[gnu::always_inline]] inline void zero(Record &record)
-{
-    using Chunk [[gnu::vector_size(16), gnu::aligned(1), gnu::may_alias]] = u8;
-    constexpr std::size_t last = sizeof(Record) - sizeof(Chunk);
-    u8 *bytes = reinterpret_cast<u8 *>(&record);
-#pragma GCC unroll 32
-    for (std::size_t at = 0; at < last; at += sizeof(Chunk))
-        *reinterpret_cast<Chunk *>(bytes + at) = Chunk{};
-    *reinterpret_cast<Chunk *>(bytes + last) = Chunk{}; // overlaps the one before it
-}
-
 template <const Action &action>
 class ActionRecord {
 public:
     // `parameters` is the action's record; it is not read for an action without parameters.
     [[gnu::always_inline]] explicit ActionRecord(const void *parameters)
     {
-        zero(record);
+        zero<sizeof record>(&record);
         record.action_kind = PIPE_ACTION_DATA;
         record.action_data.num_valid_bits = size.bits;
         record.action_data.num_bytes = size.bytes;
@@ -68,11 +54,11 @@ private:
     {
         constexpr const Parameter &parameter = action.parameters[index];
         constexpr u32 bytes = bytes_of(parameter.width);
-        u8 *to = data + image_offset(action.parameters, index);
+        constexpr u16 at = image_offset(action.parameters, index);
         if constexpr (parameter.in_image)
-            store_big_endian<bytes>(to, load_member<parameter.width>(from, parameter.offset));
+            store_big_endian<bytes>(data + at, load_member<parameter.width>(from, parameter.offset));
         else
-            std::memset(to, 0, bytes); // the index travels in the resource record alone
+            std::memset(data + at, 0, bytes); // the index travels in the resource record alone
     }
 };
 

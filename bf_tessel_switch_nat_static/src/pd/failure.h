@@ -22,7 +22,6 @@ struct Place {
 
 } // namespace pd
 
-// Both arguments are string literals: the condition as it stands in the assertion, and as it is shown.
-#define PD_ASSERT_OR_STATUS(condition, shown)                                                                \
-    ::pd::report(condition, "ASSERTION FAILED: \"" condition "\" (" shown ") from %s:%d",                    \
-                 {__func__, __LINE__})
+// The condition as it stands in the assertion, and as it is shown, are string literals.
+#define PD_ASSERT_OR_STATUS(condition, shown, place)                                                         \
+    ::pd::report(condition, "ASSERTION FAILED: \"" condition "\" (" shown ") from %s:%d", place)

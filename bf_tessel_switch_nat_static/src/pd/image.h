@@ -46,6 +46,41 @@ template <u32 width>
     }
 }
 
+// Reads `bytes` bytes, most significant first.
+template <u32 bytes>
+[[gnu::always_inline]] inline u32 load_big_endian(const u8 *from)
+{
+    static_assert(bytes >= 1 && bytes <= 4);
+    if constexpr (bytes == 1) {
+        return *from;
+    } else if constexpr (bytes == 2) {
+        u16 value;
+        std::memcpy(&value, from, sizeof value);
+        return __builtin_bswap16(value);
+    } else if constexpr (bytes == 3) {
+        return u32{*from} << 16 | load_big_endian<2>(from + 1);
+    } else {
+        u32 value;
+        std::memcpy(&value, from, sizeof value);
+        return __builtin_bswap32(value);
+    }
+}
+
+// Writes the member of `width` bits, up to 32, at `offset` of a caller's record.
+template <u32 width>
+[[gnu::always_inline]] inline void store_member(void *record, u32 offset, u32 value)
+{
+    u8 *to = static_cast<u8 *>(record) + offset;
+    if constexpr (width <= 8) {
+        *to = static_cast<u8>(value);
+    } else if constexpr (width <= 16) {
+        const u16 half = static_cast<u16>(value);
+        std::memcpy(to, &half, sizeof half);
+    } else {
+        std::memcpy(to, &value, sizeof value);
+    }
+}
+
 // 128 bits in the order of the bytes in memory.
 using Wide [[gnu::vector_size(16)]] = u8;
 
@@ -59,6 +94,23 @@ using Wide [[gnu::vector_size(16)]] = u8;
 [[gnu::always_inline]] inline void store_wide(u8 *to, Wide wide)
 {
     std::memcpy(to, &wide, sizeof wide);
+}
+
+// Zeroes a record of `bytes` bytes with 16-byte stores. The compiler's own choice for a record of some size,
+// a string instruction, costs more than all the rest of a call; bench/README.md has the figures.
+template <std::size_t bytes>
+[[gnu::always_inline]] inline void zero(void *record)
+{
+    if constexpr (bytes < sizeof(Wide)) {
+        std::memset(record, 0, bytes);
+    } else {
+        constexpr std::size_t last = bytes - sizeof(Wide);
+        u8 *to = static_cast<u8 *>(record);
+#pragma GCC unroll 32
+        for (std::size_t at = 0; at < last; at += sizeof(Wide))
+            store_wide(to + at, Wide{});
+        store_wide(to + last, Wide{}); // overlaps the one before it
+    }
 }
 
 constexpr u32 ones(u32 bits)

@@ -127,6 +127,15 @@ constexpr bool has_priority(const Table &table)
     return key_kind(table) == Match::ternary;
 }
 
+// Whether a default action can be set.
+constexpr bool has_default_action(const Table &table)
+{
+    for (const Binding &binding : table.actions)
+        if (binding.default_action)
+            return true;
+    return false;
+}
+
 // Which parameter addresses `resource`; the number of parameters when none does.
 constexpr std::size_t index_parameter(const Action &action, u32 resource)
 {

@@ -1,14 +1,15 @@
 /**
  * @file pd_ports.h
- * @brief Sample tables: the keys of these tables and the functions that write their entries.
+ * @brief Sample tables: the keys of these tables and the functions that write and read their entries.
  *
  * Generated from the catalogue: edit its rows, not this file.
  * The rows of these tables stand in catalogue/ports.toml.
  *
  * All functions build the driver's records on their own stack, make one driver call and return its status
- * unchanged; they test no argument but a direct meter's, allocate nothing, keep nothing, and may be called
- * from
- * any thread. Calls on the same entry are the caller's to keep apart. Null pointers are not caught.
+ * unchanged, unless they say otherwise. They test no argument but a direct meter's, keep nothing, and may be
+ * called from any thread; calls on the same entry are the caller's to keep apart. Null pointers are not
+ * caught. Nothing is allocated but the list of an entry's resources while it is read, and that is freed
+ * again.
  */
 #ifndef PD_HEADER_ports
 #define PD_HEADER_ports
@@ -158,6 +159,132 @@ pd_status p4_pd_sample_stationCheck_match_spec_to_entry_hdl(
     pd_sess_hdl sess, pd_dev_target dev_tgt, const p4_pd_sample_stationCheck_match_spec_t *match_spec,
     u32 priority, pd_entry_hdl *entry_hdl);
 
+/**
+ * Fills the plain fields of a key from the driver's record and zeroes all else of it.
+ *
+ * @param match        the driver's record with its images
+ * @param match_spec   receives the key
+ */
+void unbuild_key_stationCheck(const struct pipe_match_spec *match,
+                              p4_pd_sample_stationCheck_match_spec_t *match_spec);
+
+/** Fills the masks of a key from the driver's record and leaves all else of it alone. */
+void unbuild_mask_stationCheck(const struct pipe_match_spec *match,
+                               p4_pd_sample_stationCheck_match_spec_t *match_spec);
+
+/** Width of `port` in bits: 9. */
+u32 p4_pd_sample_stationCheck_port_width(void);
+
+/** Width of `smacOui` in bits: 24. */
+u32 p4_pd_sample_stationCheck_smacOui_width(void);
+
+/**
+ * Makes `NoAction` the default action of `stationCheck`.
+ *
+ * @param sess         driver session
+ * @param dev_tgt      device and pipe, handed on as they are
+ * @param stationMeter_spec the default entry's meter; null detaches it
+ * @param entry_hdl    receives the handle of the default entry
+ * @return the driver's status
+ */
+pd_status p4_pd_sample_stationCheck_set_default_action_NoAction(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, const pd_meter_spec *stationMeter_spec, pd_entry_hdl *entry_hdl);
+
+/** Gives the handle of the default entry of `stationCheck`. Returns the driver's status. */
+pd_status p4_pd_sample_stationCheck_table_get_default_entry_handle(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl *entry_hdl);
+
+/** Makes the default entry of `stationCheck` what the program starts with. Returns the driver's status. */
+pd_status p4_pd_sample_stationCheck_table_reset_default_entry(pd_sess_hdl sess, pd_dev_target dev_tgt);
+
+/**
+ * Reads the default entry of `stationCheck`.
+ *
+ * @param sess         driver session
+ * @param dev_tgt      device and pipe, handed on as they are
+ * @param read_from_hw 1 reads the chip, 0 the driver's own copy
+ * @param action       receives the action's number and, where it has any, its parameters
+ * @return the driver's status; 15, silently, when its answer is no action that may be the default. The output
+ * is written on success only.
+ */
+pd_status p4_pd_sample_stationCheck_table_get_default_entry(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, u8 read_from_hw, pd_default_action_out *action);
+
+/**
+ * Reads an entry of `stationCheck`.
+ *
+ * @param sess         driver session
+ * @param dev_id       device
+ * @param entry_hdl    the entry, or the default entry
+ * @param read_from_hw 1 reads the chip, 0 the driver's own copy
+ * @param match_spec   receives the key, zeroed for the default entry
+ * @param priority     receives the priority, 32 bits
+ * @param action_name  receives the action's full name, with room for the longest; may be null
+ * @param action_spec  receives the parameters, with room for those of any action of the table
+ * @param action_number receives the number in the action enum; may be null
+ * @param is_default   receives 1 for the default entry, else 0
+ * @return the driver's status, when nothing is written on a failure; 15 when the answer carries no action
+ * data (nothing is written) or an action that the table lacks (all but the action is written)
+ */
+pd_status p4_pd_sample_stationCheck_get_entry(
+    pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl, u8 read_from_hw,
+    p4_pd_sample_stationCheck_match_spec_t *match_spec, u32 *priority, char *action_name, void *action_spec,
+    u32 *action_number, u8 *is_default);
+
+/**
+ * Reads an entry of `stationCheck` from placement data.
+ *
+ * @param plcmt_data   the driver's record
+ * @param match_spec   receives the key, zeroed for the default entry
+ * @param priority     receives the priority, 32 bits
+ * @param action       receives the action's number and, where it has any, its parameters
+ * @param is_default   receives 1 for the default entry, else 0
+ * @return the driver's status; 3 for an action that the table lacks, when all but the action is written
+ */
+pd_status p4_pd_sample_stationCheck_get_entry_from_plcmt_data(
+    void *plcmt_data, p4_pd_sample_stationCheck_match_spec_t *match_spec, u32 *priority,
+    pd_plcmt_action_out *action, u8 *is_default);
+
+/**
+ * Asks the driver for placement data of `stationCheck`; both words are handed on as they are. Returns its
+ * status.
+ */
+pd_status p4_pd_sample_stationCheck_get_plcmt_data(pd_word first, pd_word second);
+
+/** Counts the entries of `stationCheck`. Returns the driver's status. */
+pd_status p4_pd_sample_stationCheck_get_entry_count(pd_sess_hdl sess, pd_dev_target dev_tgt, u32 *count);
+
+/**
+ * Gives the first entry of `stationCheck`. What ends the walk is the driver's to tell. Returns its status.
+ */
+pd_status p4_pd_sample_stationCheck_get_first_entry_handle(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl *first);
+
+/** Gives up to `count` entries behind `entry_hdl`. Returns the driver's status. */
+pd_status p4_pd_sample_stationCheck_get_next_entry_handles(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl entry_hdl, u32 count, pd_entry_hdl *next);
+
+/** Sets a property of `stationCheck`; all three words are the driver's. Returns its status. */
+pd_status p4_pd_sample_stationCheck_set_property(
+    pd_sess_hdl sess, u32 dev_id, u32 property, u32 value, u32 second_value);
+
+/**
+ * Reads a property of `stationCheck`; both outputs become 0xffffffff when the driver refuses. Returns its
+ * status.
+ */
+pd_status p4_pd_sample_stationCheck_get_property(
+    pd_sess_hdl sess, u32 dev_id, u32 property, u32 *value, u32 *second_value);
+
+/** Has `callback` called, with the cookie, for updates of `stationCheck`. Returns the driver's status. */
+pd_status p4_pd_sample_stationCheck_register_mat_update_cb(
+    pd_sess_hdl sess, u32 dev_id, pd_mat_update_cb callback, pd_word cookie);
+
+/** Gives the handle of `stationCheck`, 0x1000001, unless `handle` is null. Always returns 0. */
+pd_status p4_pd_sample_stationCheck_get_mat_table_handle(u32 *handle);
+
+/** Whether a caller ranks the entries of `stationCheck`: 1. */
+u32 p4_pd_sample_stationCheck_supports_entry_priority(void);
+
 /* ---- route ---- */
 
 /**
@@ -244,6 +371,111 @@ pd_status p4_pd_sample_route_match_spec_to_entry_hdl(
     pd_sess_hdl sess, pd_dev_target dev_tgt, const p4_pd_sample_route_match_spec_t *match_spec,
     pd_entry_hdl *entry_hdl);
 
+/**
+ * Fills the plain fields of a key from the driver's record and zeroes all else of it.
+ *
+ * @param match        the driver's record with its images
+ * @param match_spec   receives the key
+ */
+void unbuild_key_route(const struct pipe_match_spec *match, p4_pd_sample_route_match_spec_t *match_spec);
+
+/** Fills the prefix length of a key from the driver's record and leaves all else of it alone. */
+void unbuild_mask_route(const struct pipe_match_spec *match, p4_pd_sample_route_match_spec_t *match_spec);
+
+/** Width of `partition` in bits: 16. */
+u32 p4_pd_sample_route_partition_width(void);
+
+/** Width of `dip` in bits: 128. */
+u32 p4_pd_sample_route_dip_width(void);
+
+/** Gives the handle of the default entry of `route`. Returns the driver's status. */
+pd_status p4_pd_sample_route_table_get_default_entry_handle(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl *entry_hdl);
+
+/** Makes the default entry of `route` what the program starts with. Returns the driver's status. */
+pd_status p4_pd_sample_route_table_reset_default_entry(pd_sess_hdl sess, pd_dev_target dev_tgt);
+
+/**
+ * Reads the default entry of `route`.
+ *
+ * @param sess         driver session
+ * @param dev_tgt      device and pipe, handed on as they are
+ * @param read_from_hw 1 reads the chip, 0 the driver's own copy
+ * @param action       receives the action's number and, where it has any, its parameters
+ * @return the driver's status; 15, silently, when its answer is no action that may be the default. The output
+ * is written on success only.
+ */
+pd_status p4_pd_sample_route_table_get_default_entry(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, u8 read_from_hw, pd_default_action_out *action);
+
+/**
+ * Reads an entry of `route`.
+ *
+ * @param sess         driver session
+ * @param dev_id       device
+ * @param entry_hdl    the entry, or the default entry
+ * @param read_from_hw 1 reads the chip, 0 the driver's own copy
+ * @param match_spec   receives the key, zeroed for the default entry
+ * @param action_name  receives the action's full name, with room for the longest; may be null
+ * @param action_spec  receives the parameters, with room for those of any action of the table
+ * @param action_number receives the number in the action enum; may be null
+ * @param is_default   receives 1 for the default entry, else 0
+ * @return the driver's status, when nothing is written on a failure; 15 when the answer carries no action
+ * data (nothing is written) or an action that the table lacks (all but the action is written)
+ */
+pd_status p4_pd_sample_route_get_entry(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl, u8 read_from_hw,
+                                       p4_pd_sample_route_match_spec_t *match_spec, char *action_name,
+                                       void *action_spec, u32 *action_number, u8 *is_default);
+
+/**
+ * Reads an entry of `route` from placement data.
+ *
+ * @param plcmt_data   the driver's record
+ * @param match_spec   receives the key, zeroed for the default entry
+ * @param action       receives the action's number and, where it has any, its parameters
+ * @param is_default   receives 1 for the default entry, else 0
+ * @return the driver's status; 3 for an action that the table lacks, when all but the action is written
+ */
+pd_status p4_pd_sample_route_get_entry_from_plcmt_data(
+    void *plcmt_data, p4_pd_sample_route_match_spec_t *match_spec, pd_plcmt_action_out *action,
+    u8 *is_default);
+
+/**
+ * Asks the driver for placement data of `route`; both words are handed on as they are. Returns its status.
+ */
+pd_status p4_pd_sample_route_get_plcmt_data(pd_word first, pd_word second);
+
+/** Counts the entries of `route`. Returns the driver's status. */
+pd_status p4_pd_sample_route_get_entry_count(pd_sess_hdl sess, pd_dev_target dev_tgt, u32 *count);
+
+/** Gives the first entry of `route`. What ends the walk is the driver's to tell. Returns its status. */
+pd_status p4_pd_sample_route_get_first_entry_handle(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl *first);
+
+/** Gives up to `count` entries behind `entry_hdl`. Returns the driver's status. */
+pd_status p4_pd_sample_route_get_next_entry_handles(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl entry_hdl, u32 count, pd_entry_hdl *next);
+
+/** Sets a property of `route`; all three words are the driver's. Returns its status. */
+pd_status p4_pd_sample_route_set_property(
+    pd_sess_hdl sess, u32 dev_id, u32 property, u32 value, u32 second_value);
+
+/**
+ * Reads a property of `route`; both outputs become 0xffffffff when the driver refuses. Returns its status.
+ */
+pd_status p4_pd_sample_route_get_property(
+    pd_sess_hdl sess, u32 dev_id, u32 property, u32 *value, u32 *second_value);
+
+/** Has `callback` called, with the cookie, for updates of `route`. Returns the driver's status. */
+pd_status p4_pd_sample_route_register_mat_update_cb(
+    pd_sess_hdl sess, u32 dev_id, pd_mat_update_cb callback, pd_word cookie);
+
+/** Gives the handle of `route`, 0x1000002, unless `handle` is null. Always returns 0. */
+pd_status p4_pd_sample_route_get_mat_table_handle(u32 *handle);
+
+/** Whether a caller ranks the entries of `route`: 0. */
+u32 p4_pd_sample_route_supports_entry_priority(void);
+
 /* ---- spread ---- */
 
 /**
@@ -288,9 +520,157 @@ pd_status p4_pd_sample_spread_match_spec_to_entry_hdl(
     pd_sess_hdl sess, pd_dev_target dev_tgt, const p4_pd_sample_spread_match_spec_t *match_spec,
     pd_entry_hdl *entry_hdl);
 
+/**
+ * Fills the plain fields of a key from the driver's record and zeroes all else of it.
+ *
+ * @param match        the driver's record with its images
+ * @param match_spec   receives the key
+ */
+void unbuild_key_spread(const struct pipe_match_spec *match, p4_pd_sample_spread_match_spec_t *match_spec);
+
+/** Width of `flow` in bits: 20. */
+u32 p4_pd_sample_spread_flow_width(void);
+
+/** Gives the handle of the default entry of `spread`. Returns the driver's status. */
+pd_status p4_pd_sample_spread_table_get_default_entry_handle(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl *entry_hdl);
+
+/** Makes the default entry of `spread` what the program starts with. Returns the driver's status. */
+pd_status p4_pd_sample_spread_table_reset_default_entry(pd_sess_hdl sess, pd_dev_target dev_tgt);
+
+/**
+ * Asks the driver for placement data of `spread`; both words are handed on as they are. Returns its status.
+ */
+pd_status p4_pd_sample_spread_get_plcmt_data(pd_word first, pd_word second);
+
+/** Counts the entries of `spread`. Returns the driver's status. */
+pd_status p4_pd_sample_spread_get_entry_count(pd_sess_hdl sess, pd_dev_target dev_tgt, u32 *count);
+
+/** Gives the first entry of `spread`. What ends the walk is the driver's to tell. Returns its status. */
+pd_status p4_pd_sample_spread_get_first_entry_handle(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl *first);
+
+/** Gives up to `count` entries behind `entry_hdl`. Returns the driver's status. */
+pd_status p4_pd_sample_spread_get_next_entry_handles(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl entry_hdl, u32 count, pd_entry_hdl *next);
+
+/** Sets a property of `spread`; all three words are the driver's. Returns its status. */
+pd_status p4_pd_sample_spread_set_property(
+    pd_sess_hdl sess, u32 dev_id, u32 property, u32 value, u32 second_value);
+
+/**
+ * Reads a property of `spread`; both outputs become 0xffffffff when the driver refuses. Returns its status.
+ */
+pd_status p4_pd_sample_spread_get_property(
+    pd_sess_hdl sess, u32 dev_id, u32 property, u32 *value, u32 *second_value);
+
+/** Has `callback` called, with the cookie, for updates of `spread`. Returns the driver's status. */
+pd_status p4_pd_sample_spread_register_mat_update_cb(
+    pd_sess_hdl sess, u32 dev_id, pd_mat_update_cb callback, pd_word cookie);
+
+/** Gives the handle of `spread`, 0x1000003, unless `handle` is null. Always returns 0. */
+pd_status p4_pd_sample_spread_get_mat_table_handle(u32 *handle);
+
+/** Whether a caller ranks the entries of `spread`: 0. */
+u32 p4_pd_sample_spread_supports_entry_priority(void);
+
 /* ---- always ---- */
 
 /* Handle 0x1000004. Counts every packet. */
+
+/**
+ * Makes `NoAction` the default action of `always`.
+ *
+ * @param sess         driver session
+ * @param dev_tgt      device and pipe, handed on as they are
+ * @param entry_hdl    receives the handle of the default entry
+ * @return the driver's status
+ */
+pd_status p4_pd_sample_always_set_default_action_NoAction(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl *entry_hdl);
+
+/** Gives the handle of the default entry of `always`. Returns the driver's status. */
+pd_status p4_pd_sample_always_table_get_default_entry_handle(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl *entry_hdl);
+
+/** Makes the default entry of `always` what the program starts with. Returns the driver's status. */
+pd_status p4_pd_sample_always_table_reset_default_entry(pd_sess_hdl sess, pd_dev_target dev_tgt);
+
+/**
+ * Reads the default entry of `always`.
+ *
+ * @param sess         driver session
+ * @param dev_tgt      device and pipe, handed on as they are
+ * @param read_from_hw 1 reads the chip, 0 the driver's own copy
+ * @param action       receives the action's number and, where it has any, its parameters
+ * @return the driver's status; 15, silently, when its answer is no action that may be the default. The output
+ * is written on success only.
+ */
+pd_status p4_pd_sample_always_table_get_default_entry(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, u8 read_from_hw, pd_default_action_out *action);
+
+/**
+ * Reads an entry of `always`.
+ *
+ * @param sess         driver session
+ * @param dev_id       device
+ * @param entry_hdl    the entry
+ * @param read_from_hw 1 reads the chip, 0 the driver's own copy
+ * @param action_name  receives the action's full name, with room for the longest; may be null
+ * @param action_spec  receives the parameters, with room for those of any action of the table
+ * @param action_number receives the number in the action enum; may be null
+ * @return the driver's status, when nothing is written on a failure; 15 when the answer carries no action
+ * data (nothing is written) or an action that the table lacks (all but the action is written)
+ */
+pd_status p4_pd_sample_always_get_entry(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl, u8 read_from_hw,
+                                        char *action_name, void *action_spec, u32 *action_number);
+
+/**
+ * Reads an entry of `always` from placement data.
+ *
+ * @param plcmt_data   the driver's record
+ * @param action       receives the action's number and, where it has any, its parameters
+ * @param is_default   receives 1 for the default entry, else 0
+ * @return the driver's status; 3 for an action that the table lacks, when all but the action is written
+ */
+pd_status p4_pd_sample_always_get_entry_from_plcmt_data(
+    void *plcmt_data, pd_plcmt_action_out *action, u8 *is_default);
+
+/**
+ * Asks the driver for placement data of `always`; both words are handed on as they are. Returns its status.
+ */
+pd_status p4_pd_sample_always_get_plcmt_data(pd_word first, pd_word second);
+
+/** Counts the entries of `always`. Returns the driver's status. */
+pd_status p4_pd_sample_always_get_entry_count(pd_sess_hdl sess, pd_dev_target dev_tgt, u32 *count);
+
+/** Gives the first entry of `always`. What ends the walk is the driver's to tell. Returns its status. */
+pd_status p4_pd_sample_always_get_first_entry_handle(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl *first);
+
+/** Gives up to `count` entries behind `entry_hdl`. Returns the driver's status. */
+pd_status p4_pd_sample_always_get_next_entry_handles(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl entry_hdl, u32 count, pd_entry_hdl *next);
+
+/** Sets a property of `always`; all three words are the driver's. Returns its status. */
+pd_status p4_pd_sample_always_set_property(
+    pd_sess_hdl sess, u32 dev_id, u32 property, u32 value, u32 second_value);
+
+/**
+ * Reads a property of `always`; both outputs become 0xffffffff when the driver refuses. Returns its status.
+ */
+pd_status p4_pd_sample_always_get_property(
+    pd_sess_hdl sess, u32 dev_id, u32 property, u32 *value, u32 *second_value);
+
+/** Has `callback` called, with the cookie, for updates of `always`. Returns the driver's status. */
+pd_status p4_pd_sample_always_register_mat_update_cb(
+    pd_sess_hdl sess, u32 dev_id, pd_mat_update_cb callback, pd_word cookie);
+
+/** Gives the handle of `always`, 0x1000004, unless `handle` is null. Always returns 0. */
+pd_status p4_pd_sample_always_get_mat_table_handle(u32 *handle);
+
+/** Whether a caller ranks the entries of `always`: 0. */
+u32 p4_pd_sample_always_supports_entry_priority(void);
 
 PD_END_DECLS
 

@@ -1,0 +1,33 @@
+// The families around a table's default entry: set, find, reset. Reading it back is read_back.h's.
+#pragma once
+
+#include "entries.h"
+
+namespace pd {
+
+// As an entry of the table, but for a direct meter without a spec, which is detached here.
+template <const Table &table, const Action &action>
+[[gnu::always_inline]] inline pd_status set_default_action(pd_sess_hdl sess, pd_dev_target target,
+                                                           const EntryArguments &with, pd_entry_hdl *entry)
+{
+    ActionRecord<action> act(with.action);
+    add_resources<table>(act, with, index_mask_in_modify);
+    if constexpr (table.direct_meter != 0)
+        if (!with.meter)
+            act.spec()->resources[0].res_tag = PIPE_RES_DETACH;
+    return pipe_mgr_mat_default_entry_set(sess, target, table.handle, find_binding<table, action>().handle,
+                                          act.spec(), 0, entry);
+}
+
+inline pd_status get_default_entry_handle(const Table &table, pd_sess_hdl sess, pd_dev_target target,
+                                          pd_entry_hdl *entry)
+{
+    return pipe_mgr_table_get_default_entry_handle(sess, target, table.handle, entry);
+}
+
+inline pd_status reset_default_entry(const Table &table, pd_sess_hdl sess, pd_dev_target target)
+{
+    return pipe_mgr_mat_tbl_default_entry_reset(sess, target, table.handle, 0);
+}
+
+} // namespace pd
