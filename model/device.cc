@@ -36,12 +36,12 @@ std::size_t position(const ProgramTable &table)
 
 } // namespace
 
-MatchTable &Device::table(const ProgramTable &table)
+Table &Device::table(const ProgramTable &table)
 {
     tables_.resize(program.tables.size());
-    std::unique_ptr<MatchTable> &made = tables_[position(table)];
+    std::unique_ptr<Table> &made = tables_[position(table)];
     if (!made)
-        made = std::make_unique<MatchTable>(table);
+        made = std::make_unique<Table>(table);
     return *made;
 }
 

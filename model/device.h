@@ -6,9 +6,9 @@
 #include <mutex>
 #include <vector>
 
-#include "match_table.h"
 #include "objects.h"
 #include "selection_store.h"
+#include "table.h"
 
 namespace model {
 
@@ -16,13 +16,13 @@ class Device {
 public:
     std::mutex mutex;
 
-    MatchTable &table(const ProgramTable &table);
+    Table &table(const ProgramTable &table);
     std::map<pd_word, SelectionState> selections; // by state handle
 
     void clear();
 
 private:
-    std::vector<std::unique_ptr<MatchTable>> tables_; // made on first use, in the program's order
+    std::vector<std::unique_ptr<Table>> tables_; // made on first use, in the program's order
 };
 
 // Device ids reach from 0 to 255; null above. A device exists from its first use on.

@@ -169,13 +169,11 @@ void MatchTable::write_action(u32 slot, u32 action, const pipe_action_spec &spec
     Entry &entry = entries_[slot];
     entry.action = action;
     entry.action_kind = spec.action_kind;
-    entry.member_or_group = spec.action_kind == PIPE_ACTION_MEMBER  ? spec.member_hdl
-                            : spec.action_kind == PIPE_ACTION_GROUP ? spec.group_hdl
-                                                                    : 0;
-    entry.data_bytes = spec.action_kind == PIPE_ACTION_DATA ? spec.action_data.num_bytes : u16{0};
-    std::copy_n(spec.action_data.data, entry.data_bytes, data_.data() + std::size_t{slot} * data_bytes_);
-    const bool first_resource = entry.resource_count == 0;
-    if (spec.resource_count != 0 && (first_resource || spec.resources[0].res_tag != PIPE_RES_KEEP)) {
+    entry.member_or_group = member_or_group(spec);
+    const std::span<const u8> data = model::data_of(spec);
+    entry.data_bytes = static_cast<u16>(data.size());
+    std::ranges::copy(data, data_.data() + std::size_t{slot} * data_bytes_);
+    if (brings_resource(spec, entry.resource_count != 0)) {
         entry.resource_count = spec.resource_count;
         resources_[slot] = spec.resources[0];
     }
@@ -188,7 +186,8 @@ pd_status MatchTable::add(const pipe_match_spec &match, u32 action, const pipe_a
     const Value value = masked(match.match_value, group);
     const u32 head = first_of(value);
     const bool duplicate = find_in_chain(head, match.priority) != none;
-    if (duplicate || count_ >= capacity) {
+    const bool full = count_ >= capacity || slots_.size() + 1 == TS_MODEL_DEFAULT_ENTRY;
+    if (duplicate || full) {
         close_if_empty(group);
         return duplicate ? already_exists : no_space;
     }
@@ -252,29 +251,22 @@ pd_entry_hdl MatchTable::next(pd_entry_hdl after) const
     return 0;
 }
 
-pd_status MatchTable::get(pd_entry_hdl entry, ts_model_entry &out) const
+std::optional<EntryView> MatchTable::get(pd_entry_hdl entry) const
 {
     const u32 slot = slot_of(entry);
     if (slot == none)
-        return unknown_object;
+        return std::nullopt;
     const Entry &found = entries_[slot];
-    const pipe_res_spec resource = found.resource_count != 0 ? resources_[slot] : pipe_res_spec{};
-    out = {.value = value_of(slot),
-           .mask = mask_of(found.group),
-           .key_bytes = key_bytes_,
-           .partition_index = groups_[found.group].partition,
-           .priority = found.priority,
-           .action = found.action,
-           .action_kind = found.action_kind,
-           .data = data_of(slot),
-           .data_bytes = found.data_bytes,
-           .handle_of_member_or_group = found.member_or_group,
-           .res_count = found.resource_count,
-           .res_handle = resource.res_handle,
-           .res_index = resource.res_index,
-           .res_tag = resource.res_tag,
-           .ttl = found.ttl};
-    return ok;
+    return EntryView{.value = {value_of(slot), key_bytes_},
+                     .mask = {mask_of(found.group), key_bytes_},
+                     .partition = groups_[found.group].partition,
+                     .priority = found.priority,
+                     .ttl = found.ttl,
+                     .action = found.action,
+                     .action_kind = found.action_kind,
+                     .member_or_group = found.member_or_group,
+                     .data = {data_of(slot), found.data_bytes},
+                     .resource = found.resource_count != 0 ? &resources_[slot] : nullptr};
 }
 
 // ---- Look-up --------------------------------------------------------------------------------------------

@@ -7,9 +7,10 @@
 
 #include <tsl/robin_set.h>
 
+#include <optional>
 #include <vector>
 
-#include "pipe_mgr_records.h"
+#include "entry_copy.h"
 #include "program.h"
 #include "status.h"
 
@@ -36,8 +37,8 @@ public:
     ts_model_hit look_up(const u8 *key, u32 partition);
 
     u32 count() const { return count_; }
-    pd_entry_hdl next(pd_entry_hdl after) const; // 0 at the end
-    pd_status get(pd_entry_hdl entry, ts_model_entry &out) const;
+    pd_entry_hdl next(pd_entry_hdl after) const;            // 0 at the end
+    std::optional<EntryView> get(pd_entry_hdl entry) const; // none for an unknown handle
 
 private:
     static constexpr u32 none = ~u32{0};

@@ -13,7 +13,8 @@ enum class Key : u8 { none, exact, ternary, lpm };
 struct ProgramAction {
     u32 handle;
     const char *name;
-    u16 bytes; // of the data image
+    u16 bits; // of the data image
+    u16 bytes;
     bool entry;
     bool default_action;
 };
@@ -24,10 +25,11 @@ struct ProgramTable {
     Key key;
     u16 key_bits;
     u16 key_bytes;
-    std::span<const ProgramAction> actions; // what may stand in an entry: the profile's for an indirect table
-    u32 resource;      // direct or indexed counter or meter, 0 for none
-    u32 action_table;  // of the profile of an indirect table, 0 for a direct one
-    u32 selector;      // likewise
+    std::span<const ProgramAction> actions; // by name; the profile's for an indirect table
+    u32 resource;                           // direct or indexed counter or meter, 0 for none
+    bool direct_counter;                    // whether that resource is one
+    u32 action_table;                       // of the profile of an indirect table, 0 for a direct one
+    u32 selector;                           // likewise
 };
 
 struct ProgramProfile {

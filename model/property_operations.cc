@@ -1,0 +1,60 @@
+// The driver operations on what a table has beside its entries: properties and update callbacks.
+#include "pipe_mgr_match.h"
+#include "table_operation.h"
+
+using namespace model;
+
+extern "C" {
+
+pd_status pipe_mgr_tbl_set_property(pd_sess_hdl sess, u32 device_id, u32 table, u32 property, u32 value,
+                                    u32 second_value, u32 flags)
+{
+    const auto set = [&](Table &found) {
+        found.properties[property] = {value, second_value};
+        return ok;
+    };
+    return run(
+        "pipe_mgr_tbl_set_property", [&] { return with_table(device_id, table, set); },
+        [&](Line &line) {
+            line.number("sess", sess).number("dev", device_id).table(table).number("property", property);
+            line.number("value", value).number("second_value", second_value).number("flags", flags);
+        });
+}
+
+pd_status pipe_mgr_tbl_get_property(pd_sess_hdl sess, u32 device_id, u32 table, u32 property, u32 *value,
+                                    u32 *second_value)
+{
+    const auto get = [&](Table &found) {
+        if (value == nullptr || second_value == nullptr)
+            return bad_argument;
+        const auto known = found.properties.find(property);
+        if (known == found.properties.end())
+            return unknown_object;
+        *value = known->second.value;
+        *second_value = known->second.second;
+        return ok;
+    };
+    return run(
+        "pipe_mgr_tbl_get_property", [&] { return with_table(device_id, table, get); },
+        [&](Line &line) {
+            line.number("sess", sess).number("dev", device_id).table(table).number("property", property);
+        },
+        [&](Line &line) { line.number("value", *value).number("second_value", *second_value); });
+}
+
+pd_status pipe_register_mat_update_cb(pd_sess_hdl sess, u32 device_id, u32 table, pd_mat_update_cb callback,
+                                      pd_word cookie)
+{
+    const auto set = [&](Table &found) {
+        found.listeners.set({sess, callback, cookie});
+        return ok;
+    };
+    return run(
+        "pipe_register_mat_update_cb", [&] { return with_table(device_id, table, set); },
+        [&](Line &line) {
+            line.number("sess", sess).number("dev", device_id).table(table);
+            line.words("callback", callback != nullptr ? "set" : "null").hex("cookie", cookie);
+        });
+}
+
+} // extern "C"

@@ -1,0 +1,149 @@
+// The driver operations that read match entries and walk over them, and the control functions that make the
+// hardware's copy of an entry differ.
+#include "answer.h"
+#include "pipe_mgr_match.h"
+#include "table_operation.h"
+
+using namespace model;
+
+namespace {
+
+std::string handles_text(const pd_entry_hdl *handles, u32 count)
+{
+    std::string text;
+    for (u32 at = 0; at < count; ++at)
+        append(text, " ", decimal(handles[at]));
+    return "[" + text + "]";
+}
+
+} // namespace
+
+extern "C" {
+
+// ---- Driver operations ----------------------------------------------------------------------------------
+
+pd_status pipe_mgr_get_entry(pd_sess_hdl sess, u32 table, pd_dev_target target, pd_entry_hdl entry,
+                             pipe_match_spec *match, pipe_action_spec *spec, u32 *action, u8 from_hw,
+                             u32 resources, u32 flags)
+{
+    const auto get = [&](Table &found) {
+        const auto contents = read_copy(found, entry, from_hw);
+        if (!contents)
+            return unknown_object;
+        if (!has_room(match, *contents) || !has_room(spec, *contents) || action == nullptr)
+            return bad_argument;
+        answer_match(found.program(), *contents, *match);
+        answer_action(found.program(), *contents, *spec, *action);
+        return ok;
+    };
+    return run(
+        "pipe_mgr_get_entry", [&] { return with_table(target.device_id, table, get); },
+        [&](Line &line) {
+            line.number("sess", sess).table(table).target(target).number("entry", entry);
+            line.number("from_hw", from_hw).number("resources", resources).number("flags", flags);
+        },
+        [&](Line &line) {
+            line.words("match", match_text(match));
+            action_of_table(line, table, *action);
+            line.words("spec", action_text(spec));
+        });
+}
+
+pd_status pipe_mgr_get_entry_count(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 from_hw, u32 *count)
+{
+    const auto tell = [&](Table &found) {
+        if (count == nullptr)
+            return bad_argument;
+        *count = found.count();
+        return ok;
+    };
+    return run(
+        "pipe_mgr_get_entry_count", [&] { return with_table(target.device_id, table, tell); },
+        [&](Line &line) { line.number("sess", sess).target(target).table(table).number("from_hw", from_hw); },
+        [&](Line &line) { line.number("count", *count); });
+}
+
+pd_status pipe_mgr_get_first_entry_handle(pd_sess_hdl sess, u32 table, pd_dev_target target, u32 *first)
+{
+    const auto tell = [&](Table &found) {
+        if (first == nullptr)
+            return bad_argument;
+        *first = found.next(0);
+        return ok;
+    };
+    return run(
+        "pipe_mgr_get_first_entry_handle", [&] { return with_table(target.device_id, table, tell); },
+        [&](Line &line) { line.number("sess", sess).table(table).target(target); },
+        [&](Line &line) { line.number("first", *first); });
+}
+
+pd_status pipe_mgr_get_next_entry_handles(pd_sess_hdl sess, u32 table, pd_dev_target target, u32 after,
+                                          u32 count, u32 *next)
+{
+    const auto tell = [&](Table &found) {
+        if (next == nullptr)
+            return bad_argument;
+        pd_entry_hdl entry = found.next(after);
+        for (u32 at = 0; at < count; ++at) {
+            next[at] = entry;
+            entry = entry != 0 ? found.next(entry) : 0;
+        }
+        return ok;
+    };
+    return run(
+        "pipe_mgr_get_next_entry_handles", [&] { return with_table(target.device_id, table, tell); },
+        [&](Line &line) {
+            line.number("sess", sess).table(table).target(target);
+            line.number("after", after).number("count", count);
+        },
+        [&](Line &line) { line.words("next", handles_text(next, count)); });
+}
+
+// ---- Control --------------------------------------------------------------------------------------------
+
+pd_status ts_model_set_hardware_action(u32 device_id, u32 table, pd_entry_hdl entry, u32 action,
+                                       const u8 *data, u32 bytes)
+{
+    return with_table(device_id, table, [&](Table &found) {
+        const auto contents = found.hardware(entry);
+        if (!contents)
+            return unknown_object;
+        const ProgramAction *known = find_action(found.program().actions, action);
+        const bool has_data = contents->action_kind == PIPE_ACTION_DATA;
+        if (known == nullptr || bytes != (has_data ? known->bytes : 0) || (data == nullptr && bytes != 0))
+            return bad_argument;
+        EntryCopy copy{*contents};
+        copy.set_action(action, {data, bytes});
+        found.set_hardware(entry, std::move(copy));
+        return ok;
+    });
+}
+
+pd_status ts_model_set_hardware_key(u32 device_id, u32 table, pd_entry_hdl entry, const u8 *value,
+                                    const u8 *mask, u32 bytes)
+{
+    return with_table(device_id, table, [&](Table &found) {
+        const auto contents = found.hardware(entry);
+        if (!contents)
+            return unknown_object;
+        if (entry == TS_MODEL_DEFAULT_ENTRY || value == nullptr || mask == nullptr ||
+            bytes != found.program().key_bytes)
+            return bad_argument;
+        EntryCopy copy{*contents};
+        copy.set_key({value, bytes}, {mask, bytes});
+        found.set_hardware(entry, std::move(copy));
+        return ok;
+    });
+}
+
+pd_status ts_model_remove_hardware_entry(u32 device_id, u32 table, pd_entry_hdl entry)
+{
+    return with_table(device_id, table, [&](Table &found) {
+        if (!found.hardware(entry))
+            return unknown_object;
+        found.set_hardware(entry, std::nullopt);
+        return ok;
+    });
+}
+
+} // extern "C"
