@@ -5,6 +5,7 @@
 #include <iomanip>
 
 #include "commands.h"
+#include "json.h"
 #include "tables.h"
 
 namespace shell {
@@ -16,18 +17,6 @@ std::string hex(u32 number)
     char text[16];
     std::snprintf(text, sizeof text, "0x%x", number);
     return text;
-}
-
-const char *match_name(pd::Match match)
-{
-    switch (match) {
-    case pd::Match::ternary:
-        return "ternary";
-    case pd::Match::lpm:
-        return "lpm";
-    default:
-        return "exact";
-    }
 }
 
 // The width of the first column of a list whose longest text this is.
@@ -81,27 +70,82 @@ void describe_resources(std::ostream &out, const pd::Table &table)
         out << "idle time" << (table.ttl_on_add ? ": add takes ttl=N" : "") << '\n';
 }
 
-} // namespace
-
-void run_tables(Session &session, Words &words)
+// The members that the table's object has in both commands.
+void append_summary(Json &to, const pd::Table &table)
 {
-    const std::string_view part = words.empty() ? std::string_view{} : words.take();
-    words.expect_end();
-    const int name = column(reflection::tables(), [](const auto *table) { return table->row->name; });
-    std::ostream &out = session.out();
-    for (const reflection::TableFunctions *table : reflection::tables()) {
-        if (std::string_view{table->row->name}.find(part) == std::string_view::npos)
-            continue;
-        out << std::left << std::setw(name) << table->row->name << std::setw(8) << key_kind_name(*table->row)
-            << std::right << std::setw(8) << entry_count(*table->row) << "  " << table->row->brief << '\n';
-    }
+    to.key("table").text(table.name).key("brief").text(table.brief).key("handle").number(table.handle);
+    to.key("key_kind").text(key_kind_name(table)).key("entries").number(entry_count(table));
 }
 
-void run_describe(Session &session, Words &words)
+void append_key(Json &to, const pd::Table &table)
 {
-    const pd::Table &table = *take_table(words).row;
-    words.expect_end();
-    std::ostream &out = session.out();
+    to.open_array();
+    for (const pd::Field &field : table.key) {
+        to.open_object().key("field").text(field.display).key("member").text(field.name);
+        to.key("width").number(field.width).key("match").text(match_name(field.match)).close_object();
+    }
+    to.close_array();
+}
+
+void append_actions(Json &to, const pd::Table &table)
+{
+    to.open_array();
+    for (const pd::Binding &binding : table.actions) {
+        to.open_object().key("action").text(binding.action->name).key("handle").number(binding.handle);
+        to.key("entry").flag(binding.entry).key("default").flag(binding.default_action);
+        to.key("parameters").open_array();
+        for (const pd::Parameter &parameter : binding.action->parameters)
+            to.open_object()
+                .key("parameter")
+                .text(parameter.name)
+                .key("width")
+                .number(parameter.width)
+                .close_object();
+        to.close_array().close_object();
+    }
+    to.close_array();
+}
+
+// Only the resources that the table has.
+void append_resources(Json &to, const pd::Table &table)
+{
+    const std::pair<const char *, u32> resources[] = {{"direct_counter", table.direct_counter},
+                                                      {"direct_meter", table.direct_meter},
+                                                      {"indexed_resource", table.indexed_resource}};
+    for (const auto &[name, handle] : resources)
+        if (handle)
+            to.key(name).number(handle);
+    to.key("idle_time").flag(table.idle_time).key("ttl").flag(table.ttl_on_add);
+}
+
+std::string summary_json(const pd::Table &table)
+{
+    std::string line;
+    Json json{line};
+    json.open_object();
+    append_summary(json, table);
+    json.close_object();
+    return line;
+}
+
+std::string description_json(const pd::Table &table)
+{
+    std::string line;
+    Json json{line};
+    json.open_object();
+    append_summary(json, table);
+    json.key("priority").flag(pd::has_priority(table)).key("key");
+    append_key(json, table);
+    if (table.profile)
+        json.key("profile").text(table.profile);
+    append_actions(json.key("actions"), table);
+    append_resources(json, table);
+    json.close_object();
+    return line;
+}
+
+void describe(std::ostream &out, const pd::Table &table)
+{
     out << table.name << ": " << table.brief << "\nhandle " << hex(table.handle) << ", "
         << key_kind_name(table) << (pd::has_priority(table) ? " with priority=N" : "")
         << ", entries: " << entry_count(table) << '\n';
@@ -112,6 +156,36 @@ void run_describe(Session &session, Words &words)
     else
         describe_actions(out, table);
     describe_resources(out, table);
+}
+
+} // namespace
+
+void run_tables(Session &session, Words &words)
+{
+    const std::string_view part = words.empty() ? std::string_view{} : words.take();
+    words.expect_end();
+    const int name = column(reflection::tables(), [](const auto *table) { return table->row->name; });
+    for (const reflection::TableFunctions *functions : reflection::tables()) {
+        const pd::Table &table = *functions->row;
+        if (std::string_view{table.name}.find(part) == std::string_view::npos)
+            continue;
+        if (session.json())
+            session.print(summary_json(table));
+        else
+            session.out() << std::left << std::setw(name) << table.name << std::setw(8)
+                          << key_kind_name(table) << std::right << std::setw(8) << entry_count(table) << "  "
+                          << table.brief << '\n';
+    }
+}
+
+void run_describe(Session &session, Words &words)
+{
+    const pd::Table &table = *take_table(words).row;
+    words.expect_end();
+    if (session.json())
+        session.print(description_json(table));
+    else
+        describe(session.out(), table);
 }
 
 } // namespace shell

@@ -1,7 +1,6 @@
 #include "commands.h"
 
 #include <algorithm>
-#include <iomanip>
 
 namespace shell {
 
@@ -9,18 +8,23 @@ namespace {
 
 void run_trace(Session &session, Words &words)
 {
-    const std::string_view state = words.take("'on' or 'off'");
-    if (state != "on" && state != "off")
-        throw BadLine{state, quoted(state) + " is neither 'on' nor 'off'"};
+    const bool on = take_on_off(words);
     words.expect_end();
-    session.set_trace(state == "on");
+    session.set_trace(on);
 }
 
 void run_echo(Session &session, Words &words)
 {
     std::string text{words.rest()};
     std::replace(text.begin(), text.end(), '\n', ' ');
-    session.out() << text << '\n';
+    session.print_text("echo", text);
+}
+
+void run_load(Session &session, Words &words)
+{
+    const std::string_view file = words.take("file name");
+    words.expect_end();
+    session.load(file);
 }
 
 void run_quit(Session &session, Words &words)
@@ -29,26 +33,46 @@ void run_quit(Session &session, Words &words)
     session.quit();
 }
 
-void list_commands(std::ostream &out)
+std::string list_of_commands()
 {
-    for (const Command &command : commands())
-        out << "  " << std::left << std::setw(10) << command.name << command.brief << '\n';
-    out << "help COMMAND tells more. A # begins a comment, a \\ at the end continues the line.\n";
+    constexpr std::size_t width = 10;
+    std::string list;
+    for (const Command &command : commands()) {
+        list += "  ";
+        list += command.name;
+        list.append(width - command.name.size(), ' ');
+        list += command.brief;
+        list += '\n';
+    }
+    return list + "help COMMAND tells more. A # begins a comment, a \\ at the end continues the line.";
+}
+
+std::string help_of(const Command &command)
+{
+    std::string text{command.name};
+    for (const std::string_view option : command.options)
+        text += " [" + std::string{option} + ']';
+    if (!command.usage.empty())
+        text += ' ' + std::string{command.usage};
+    text += "\n  " + std::string{command.brief};
+    return text + (command.text.empty() ? "" : "\n") +
+           std::string{command.text.substr(0, command.text.find_last_not_of('\n') + 1)};
 }
 
 void run_help(Session &session, Words &words)
 {
     if (words.empty())
-        return list_commands(session.out());
+        return session.print_text("help", list_of_commands());
     const std::string_view name = words.take();
     const Command *command = find_command(name);
     if (!command)
         throw BadLine{name, "no command " + quoted(name) + suggestion(name, command_names())};
     words.expect_end();
-    session.out() << command->name << (command->usage.empty() ? "" : " ") << command->usage << "\n  "
-                  << command->brief << '\n'
-                  << command->text;
+    session.print_text("help", help_of(*command));
 }
+
+constexpr std::string_view json_option[] = {"--json"};
+constexpr std::string_view read_options[] = {"--json", "--hw"};
 
 constexpr std::string_view key_text =
     R"(  KEY is one name=value for each field, by display name (dmacOui) or member name (outerEthHdr_dmacOui).
@@ -75,24 +99,69 @@ constexpr std::string_view modify_text =
 constexpr std::string_view lookup_text =
     "  Every field takes a plain value, as a packet has it: no masks, no prefixes, no priority.\n";
 
+constexpr std::string_view read_text =
+    R"(  --json prints a JSON object for each entry, --hw reads from the hardware instead of the driver's memory.
+)";
+
+constexpr std::string_view default_text =
+    R"(  With a colon and an action, sets the default entry. Without meter=, a direct meter is detached from it.
+)";
+
+constexpr std::string_view save_text =
+    R"(  Writes default and add commands for all tables, or for those that are named, to FILE, which appears when
+  it is whole. Meters and times to live cannot be read back; the file says what it has in their place.
+)";
+
 constexpr Command all_commands[] = {
     {"tables", "[TEXT]", "the tables whose name contains TEXT, with key kind and number of entries", "",
-     run_tables},
-    {"describe", "TABLE", "the key fields, actions with parameters and resources of a table", "",
+     json_option, run_tables},
+    {"describe", "TABLE", "the key fields, actions with parameters and resources of a table", "", json_option,
      run_describe},
-    {"add", "TABLE KEY : ACTION PARAMETERS [priority=N] [ttl=N] [meter=CR,CB,PR,PB,TYPE]", "adds an entry",
-     add_text, run_add},
-    {"modify", "TABLE HANDLE|KEY : ACTION PARAMETERS [priority=N] [meter=CR,CB,PR,PB,TYPE]",
-     "gives an entry another action", modify_text, run_modify},
-    {"delete", "TABLE HANDLE|KEY [priority=N]", "deletes an entry", "", run_delete},
-    {"find", "TABLE KEY [priority=N]", "prints the handle of the entry with this key", key_text, run_find},
+    {"add",
+     "TABLE KEY : ACTION PARAMETERS [priority=N] [ttl=N] [meter=CR,CB,PR,PB,TYPE]",
+     "adds an entry",
+     add_text,
+     {},
+     run_add},
+    {"modify",
+     "TABLE HANDLE|KEY : ACTION PARAMETERS [priority=N] [meter=CR,CB,PR,PB,TYPE]",
+     "gives an entry another action",
+     modify_text,
+     {},
+     run_modify},
+    {"delete", "TABLE HANDLE|KEY [priority=N]", "deletes an entry", "", {}, run_delete},
+    {"find", "TABLE KEY [priority=N]", "prints the handle of the entry with this key", key_text, json_option,
+     run_find},
     {"lookup", "TABLE KEY", "tells which entry a packet with this key would hit, and why", lookup_text,
-     run_lookup},
-    {"count", "[TABLE]", "the number of entries of a table, or of all that have any", "", run_count},
-    {"trace", "on|off", "prints the driver calls of each command behind it", "", run_trace},
-    {"echo", "[TEXT]", "prints TEXT", "", run_echo},
-    {"help", "[COMMAND]", "lists the commands, or tells about one", "", run_help},
-    {"quit", "", "ends the session", "", run_quit},
+     json_option, run_lookup},
+    {"show", "TABLE", "prints all entries of a table, read back", read_text, read_options, run_show},
+    {"entry", "TABLE HANDLE", "prints one entry, read back", read_text, read_options, run_entry},
+    {"default", "TABLE [: ACTION PARAMETERS [meter=CR,CB,PR,PB,TYPE]]",
+     "prints the default entry of a table, or sets it", default_text, read_options, run_default},
+    {"reset", "TABLE", "gives a table the default entry of the switch program again", "", {}, run_reset},
+    {"count", "[TABLE]", "the number of entries of a table, or of all that have any", "", json_option,
+     run_count},
+    {"property", "TABLE NUMBER [VALUE [SECOND_VALUE]]",
+     "prints both values of a table's property, or sets them",
+     "  The numbers and what their values mean are the driver's. SECOND_VALUE is 0 when it is left out.\n",
+     json_option, run_property},
+    {"watch",
+     "TABLE [on|off]",
+     "prints the updates of a table behind the commands that make them",
+     "",
+     {},
+     run_watch},
+    {"save",
+     "FILE [TABLE...]",
+     "writes the state of tables to a file that load reads",
+     save_text,
+     {},
+     run_save},
+    {"load", "FILE", "carries out the commands of a file", "", {}, run_load},
+    {"trace", "on|off", "prints the driver calls of each command behind it", "", {}, run_trace},
+    {"echo", "[TEXT]", "prints TEXT", "", {}, run_echo},
+    {"help", "[COMMAND]", "lists the commands, or tells about one", "", {}, run_help},
+    {"quit", "", "ends the session", "", {}, run_quit},
 };
 
 } // namespace

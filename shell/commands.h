@@ -12,9 +12,10 @@ namespace shell {
 
 struct Command {
     std::string_view name;
-    std::string_view usage; // behind the name
-    std::string_view brief; // one line
-    std::string_view text;  // more of it, for `help COMMAND`
+    std::string_view usage;                    // behind the name
+    std::string_view brief;                    // one line
+    std::string_view text;                     // more of it, for `help COMMAND`
+    std::span<const std::string_view> options; // words of it that begin with --, wherever they stand
     void (*run)(Session &session, Words &words);
 };
 
@@ -35,5 +36,22 @@ void run_count(Session &session, Words &words);
 
 // lookup.cc
 void run_lookup(Session &session, Words &words);
+
+// reading.cc
+void run_show(Session &session, Words &words);
+void run_entry(Session &session, Words &words);
+
+// defaults.cc
+void run_default(Session &session, Words &words);
+void run_reset(Session &session, Words &words);
+
+// properties.cc
+void run_property(Session &session, Words &words);
+
+// watches.cc
+void run_watch(Session &session, Words &words);
+
+// save.cc
+void run_save(Session &session, Words &words);
 
 } // namespace shell

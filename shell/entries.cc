@@ -1,18 +1,15 @@
 // The commands that write and find entries: add, modify, delete, find, count.
-#include <iomanip>
+#include <algorithm>
 
+#include "action_part.h"
 #include "commands.h"
 #include "driver.h"
-#include "options.h"
-#include "records.h"
-#include "tables.h"
+#include "json.h"
 
 namespace shell {
 
 namespace {
 
-using reflection::ActionFunctions;
-using reflection::EntryArguments;
 using reflection::TableFunctions;
 
 bool is_handle(std::string_view word)
@@ -20,48 +17,10 @@ bool is_handle(std::string_view word)
     return !word.empty() && word != ":" && word.find('=') == std::string_view::npos;
 }
 
-void expect_no_profile(const pd::Table &table, std::string_view name)
-{
-    if (table.profile)
-        throw BadLine{name, "entries of " + std::string{table.name} + " name members or groups of " +
-                                table.profile + ", which this version does not offer"};
-}
-
 void expect_priority(const Options &options, const Words &words, const pd::Table &table)
 {
     if (options.takes_priority && !options.priority)
         throw BadLine{words.rest(), std::string{table.name} + " has a ternary field: give priority=N"};
-}
-
-// The colon, the action and its parameters, with the options that may follow them.
-struct ActionPart {
-    const ActionFunctions *functions;
-    Record parameters;
-};
-
-ActionPart take_action_part(Words &words, const TableFunctions &table, Options &options)
-{
-    if (words.empty())
-        throw BadLine{words.rest(), "missing ':' and an action, with blanks around the colon"};
-    if (words.peek() != ":")
-        throw BadLine{words.peek(), "expected ':' before the action instead of " + quoted(words.peek())};
-    words.take();
-    const ActionFunctions &functions = take_entry_action(words, table);
-    ActionPart part{&functions, Record{*functions.row->action}};
-    take_assignments(words, part.parameters, functions.row->action->name, options);
-    words.expect_end();
-    return part;
-}
-
-EntryArguments arguments(const Record *key, const ActionPart *action, const Options &options)
-{
-    EntryArguments result;
-    result.key = key ? key->data() : nullptr;
-    result.action = action ? action->parameters.data() : nullptr;
-    result.priority = options.priority.value_or(0);
-    result.ttl = options.ttl.value_or(0);
-    result.meter = options.meter ? &*options.meter : nullptr;
-    return result;
 }
 
 // The key of an entry, up to the colon or the end.
@@ -85,7 +44,7 @@ Record take_last_key(Words &words, const pd::Table &table, Options &options)
 void modify_by_handle(Words &words, const TableFunctions &table, Options &options)
 {
     const pd_entry_hdl entry = parse_u32(words.take(), ~u32{0}, "entry handle");
-    const ActionPart action = take_action_part(words, table, options);
+    const ActionPart action = take_action_part(words, table, ActionOf::entry, options);
     expect_success(action.functions->modify(driver_session, device.device_id, entry,
                                             arguments(nullptr, &action, options)));
 }
@@ -93,15 +52,39 @@ void modify_by_handle(Words &words, const TableFunctions &table, Options &option
 void modify_by_key(Words &words, const TableFunctions &table, Options &options)
 {
     const Record key = take_key(words, *table.row, options);
-    const ActionPart action = take_action_part(words, table, options);
+    const ActionPart action = take_action_part(words, table, ActionOf::entry, options);
     expect_priority(options, words, *table.row);
     expect_success(
         action.functions->modify_by_match_spec(driver_session, device, arguments(&key, &action, options)));
 }
 
-void print_count(std::ostream &out, u64 entries, const char *name)
+void print_entry(Session &session, const TableFunctions &table, pd_entry_hdl entry)
 {
-    out << std::right << std::setw(8) << entries << "  " << name << '\n';
+    std::string line;
+    if (session.json())
+        Json{line}.open_object().key("table").text(table.row->name).key("entry").number(entry).close_object();
+    else
+        line = "entry " + std::to_string(entry);
+    session.print(line);
+}
+
+// `table` is null for the sum over all.
+void print_count(Session &session, const pd::Table *table, u64 entries)
+{
+    std::string line;
+    if (session.json()) {
+        Json json{line};
+        json.open_object();
+        if (table)
+            json.key("table").text(table->name);
+        json.key("entries").number(entries).close_object();
+    } else {
+        constexpr std::size_t digits = 8;
+        line = std::to_string(entries);
+        line.insert(0, digits - std::min(digits, line.size()), ' ');
+        line += std::string{"  "} + (table ? table->name : "in all");
+    }
+    session.print(line);
 }
 
 } // namespace
@@ -110,12 +93,12 @@ void run_add(Session &session, Words &words)
 {
     const std::string_view name = words.peek();
     const TableFunctions &table = take_keyed_table(words);
-    expect_no_profile(*table.row, name);
+    expect_direct(*table.row, name);
     Options options;
     options.takes_ttl = table.row->ttl_on_add;
     options.takes_meter = table.row->direct_meter != 0;
     const Record key = take_key(words, *table.row, options);
-    const ActionPart action = take_action_part(words, table, options);
+    const ActionPart action = take_action_part(words, table, ActionOf::entry, options);
     expect_priority(options, words, *table.row);
     if (options.takes_meter && !options.meter)
         throw BadLine{words.rest(),
@@ -123,14 +106,14 @@ void run_add(Session &session, Words &words)
     pd_entry_hdl entry = 0;
     expect_success(action.functions->add(driver_session, device, arguments(&key, &action, options), &entry));
     if (session.verbose())
-        session.out() << "entry " << entry << '\n';
+        print_entry(session, table, entry);
 }
 
 void run_modify(Session &, Words &words)
 {
     const std::string_view name = words.peek();
     const TableFunctions &table = take_keyed_table(words);
-    expect_no_profile(*table.row, name);
+    expect_direct(*table.row, name);
     Options options;
     options.takes_meter = table.row->direct_meter != 0;
     if (is_handle(words.peek()))
@@ -162,7 +145,7 @@ void run_find(Session &session, Words &words)
     pd_entry_hdl entry = 0;
     expect_success(
         table.match_spec_to_entry_hdl(driver_session, device, arguments(&key, nullptr, options), &entry));
-    session.out() << "entry " << entry << '\n';
+    print_entry(session, table, entry);
 }
 
 void run_count(Session &session, Words &words)
@@ -170,15 +153,15 @@ void run_count(Session &session, Words &words)
     if (!words.empty()) {
         const pd::Table &table = *take_table(words).row;
         words.expect_end();
-        return print_count(session.out(), entry_count(table), table.name);
+        return print_count(session, &table, entry_count(table));
     }
     u64 total = 0;
     for (const TableFunctions *table : reflection::tables())
         if (const u32 entries = entry_count(*table->row)) {
-            print_count(session.out(), entries, table->row->name);
+            print_count(session, table->row, entries);
             total += entries;
         }
-    print_count(session.out(), total, "in all");
+    print_count(session, nullptr, total);
 }
 
 } // namespace shell

@@ -1,7 +1,9 @@
 // Where command lines come from: a file or pipe, or a person at a terminal.
 #pragma once
 
+#include <fstream>
 #include <istream>
+#include <optional>
 #include <string>
 
 #include "progress.h"
@@ -28,6 +30,21 @@ public:
 private:
     std::istream &in_;
     Progress *progress_;
+};
+
+// The lines of a file. A long one shows its progress on `terminal`, unless that is null.
+// Throws std::runtime_error when it cannot be opened.
+class FileLines : public LineSource {
+public:
+    FileLines(const std::string &name, std::ostream *terminal);
+
+    bool next(std::string &line) override { return lines_->next(line); }
+    void make_room() override { lines_->make_room(); }
+
+private:
+    std::ifstream in_;
+    std::optional<Progress> progress_;
+    std::optional<StreamLines> lines_;
 };
 
 // Prompts for each line; with editing and history where the shell was built with them.

@@ -3,6 +3,7 @@
 
 #include "commands.h"
 #include "driver.h"
+#include "json.h"
 #include "model.h"
 #include "options.h"
 #include "records.h"
@@ -32,13 +33,13 @@ PacketKey packet_key(const pd::Table &table, const Record &record)
     return key;
 }
 
-// ": name" of the entry's action; empty where entries name no action.
+// The name of the entry's action; empty where entries name no action.
 std::string action_of_entry(const pd::Table &table, pd_entry_hdl handle)
 {
     ts_model_entry entry{};
     ts_model_get_entry(device.device_id, table.handle, handle, &entry);
     const auto binding = std::ranges::find(table.actions, entry.action, &pd::Binding::handle);
-    return binding == table.actions.end() ? "" : std::string{": "} + binding->action->name;
+    return binding == table.actions.end() ? "" : binding->action->name;
 }
 
 // The priority of an LPM entry counts the bits behind its prefix.
@@ -81,6 +82,32 @@ std::string why(const pd::Table &table, const ts_model_hit &hit)
     }
 }
 
+std::string hit_text(const pd::Table &table, const ts_model_hit &hit)
+{
+    if (!hit.hit)
+        return "miss: the default action runs";
+    std::string text = "entry ";
+    text += std::to_string(hit.entry);
+    if (const std::string action = action_of_entry(table, hit.entry); !action.empty())
+        text += ": " + action;
+    return text + " (" + why(table, hit) + ')';
+}
+
+std::string hit_json(const pd::Table &table, const ts_model_hit &hit)
+{
+    std::string line;
+    Json json{line};
+    json.open_object().key("table").text(table.name).key("hit").flag(hit.hit);
+    if (hit.hit) {
+        json.key("entry").number(hit.entry);
+        if (const std::string action = action_of_entry(table, hit.entry); !action.empty())
+            json.key("action").text(action);
+        json.key("candidates").number(hit.candidates).key("why").text(why(table, hit));
+    }
+    json.close_object();
+    return line;
+}
+
 Record take_packet(Words &words, const pd::Table &table)
 {
     Record record{table, KeyOf::packet};
@@ -99,12 +126,7 @@ void run_lookup(Session &session, Words &words)
     ts_model_hit hit{};
     expect_success(ts_model_lookup(device.device_id, table.handle, key.image.data(),
                                    static_cast<u32>(key.image.size()), key.partition_index, &hit));
-    if (!hit.hit) {
-        session.out() << "miss: the default action runs\n";
-        return;
-    }
-    session.out() << "entry " << hit.entry << action_of_entry(table, hit.entry) << " (" << why(table, hit)
-                  << ")\n";
+    session.print(session.json() ? hit_json(table, hit) : hit_text(table, hit));
 }
 
 } // namespace shell

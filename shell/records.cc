@@ -11,7 +11,13 @@ std::size_t words_for(std::size_t bytes)
     return (bytes + sizeof(u64) - 1) / sizeof(u64);
 }
 
-// The name of the MAC address that two neighbours are the halves of; empty when they are none.
+unsigned parse_prefix(std::string_view text, unsigned width, std::string_view name)
+{
+    return parse_u32(text, width, std::string{name} + " prefix length");
+}
+
+} // namespace
+
 std::string_view mac_name(std::string_view first, std::string_view second)
 {
     constexpr std::string_view oui = "Oui", station = "Station";
@@ -22,13 +28,6 @@ std::string_view mac_name(std::string_view first, std::string_view second)
     const std::string_view stem = first.substr(0, first.size() - oui.size());
     return stem == second.substr(0, second.size() - station.size()) ? stem : std::string_view{};
 }
-
-unsigned parse_prefix(std::string_view text, unsigned width, std::string_view name)
-{
-    return parse_u32(text, width, std::string{name} + " prefix length");
-}
-
-} // namespace
 
 Record::Record(const pd::Table &table, KeyOf use)
     : kind_("field"), owner_(table.name), storage_(words_for(table.record_size))

@@ -16,6 +16,9 @@ namespace shell {
 // value in every field.
 enum class KeyOf { entry, packet };
 
+// The name of the MAC address that two neighbours are the halves of; empty when they are none.
+std::string_view mac_name(std::string_view first, std::string_view second);
+
 class Record {
 public:
     Record(const pd::Table &table, KeyOf use);

@@ -2,19 +2,26 @@
 // after the other, and tells about those that are bad.
 #pragma once
 
+#include <filesystem>
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "lines.h"
+#include "watches.h"
 #include "words.h"
 
 namespace shell {
 
+struct Command;
+
 struct SessionOptions {
-    bool keep_going = false;  // a bad line does not end the session
-    bool verbose = false;     // add tells the handle of the new entry
-    bool interactive = false; // a person reads along: bad lines are no failure
+    bool keep_going = false;          // a bad line does not end the session
+    bool verbose = false;             // add tells the handle of the new entry
+    bool json = false;                // each line of output is a JSON document
+    bool interactive = false;         // a person reads along: bad lines are no failure
+    std::ostream *terminal = nullptr; // where the progress of long files is shown
 };
 
 class Session {
@@ -25,30 +32,45 @@ public:
     Session &operator=(const Session &) = delete;
 
     // Carries out the lines of `source`, which messages call `name`. Returns the exit status.
-    int run(LineSource &source, std::string_view name);
+    int run(LineSource &source, const std::string &name);
 
     // ---- For commands ----
     std::ostream &out() { return out_; }
+    // Prints one line of output.
+    void print(std::string_view line);
+    // Prints text of any number of lines, as it is or as the JSON string of an object with this one key.
+    void print_text(std::string_view key, std::string_view text);
     bool verbose() const { return options_.verbose || options_.interactive; }
+    bool json() const { return options_.json || json_; }
+    bool from_hardware() const { return from_hardware_; }
     void set_trace(bool on);
+    Watches &watches() { return watches_; }
+    // Keeps a line for behind the command.
+    void print_behind(std::string_view line);
+    // Carries out the lines of a file. BadLine when it cannot be read or is being carried out.
+    void load(std::string_view file);
     void quit() { done_ = true; }
 
 private:
-    bool read_command(LineSource &source);
-    void execute();
-    void show_trace();
-    void report(LineSource &source, std::string_view name, const BadLine &error);
+    struct Script;
+
+    void run_script(Script &script);
+    void execute(Script &script);
+    void take_option_words(const Command &command, std::string &line, std::size_t from);
+    void show_what_came_behind();
+    void report(const Script &script, const BadLine &error);
 
     std::ostream &out_;
     std::ostream &err_;
     SessionOptions options_;
+    Watches watches_{*this};
     bool done_ = false;
-    std::string line_;    // as read
-    std::string command_; // without comments; its lines apart when it has several
-    u64 lines_read_ = 0;
-    u64 first_line_ = 0; // of the command
+    bool stopping_ = false; // a bad line ends the files, down to the prompt if there is one
     u64 bad_lines_ = 0;
-    std::string trace_; // of the command
+    bool json_ = false; // option words of the command
+    bool from_hardware_ = false;
+    std::string behind_;                       // lines that came up while the command ran
+    std::vector<std::filesystem::path> files_; // that are being carried out, one by the other
 };
 
 } // namespace shell

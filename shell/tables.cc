@@ -15,11 +15,16 @@ std::vector<std::string_view> table_names()
     return names;
 }
 
-std::vector<std::string_view> entry_action_names(const reflection::TableFunctions &table)
+bool serves(const reflection::ActionFunctions &action, ActionOf use)
+{
+    return use == ActionOf::entry ? action.add != nullptr : action.set_default_action != nullptr;
+}
+
+std::vector<std::string_view> action_names(const reflection::TableFunctions &table, ActionOf use)
 {
     std::vector<std::string_view> names;
     for (const reflection::ActionFunctions &action : table.actions)
-        if (action.add)
+        if (serves(action, use))
             names.push_back(action.row->action->name);
     return names;
 }
@@ -46,22 +51,40 @@ const reflection::TableFunctions &take_keyed_table(Words &words)
     return table;
 }
 
-const reflection::ActionFunctions &take_entry_action(Words &words, const reflection::TableFunctions &table)
+const reflection::TableFunctions &take_direct_table(Words &words)
 {
     const std::string_view name = words.peek();
+    const reflection::TableFunctions &table = take_table(words);
+    expect_direct(*table.row, name);
+    return table;
+}
+
+const reflection::ActionFunctions &take_action(Words &words, const reflection::TableFunctions &table,
+                                               ActionOf use)
+{
+    const std::string_view name = words.peek();
+    const std::vector<std::string_view> names = action_names(table, use);
+    if (names.empty())
+        throw BadLine{name, std::string{"the default action of "} + table.row->name + " cannot be set"};
     const reflection::ActionFunctions *action = reflection::find_action(table, name);
-    if (!action || !action->add)
+    if (!action || !serves(*action, use))
         throw BadLine{name, (name.empty() ? "missing action" : "unknown action " + quoted(name)) + ": " +
-                                table.row->name + " has " + listed(entry_action_names(table))};
+                                table.row->name + " has " + listed(names) +
+                                (use == ActionOf::entry ? "" : " as default")};
     words.take();
     return *action;
 }
 
-const char *key_kind_name(const pd::Table &table)
+void expect_direct(const pd::Table &table, std::string_view name)
 {
-    if (table.key.empty())
-        return "keyless";
-    switch (pd::key_kind(table)) {
+    if (table.profile)
+        throw BadLine{name, "entries of " + std::string{table.name} + " name members or groups of " +
+                                table.profile + ", which this version does not offer"};
+}
+
+const char *match_name(pd::Match match)
+{
+    switch (match) {
     case pd::Match::ternary:
         return "ternary";
     case pd::Match::lpm:
@@ -69,6 +92,11 @@ const char *key_kind_name(const pd::Table &table)
     default:
         return "exact";
     }
+}
+
+const char *key_kind_name(const pd::Table &table)
+{
+    return table.key.empty() ? "keyless" : match_name(pd::key_kind(table));
 }
 
 u32 entry_count(const pd::Table &table)

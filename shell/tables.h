@@ -8,12 +8,22 @@
 
 namespace shell {
 
+// What an action is for: a table's actions for entries and for its default entry differ.
+enum class ActionOf { entry, default_entry };
+
 // Each takes the next word and throws BadLine when it names nothing.
 const reflection::TableFunctions &take_table(Words &words);
 const reflection::TableFunctions &take_keyed_table(Words &words);
-const reflection::ActionFunctions &take_entry_action(Words &words, const reflection::TableFunctions &table);
+// As take_table, for a table whose entries name actions.
+const reflection::TableFunctions &take_direct_table(Words &words);
+const reflection::ActionFunctions &take_action(Words &words, const reflection::TableFunctions &table,
+                                               ActionOf use);
 
-// "exact", "ternary", "lpm" or "keyless".
+// BadLine at `name` when the entries of the table name members or groups of an action profile.
+void expect_direct(const pd::Table &table, std::string_view name);
+
+// "exact", "ternary" or "lpm"; for a table "keyless" as well.
+const char *match_name(pd::Match match);
 const char *key_kind_name(const pd::Table &table);
 u32 entry_count(const pd::Table &table);
 

@@ -13,6 +13,8 @@ namespace shell {
 struct Value {
     u64 high = 0;
     u64 low = 0;
+
+    bool operator==(const Value &) const = default;
 };
 
 // The width at which a whole MAC address is read; a half has 24 bits.

@@ -76,6 +76,14 @@ void Words::expect_end() const
         throw BadLine{peek(), "unexpected " + quoted(peek()) + ": the command ends before it"};
 }
 
+bool take_on_off(Words &words)
+{
+    const std::string_view state = words.take("'on' or 'off'");
+    if (state != "on" && state != "off")
+        throw BadLine{state, quoted(state) + " is neither 'on' nor 'off'"};
+    return state == "on";
+}
+
 std::string quoted(std::string_view word)
 {
     static constexpr char digits[] = "0123456789abcdef";

@@ -34,6 +34,9 @@ private:
     std::string_view text_;
 };
 
+// The next word, which is "on" or "off".
+bool take_on_off(Words &words);
+
 bool is_blank(char c);
 
 // `word` between quotation marks for a message: control characters escaped, cut when long.

@@ -1,6 +1,4 @@
 // The shell, in process: scripts go in, output, messages, exit status and the model's trace come out.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <random>
@@ -10,70 +8,11 @@
 #include <vector>
 
 #include "commands.h"
-#include "model.h"
 #include "progress.h"
 #include "reflection.h"
-#include "session.h"
+#include "shell_fixture.h"
 
 namespace {
-
-struct Outcome {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-class Shell : public testing::Test {
-protected:
-    Shell() { ts_model_reset(); }
-    ~Shell() override { ts_model_reset(); }
-
-    static Outcome run(const std::string &script, shell::SessionOptions options = {})
-    {
-        std::istringstream in{script};
-        std::ostringstream out, err;
-        shell::StreamLines lines{in};
-        const int status = shell::Session{out, err, options}.run(lines, "t");
-        return {status, out.str(), err.str()};
-    }
-
-    static std::string output_of(const std::string &script)
-    {
-        const Outcome outcome = run(script);
-        EXPECT_EQ(outcome.err, "") << script;
-        EXPECT_EQ(outcome.status, 0) << script;
-        return outcome.out;
-    }
-
-    // The last driver call of `line`, after `before`.
-    static std::string trace_of(const std::string &line, const std::string &before = {})
-    {
-        return output_of(before + "\ntrace on\n" + line + "\n");
-    }
-
-    // What stands in a trace between `begin` and `end`.
-    static std::string part(const std::string &trace, const std::string &begin, const std::string &end)
-    {
-        const std::size_t from = trace.find(begin);
-        if (from == std::string::npos)
-            return "no " + begin + " in " + trace;
-        const std::size_t start = from + begin.size();
-        return trace.substr(start, trace.find(end, start) - start);
-    }
-
-    // `line` with a @ before the offending place must be refused with `message` and reach no driver
-    // operation.
-    static void expect_bad(std::string line, const std::string &message)
-    {
-        const std::size_t column = line.find('@');
-        ASSERT_NE(column, std::string::npos) << line;
-        line.erase(column, 1);
-        const Outcome outcome = run("trace on\n" + line + "\n");
-        EXPECT_EQ(outcome.err, "t:2:" + std::to_string(column + 1) + ": " + message + "\n") << line;
-        EXPECT_EQ(outcome.out, "") << line;
-        EXPECT_EQ(outcome.status, 1) << line;
-    }
-};
 
 // ---- Requests ----
 
@@ -603,7 +542,7 @@ TEST(ShellProgram, reads_files_and_standard_input)
 
 TEST(ShellProgram, tells_about_bad_command_lines_and_files)
 {
-    const std::string usage = "; usage: tessel-shell [--keep-going] [--verbose] [FILE | -]\n2";
+    const std::string usage = "; usage: tessel-shell [--keep-going] [--verbose] [--json] [FILE | -]\n2";
     EXPECT_EQ(program("--nonsense 2>&1"), "tessel-shell: bad option --nonsense" + usage);
     EXPECT_EQ(program("-kx 2>&1"), "tessel-shell: bad option -x" + usage);
     EXPECT_EQ(program("a b 2>&1"), "tessel-shell: more than one file" + usage);

@@ -1,0 +1,34 @@
+// Writes one JSON document to the end of a string, piece by piece and in the order of the calls.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "pd_types.h"
+
+namespace shell {
+
+class Json {
+public:
+    explicit Json(std::string &to) : to_(to) {}
+
+    Json &open_object() { return piece("{"); }
+    Json &close_object() { return end('}'); }
+    Json &open_array() { return piece("["); }
+    Json &close_array() { return end(']'); }
+    Json &key(std::string_view name);
+    Json &text(std::string_view text);
+    Json &number(u64 number);
+    Json &flag(bool value) { return piece(value ? "true" : "false"); }
+    Json &null() { return piece("null"); }
+
+private:
+    Json &piece(std::string_view text);
+    Json &end(char bracket);
+    void escape(std::string_view text);
+
+    std::string &to_;
+    bool first_ = true; // in its object or array, or behind its key: no comma goes before it
+};
+
+} // namespace shell
