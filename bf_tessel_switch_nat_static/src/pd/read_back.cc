@@ -1,6 +1,5 @@
 #include "read_back.h"
 
-#include "action_record.h"
 #include "bf_sys.h"
 #include "pd_actions.h"
 #include "resource_list.h"
