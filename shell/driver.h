@@ -2,11 +2,12 @@
 #pragma once
 
 #include "pd_types.h"
+#include "pipe_mgr_records.h"
 
 namespace shell {
 
 inline constexpr pd_sess_hdl driver_session = 0;
-inline constexpr pd_dev_target device{0, 0xffff};
+inline constexpr pd_dev_target device{0, PIPE_ALL_PIPES};
 
 // BadLine with the reason when the driver refused.
 void expect_success(pd_status status);

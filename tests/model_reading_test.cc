@@ -14,29 +14,15 @@
 #include <vector>
 
 #include "model.h"
+#include "model_tables.h"
 #include "pipe_mgr.h"
 #include "reflection.h"
 
 namespace {
 
-using Bytes = std::vector<u8>;
 using Handles = std::vector<pd_entry_hdl>;
-using Lines = std::vector<std::string>;
 
-struct Table {
-    u32 handle;
-    u16 bits;
-    u16 bytes;
-    u32 action;
-    u16 data_bytes;
-};
-
-constexpr Table exact{0x1000001, 9, 2, 0x20000000, 6};        // ingressPortMapping, setPhase0
-constexpr Table counted{0x1000009, 57, 8, 0x2000000a, 2};     // l2DmacClassify, classifyL2ControlFrame
-constexpr Table lpm{0x100003d, 40, 5, 0x200000ae, 4};         // ipv4ShortMaskLpm, setNextHop
-constexpr Table partitioned{0x100003c, 48, 6, 0x200000b2, 4}; // ipv4FinalResolve0, setNextHop0First
-constexpr Table indirect{0x1000047, 14, 2, 0x200000bd, 5};    // ecmpGroup, setEcmpNextHop
-constexpr Table metered{0x100005b, 57, 8, 0x200000ec, 0};     // l2LookupMiss, l2LookupBcastHit
+constexpr Table counted{0x1000009, 57, 8, 0x2000000a, 2}; // l2DmacClassify, classifyL2ControlFrame
 constexpr u32 unknown_table = 0x1ffffff;
 constexpr u32 counter = 0x4000001; // of l2DmacClassify
 constexpr u32 meter = 0x5000001;   // of l2LookupMiss

@@ -16,28 +16,13 @@
 
 #include "bf_drv.h"
 #include "bf_sys.h"
+#include "model_tables.h"
 #include "pd_ms.h"
 #include "pipe_mgr.h"
 
 namespace {
 
-using Bytes = std::vector<u8>;
-using Lines = std::vector<std::string>;
-
-struct Table {
-    u32 handle;
-    u16 bits;
-    u16 bytes;
-    u32 action;
-    u16 data_bytes;
-};
-
-constexpr Table exact{0x1000001, 9, 2, 0x20000000, 6};        // ingressPortMapping, setPhase0
-constexpr Table ternary{0x1000009, 57, 8, 0x20000008, 0};     // l2DmacClassify, setUcast
-constexpr Table lpm{0x100003d, 40, 5, 0x200000ae, 4};         // ipv4ShortMaskLpm, setNextHop
-constexpr Table partitioned{0x100003c, 48, 6, 0x200000b2, 4}; // ipv4FinalResolve0, setNextHop0First
-constexpr Table indirect{0x1000047, 14, 2, 0x200000bd, 5};    // ecmpGroup, setEcmpNextHop
-constexpr Table metered{0x100005b, 57, 8, 0x200000ec, 0};     // l2LookupMiss, l2LookupBcastHit
+constexpr Table ternary{0x1000009, 57, 8, 0x20000008, 0}; // l2DmacClassify, setUcast
 constexpr pd_dev_target target{0, PIPE_ALL_PIPES};
 
 // The records of one entry together with the images that they point at.

@@ -97,12 +97,11 @@ void read_action(const ActionReader &action, const Answer &answer, const Resourc
 pd_status get_entry(const TableReader &table, pd_sess_hdl sess, u32 device_id, pd_entry_hdl entry, u8 from_hw,
                     const KeyOut &key, const ActionOut &action, Place place)
 {
-    constexpr u32 all_pipes = 0xffff;
     Answer answer(table);
     answer.match.num_valid_bits = table.key_size.bits;
     answer.match.num_bytes = table.key_size.bytes;
     answer.spec.action_data.num_bytes = data_buffer_bytes;
-    pd_status status = pipe_mgr_get_entry(sess, table.handle, {device_id, all_pipes}, entry, &answer.match,
+    pd_status status = pipe_mgr_get_entry(sess, table.handle, {device_id, PIPE_ALL_PIPES}, entry, &answer.match,
                                           &answer.spec, &answer.action, from_hw, 1, 0);
     if (status != success)
         return status;
