@@ -274,6 +274,15 @@ const Profile *Catalogue::profile_of(const Table &table) const
     return found == profiles.end() ? nullptr : &*found;
 }
 
+const Table *Catalogue::table_with_direct(const std::string &resource) const
+{
+    for (const Group &group : groups)
+        for (const Table &table : group.tables)
+            if (table.counter == resource || table.meter == resource)
+                return &table;
+    return nullptr;
+}
+
 const Resource *Catalogue::find_resource(const std::string &name) const
 {
     const Resource *counter = find_by_name(counters, name);

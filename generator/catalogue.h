@@ -136,6 +136,8 @@ struct Catalogue {
 
     const Action *find_action(const std::string &name) const;
     const Profile *profile_of(const Table &table) const;
+    // The table whose entries have a cell of this counter or meter.
+    const Table *table_with_direct(const std::string &resource) const;
     // Among counters and meters.
     const Resource *find_resource(const std::string &name) const;
 };

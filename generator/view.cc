@@ -71,7 +71,9 @@ public:
         view.set("all_actions", action_list);
         view.set("action_count", decimal(catalogue.actions.size()));
         view.set("profiles", profiles);
+        view.set("references", reference_views());
         view.set("all_tables", tables_by_handle());
+        set_resources(view);
         return view;
     }
 
@@ -244,10 +246,110 @@ private:
     {
         data view;
         view.set("profile", profile.name);
+        view.set("table", profile.table);
         view.set("action_table", hex(profile.action_table));
         view.set("selector", hex(profile.selector));
         view.set("entry_actions", binding_views(profile.actions, true));
         return view;
+    }
+
+    // The elements of `rows` as `make` sees them.
+    template <typename Row, typename Make>
+    static list views_of(const std::vector<Row> &rows, Make make)
+    {
+        list views;
+        for (const Row &row : rows)
+            push(views, make(row), &row == &rows.back());
+        return views;
+    }
+
+    static data resource_view(const Resource &resource)
+    {
+        data view;
+        view.set("name", resource.name);
+        view.set("handle", hex(resource.handle));
+        return view;
+    }
+
+    // A direct counter or meter is reached through the table that has it.
+    data cell_view(const Resource &resource) const
+    {
+        data view = resource_view(resource);
+        const Table *table = catalogue.table_with_direct(resource.name);
+        view.set("is_direct", data(table != nullptr));
+        view.set("table", table ? table->name : "");
+        view.set("table_handle", table ? hex(table->handle) : "0");
+        return view;
+    }
+
+    static data digest_view(const Digest &digest)
+    {
+        data view = resource_view(digest);
+        unsigned bytes = 0;
+        list fields;
+        for (const DigestField &field : digest.fields) {
+            data field_view;
+            field_view.set("field", field.name);
+            field_view.set("bytes", decimal(field.bytes));
+            field_view.set("offset", decimal(bytes));
+            push(fields, field_view, &field == &digest.fields.back());
+            bytes += field.bytes;
+        }
+        view.set("fields", fields);
+        view.set("entry_bytes", decimal(bytes));
+        return view;
+    }
+
+    static data hash_view(const Hash &hash)
+    {
+        data view = resource_view(hash);
+        view.set("input", hex(hash.input));
+        view.set("algorithm", hex(hash.algorithm));
+        return view;
+    }
+
+    static data layout_view(const SnapshotLayout &layout)
+    {
+        const auto offset_view = [](unsigned offset) {
+            data view;
+            view.set("offset", decimal(offset));
+            return view;
+        };
+        data view;
+        view.set("layout", layout.name);
+        view.set("two_bytes", views_of(layout.two_bytes, offset_view));
+        view.set("four_bytes", views_of(layout.four_bytes, offset_view));
+        return view;
+    }
+
+    void set_resources(data &view) const
+    {
+        const auto cell = [this](const Resource &resource) { return cell_view(resource); };
+        view.set("counters", views_of(catalogue.counters, cell));
+        view.set("meters", views_of(catalogue.meters, cell));
+        view.set("registers", views_of(catalogue.registers, resource_view));
+        view.set("value_sets", views_of(catalogue.value_sets, resource_view));
+        view.set("digests", views_of(catalogue.digests, digest_view));
+        view.set("hashes", views_of(catalogue.hashes, hash_view));
+        view.set("layouts", views_of(catalogue.snapshots, layout_view));
+        view.set("snapshot_bytes", decimal(catalogue.snapshot_bytes));
+    }
+
+    // The two things that an entry of an indirect table can point at.
+    static list reference_views()
+    {
+        data member, group;
+        member.set("suffix", std::string());
+        member.set("target", std::string("mbr"));
+        member.set("target_type", std::string("pd_mbr_hdl"));
+        member.set("target_kind", std::string("member"));
+        member.set("target_text", std::string("a member"));
+        group.set("suffix", std::string("_with_selector"));
+        group.set("target", std::string("grp"));
+        group.set("target_type", std::string("pd_grp_hdl"));
+        group.set("target_kind", std::string("group"));
+        group.set("target_text", std::string("a group"));
+        return {member, group};
     }
 
     list tables_by_handle() const

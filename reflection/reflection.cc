@@ -13,6 +13,11 @@ std::span<const TableFunctions *const> tables()
     return {table_index, table_count};
 }
 
+std::span<const ProfileFunctions *const> profiles()
+{
+    return {profile_index, profile_count};
+}
+
 std::span<const pd::Action *const> actions()
 {
     return {action_index, action_count};
@@ -38,12 +43,35 @@ const TableFunctions *find_table(u32 handle)
     return found != all.end() && (*found)->row->handle == handle ? *found : nullptr;
 }
 
-const ActionFunctions *find_action(const TableFunctions &table, std::string_view name)
+namespace {
+
+template <typename Functions>
+const Functions *find_by_action(std::span<const Functions> actions, std::string_view name)
 {
-    for (const ActionFunctions &action : table.actions)
+    for (const Functions &action : actions)
         if (action.row->action->name == name)
             return &action;
     return nullptr;
+}
+
+} // namespace
+
+const ActionFunctions *find_action(const TableFunctions &table, std::string_view name)
+{
+    return find_by_action(table.actions, name);
+}
+
+const ProfileFunctions *find_profile(std::string_view name)
+{
+    for (const ProfileFunctions *profile : profiles())
+        if (profile->row->name == name)
+            return profile;
+    return nullptr;
+}
+
+const MemberFunctions *find_action(const ProfileFunctions &profile, std::string_view name)
+{
+    return find_by_action(profile.actions, name);
 }
 
 } // namespace reflection

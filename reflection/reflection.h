@@ -33,9 +33,88 @@ struct ActionFunctions {
     pd_status (*set_default_action)(pd_sess_hdl, pd_dev_target, const EntryArguments &, pd_entry_hdl *);
 };
 
+// How entries are pointed at members, or at groups; `to` is the handle of one.
+struct ReferenceFunctions {
+    pd_status (*add)(pd_sess_hdl, pd_dev_target, const EntryArguments &, u32 to, pd_entry_hdl *);
+    pd_status (*modify)(pd_sess_hdl, u32 device_id, pd_entry_hdl, u32 to);
+    pd_status (*modify_by_match_spec)(pd_sess_hdl, pd_dev_target, const EntryArguments &, u32 to);
+    pd_status (*set_default_entry)(pd_sess_hdl, pd_dev_target, u32 to, pd_entry_hdl *);
+};
+
+// What an entry points at, as it is read back.
+struct ReferenceResults {
+    u8 has_member = 0;
+    u8 has_group = 0;
+    pd_mbr_hdl member = 0;
+    pd_grp_hdl group = 0;
+};
+
+// One action of one profile. `action` is the record of its parameters.
+struct MemberFunctions {
+    const pd::Binding *row;
+    pd_status (*add)(pd_sess_hdl, pd_dev_target, const void *action, pd_mbr_hdl *);
+    pd_status (*modify)(pd_sess_hdl, u32 device_id, pd_mbr_hdl, const void *action);
+};
+
+struct ProfileFunctions {
+    const pd::Profile *row;
+    std::span<const MemberFunctions> actions; // as row->actions
+    // Members
+    pd_status (*del_member)(pd_sess_hdl, u32 device_id, pd_mbr_hdl);
+    pd_status (*get_member)(pd_sess_hdl, u32 device_id, pd_mbr_hdl, u8 from_hw, pd_action_out *);
+    pd_status (*get_member_from_plcmt_data)(void *plcmt_data, pd_action_out *);
+    pd_status (*get_full_member_info_from_plcmt_data)(u32 device_id, pd_mbr_hdl, void *plcmt_data,
+                                                      pd_action_out *);
+    pd_status (*get_plcmt_data)(pd_word first, pd_word second);
+    pd_status (*get_first_member)(pd_sess_hdl, pd_dev_target, pd_mbr_hdl *first);
+    pd_status (*get_next_members)(pd_sess_hdl, pd_dev_target, pd_mbr_hdl after, u32 count, pd_mbr_hdl *next);
+    pd_status (*get_act_prof_entry_count)(pd_sess_hdl, pd_dev_target, u32 *count);
+    pd_status (*register_adt_update_cb)(pd_sess_hdl, u32 device_id, pd_adt_update_cb, pd_word cookie);
+    pd_status (*get_adt_table_handle)(u32 *handle);
+    // Groups
+    pd_status (*create_group)(pd_sess_hdl, pd_dev_target, u32 max_group_size, pd_grp_hdl *);
+    pd_status (*del_group)(pd_sess_hdl, u32 device_id, pd_grp_hdl);
+    pd_status (*add_member_to_group)(pd_sess_hdl, u32 device_id, pd_grp_hdl, pd_mbr_hdl);
+    pd_status (*del_member_from_group)(pd_sess_hdl, u32 device_id, pd_grp_hdl, pd_mbr_hdl);
+    pd_status (*group_member_state_set)(pd_sess_hdl, u32 device_id, pd_grp_hdl, pd_mbr_hdl, u32 mbr_state);
+    pd_status (*group_member_state_get)(pd_sess_hdl, u32 device_id, pd_grp_hdl, pd_mbr_hdl, u32 *mbr_state);
+    pd_status (*group_member_get_from_hash)(pd_sess_hdl, u32 device_id, pd_grp_hdl, pd_word first,
+                                            pd_word second, pd_word third);
+    pd_status (*set_fallback_member)(pd_sess_hdl, pd_dev_target, pd_mbr_hdl);
+    pd_status (*reset_fallback_member)(pd_sess_hdl, pd_dev_target);
+    pd_status (*sel_track_updates)(u32 device_id, pd_sel_update_cb, pd_word cookie);
+    pd_status (*register_callback)(pd_sess_hdl, u32 device_id, pd_sel_update_cb, pd_word cookie);
+    pd_status (*register_sel_update_cb)(pd_sess_hdl, u32 device_id, pd_sel_update_cb, pd_word cookie);
+    pd_status (*get_sel_table_handle)(u32 *handle);
+    pd_status (*get_selector_group_count)(pd_sess_hdl, pd_dev_target, u32 *count);
+    pd_status (*get_selector_group_member_count)(pd_sess_hdl, u32 device_id, pd_grp_hdl, u32 *count);
+    pd_status (*get_first_group)(pd_sess_hdl, pd_dev_target, pd_grp_hdl *first);
+    pd_status (*get_next_groups)(pd_sess_hdl, pd_dev_target, pd_grp_hdl after, u32 count, pd_grp_hdl *next);
+    pd_status (*get_first_group_member)(pd_sess_hdl, u32 device_id, pd_grp_hdl, pd_mbr_hdl *first);
+    pd_status (*get_next_group_members)(pd_sess_hdl, u32 device_id, pd_grp_hdl, pd_mbr_hdl after, u32 count,
+                                        pd_mbr_hdl *next);
+    pd_status (*get_word_llp_active_member_count)(pd_sess_hdl, pd_dev_target, pd_word word, pd_word count);
+    pd_status (*get_word_llp_active_members)(pd_sess_hdl, pd_dev_target, pd_word word, pd_word count,
+                                             pd_word members);
+    pd_status (*sel_get_plcmt_data)(pd_word first, pd_word second);
+};
+
+// What a table whose entries point at members or groups has in place of actions.
+struct IndirectFunctions {
+    const ProfileFunctions *profile;
+    ReferenceFunctions member;
+    ReferenceFunctions group;
+    // `to` keeps in each member what the library does not write.
+    pd_status (*get_entry)(pd_sess_hdl, u32 device_id, pd_entry_hdl, u8 from_hw, const EntryResults &,
+                           ReferenceResults &to);
+    pd_status (*get_entry_from_plcmt_data)(void *plcmt_data, const EntryResults &, ReferenceResults &to);
+    pd_status (*get_default_entry)(pd_sess_hdl, pd_dev_target, u8 from_hw, ReferenceResults &to);
+};
+
 struct TableFunctions {
     const pd::Table *row;
     std::span<const ActionFunctions> actions; // as row->actions
+    const IndirectFunctions *indirect;        // null where entries carry their action
     pd_status (*table_delete)(pd_sess_hdl, u32 device_id, pd_entry_hdl);
     pd_status (*table_delete_by_match_spec)(pd_sess_hdl, pd_dev_target, const EntryArguments &);
     pd_status (*match_spec_to_entry_hdl)(pd_sess_hdl, pd_dev_target, const EntryArguments &, pd_entry_hdl *);
@@ -61,6 +140,9 @@ struct TableFunctions {
 // All 158 tables, by handle.
 std::span<const TableFunctions *const> tables();
 
+// The 4 action profiles, in the order that is kept everywhere.
+std::span<const ProfileFunctions *const> profiles();
+
 // All 298 actions, by number.
 std::span<const pd::Action *const> actions();
 
@@ -68,5 +150,7 @@ std::span<const pd::Action *const> actions();
 const TableFunctions *find_table(std::string_view name);
 const TableFunctions *find_table(u32 handle);
 const ActionFunctions *find_action(const TableFunctions &table, std::string_view name);
+const ProfileFunctions *find_profile(std::string_view name);
+const MemberFunctions *find_action(const ProfileFunctions &profile, std::string_view name);
 
 } // namespace reflection

@@ -11,8 +11,12 @@
 
 /** Around the declarations of a public header: C linkage, visible outside the library. */
 #ifdef __cplusplus
-#define PD_BEGIN_DECLS _Pragma("GCC visibility push(default)") extern "C" {
-#define PD_END_DECLS } _Pragma("GCC visibility pop")
+#define PD_BEGIN_DECLS                                                                                       \
+    _Pragma("GCC visibility push(default)") extern "C"                                                       \
+    {
+#define PD_END_DECLS                                                                                         \
+    }                                                                                                        \
+    _Pragma("GCC visibility pop")
 #else
 #define PD_BEGIN_DECLS
 #define PD_END_DECLS
@@ -55,13 +59,22 @@ typedef struct pd_meter_spec {
     u32 committed_burst;
     u32 peak_rate;
     u32 peak_burst;
-    /** PD_METER_TYPE_COLOR_AWARE or PD_METER_TYPE_COLOR_UNAWARE; another value is logged and counts as colour aware,
-     * and ends the process when the driver is in debug mode. */
+    /** PD_METER_TYPE_COLOR_AWARE or PD_METER_TYPE_COLOR_UNAWARE; another value is logged and counts as colour
+     * aware, and ends the process when the driver is in debug mode. */
     u32 requested_meter_type;
 } pd_meter_spec;
 
 /** Called by the driver for an update of a match table; `update` is the driver's. */
 typedef void (*pd_mat_update_cb)(u32 device_id, u32 table, const void *update, pd_word cookie);
+
+/** Called by the driver for a change to a profile's members; `update` is the driver's. */
+typedef void (*pd_adt_update_cb)(u32 device_id, u32 table, const void *update, pd_word cookie);
+
+/** Called by the driver for a change to a profile's groups; `update` is the driver's. */
+typedef void (*pd_sel_update_cb)(u32 device_id, u32 table, const void *update, pd_word cookie);
+
+/** Whether a member takes part in the selection of its group. */
+enum { P4_PD_GRP_MBR_STATE_ACTIVE = 0, P4_PD_GRP_MBR_STATE_INACTIVE = 1 };
 
 /* Records of the driver that some functions take by pointer. */
 struct pipe_match_spec;

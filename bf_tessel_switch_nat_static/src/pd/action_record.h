@@ -14,10 +14,10 @@ template <const Action &action>
 class ActionRecord {
 public:
     // `parameters` is the action's record; it is not read for an action without parameters.
-    [[gnu::always_inline]] explicit ActionRecord(const void *parameters)
+    [[gnu::always_inline]] explicit ActionRecord(const void *parameters, u8 kind = PIPE_ACTION_DATA)
     {
         zero<sizeof record>(&record);
-        record.action_kind = PIPE_ACTION_DATA;
+        record.action_kind = kind;
         record.action_data.num_valid_bits = size.bits;
         record.action_data.num_bytes = size.bytes;
         record.action_data.data = data;

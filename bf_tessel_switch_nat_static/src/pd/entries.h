@@ -10,16 +10,6 @@
 
 namespace pd {
 
-// The binding of `action` in `table`. Only the address is compared, so this works while compiling.
-template <const Table &table, const Action &action>
-constexpr const Binding &find_binding()
-{
-    for (const Binding &binding : table.actions)
-        if (binding.action == &action)
-            return binding;
-    return table.actions[table.actions.size()]; // no constant expression: the build stops
-}
-
 // Hangs a direct meter on the entry. Without a spec the meter is left as it is.
 template <const Table &table, const Action &action>
 [[gnu::always_inline]] inline void add_direct_meter(ActionRecord<action> &record, const pd_meter_spec *meter)

@@ -1,5 +1,6 @@
 #include "read_back.h"
 
+#include "answer.h"
 #include "bf_sys.h"
 #include "pd_actions.h"
 #include "resource_list.h"
@@ -8,34 +9,6 @@
 namespace pd {
 
 namespace {
-
-// The driver answers into these.
-struct Answer {
-    // Aligned so that the stores of zero() stay within their cache lines.
-    alignas(16) u8 value[max_key_bytes];
-    alignas(16) u8 mask[max_key_bytes];
-    alignas(16) pipe_action_spec spec;
-    pipe_match_spec match;
-    u8 data[data_buffer_bytes];
-    u32 action;
-
-    explicit Answer(const TableReader &table)
-    {
-        zero<sizeof spec>(&spec);
-        zero<sizeof data>(data);
-        spec.action_data.data = data;
-        match = {};
-        if (table.key_size.bytes == 0)
-            return; // the record of a keyless table is all zero
-        // In whole: cheaper than what the key needs, which is not known while compiling.
-        zero<sizeof value>(value);
-        zero<sizeof mask>(mask);
-        match.match_value = value;
-        match.match_mask = mask;
-    }
-
-    Answer(const Answer &) = delete;
-};
 
 // The resource list of one answer.
 class ResourceList {
@@ -59,29 +32,6 @@ private:
     u32 count = 0;
 };
 
-const ActionReader *find_action(const TableReader &table, u32 handle)
-{
-    for (const ActionReader &action : table.actions)
-        if (action.handle == handle)
-            return &action;
-    return nullptr;
-}
-
-// A null image or an empty one is how the default entry shows.
-void read_key(const TableReader &table, const pipe_match_spec &match, const KeyOut &out)
-{
-    const bool is_default = !match.match_value || match.num_bytes == 0;
-    *out.is_default = is_default;
-    if (is_default)
-        std::memset(out.key, 0, table.record_size);
-    else
-        table.unbuild_key(&match, out.key);
-    if (table.has_priority)
-        *out.priority = match.priority;
-    if (!is_default && table.unbuild_mask)
-        table.unbuild_mask(&match, out.key);
-}
-
 void read_action(const ActionReader &action, const Answer &answer, const ResourceList &resources,
                  const ActionOut &out)
 {
@@ -98,11 +48,12 @@ pd_status get_entry(const TableReader &table, pd_sess_hdl sess, u32 device_id, p
                     const KeyOut &key, const ActionOut &action, Place place)
 {
     Answer answer(table);
+    answer.spec.action_data.data = answer.data;
     answer.match.num_valid_bits = table.key_size.bits;
     answer.match.num_bytes = table.key_size.bytes;
     answer.spec.action_data.num_bytes = data_buffer_bytes;
-    pd_status status = pipe_mgr_get_entry(sess, table.handle, {device_id, PIPE_ALL_PIPES}, entry, &answer.match,
-                                          &answer.spec, &answer.action, from_hw, 1, 0);
+    pd_status status = pipe_mgr_get_entry(sess, table.handle, {device_id, PIPE_ALL_PIPES}, entry,
+                                          &answer.match, &answer.spec, &answer.action, from_hw, 1, 0);
     if (status != success)
         return status;
     if (answer.spec.action_kind != PIPE_ACTION_DATA) {
@@ -110,7 +61,7 @@ pd_status get_entry(const TableReader &table, pd_sess_hdl sess, u32 device_id, p
         return unreadable_answer;
     }
     const ResourceList resources(answer.spec);
-    if (const ActionReader *found = find_action(table, answer.action)) {
+    if (const ActionReader *found = find_action(table.actions, answer.action)) {
         read_action(*found, answer, resources, action);
     } else {
         // The key is still told: this is what a debugger needs to find the entry.
@@ -126,6 +77,7 @@ pd_status get_entry_from_plcmt_data(const TableReader &table, void *plcmt_data, 
                                     pd_plcmt_action_out *action, Place place)
 {
     Answer answer(table);
+    answer.spec.action_data.data = answer.data;
     const pd_status status =
         pipe_mgr_plcmt_mat_data_get_entry(plcmt_data, &answer.match, &answer.spec, &answer.action);
     if (status != success)
@@ -135,7 +87,7 @@ pd_status get_entry_from_plcmt_data(const TableReader &table, void *plcmt_data, 
         read_key(table, answer.match, key);
     else
         *key.is_default = 1;
-    const ActionReader *found = find_action(table, answer.action);
+    const ActionReader *found = find_action(table.actions, answer.action);
     if (!found) {
         PD_ASSERT_OR_STATUS("((void *)0)", "NULL", place);
         return bad_placement_data;
@@ -149,6 +101,7 @@ pd_status get_default_entry(const TableReader &table, pd_sess_hdl sess, pd_dev_t
                             pd_default_action_out *action)
 {
     Answer answer(table);
+    answer.spec.action_data.data = answer.data;
     answer.spec.action_data.num_bytes = data_buffer_bytes;
     const pd_status status = pipe_mgr_table_get_default_entry(sess, target, table.handle, &answer.spec,
                                                               &answer.action, from_hw, 1, 0);
@@ -159,7 +112,7 @@ pd_status get_default_entry(const TableReader &table, pd_sess_hdl sess, pd_dev_t
     pd_res_ref *list = nullptr;
     u32 count = 0;
     build_pd_res_spec(&answer.spec, &list, &count);
-    const ActionReader *found = find_action(table, answer.action);
+    const ActionReader *found = find_action(table.actions, answer.action);
     if (!found || !found->default_action)
         return unreadable_answer; // Deliberate: silent, and the list is not freed.
     action->action_number = found->number;

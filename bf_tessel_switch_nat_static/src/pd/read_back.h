@@ -2,24 +2,13 @@
 // per table and action; the sequence around it is written once, over the reader of a table.
 #pragma once
 
-#include <array>
-
+#include "action_reader.h"
 #include "failure.h"
-#include "unbuild.h"
 
 namespace pd {
 
-// Room for the key and the data of any table and action, and the data size that the driver is told.
+// Room for the key of any table.
 inline constexpr u32 max_key_bytes = 64;
-inline constexpr u32 data_buffer_bytes = 28;
-
-struct ActionReader {
-    u32 handle;
-    u32 number;
-    bool default_action;
-    // null for an action without parameters
-    void (*unbuild)(const pipe_action_data *, const pd_res_ref *, u32 count, void *parameters);
-};
 
 struct TableReader {
     u32 handle;
@@ -30,25 +19,6 @@ struct TableReader {
     void (*unbuild_mask)(const pipe_match_spec *, void *key); // null for an exact key
     std::span<const ActionReader> actions;
 };
-
-template <const Table &table, std::size_t index>
-constexpr ActionReader action_reader()
-{
-    constexpr const Binding &binding = table.actions[index];
-    // A table none of whose actions may be made the default starts with one of them all the same.
-    const bool default_action = binding.default_action || !has_default_action(table);
-    ActionReader reader{binding.handle, binding.action->number, default_action, nullptr};
-    if constexpr (!binding.action->parameters.empty())
-        reader.unbuild = unbuild_action_spec<*binding.action>;
-    return reader;
-}
-
-template <const Table &table>
-inline constexpr auto action_readers = []<std::size_t... indices>(std::index_sequence<indices...>)
-{
-    return std::array<ActionReader, sizeof...(indices)>{action_reader<table, indices>()...};
-}
-(std::make_index_sequence<table.actions.size()>{});
 
 template <const Table &table>
 constexpr TableReader make_reader()
@@ -71,12 +41,6 @@ struct KeyOut {
     void *key = nullptr;
     u32 *priority = nullptr;
     u8 *is_default = nullptr;
-};
-
-struct ActionOut {
-    char *name; // null when it is not wanted
-    void *parameters;
-    u32 *number; // null when it is not wanted
 };
 
 pd_status get_entry(const TableReader &table, pd_sess_hdl sess, u32 device_id, pd_entry_hdl entry, u8 from_hw,

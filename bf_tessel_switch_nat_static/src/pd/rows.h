@@ -128,12 +128,22 @@ constexpr bool has_priority(const Table &table)
 }
 
 // Whether a default action can be set.
-constexpr bool has_default_action(const Table &table)
+constexpr bool has_default_action(std::span<const Binding> actions)
 {
-    for (const Binding &binding : table.actions)
+    for (const Binding &binding : actions)
         if (binding.default_action)
             return true;
     return false;
+}
+
+// The binding of `action` in a table or profile. Only the address is compared, so this works while compiling.
+template <const auto &owner, const Action &action>
+constexpr const Binding &find_binding()
+{
+    for (const Binding &binding : owner.actions)
+        if (binding.action == &action)
+            return binding;
+    return owner.actions[owner.actions.size()]; // no constant expression: the build stops
 }
 
 // Which parameter addresses `resource`; the number of parameters when none does.

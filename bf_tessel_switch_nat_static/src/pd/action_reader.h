@@ -1,0 +1,56 @@
+// How the actions of a table or of a profile are read back: a constant per action, with a pointer to its
+// unrolled decoder. The sequences of a read go over these.
+#pragma once
+
+#include <array>
+
+#include "unbuild.h"
+
+namespace pd {
+
+// Room for the data of any action, and the size that the driver is told.
+inline constexpr u32 data_buffer_bytes = 28;
+
+struct ActionReader {
+    u32 handle;
+    u32 number;
+    bool default_action;
+    // null for an action without parameters
+    void (*unbuild)(const pipe_action_data *, const pd_res_ref *, u32 count, void *parameters);
+};
+
+template <const auto &owner, std::size_t index>
+constexpr ActionReader action_reader()
+{
+    constexpr const Binding &binding = owner.actions[index];
+    // A table none of whose actions may be made the default starts with one of them all the same.
+    const bool default_action = binding.default_action || !has_default_action(owner.actions);
+    ActionReader reader{binding.handle, binding.action->number, default_action, nullptr};
+    if constexpr (!binding.action->parameters.empty())
+        reader.unbuild = unbuild_action_spec<*binding.action>;
+    return reader;
+}
+
+template <const auto &owner>
+inline constexpr auto action_readers = []<std::size_t... indices>(std::index_sequence<indices...>)
+{
+    return std::array<ActionReader, sizeof...(indices)>{action_reader<owner, indices>()...};
+}
+(std::make_index_sequence<owner.actions.size()>{});
+
+inline const ActionReader *find_action(std::span<const ActionReader> actions, u32 handle)
+{
+    for (const ActionReader &action : actions)
+        if (action.handle == handle)
+            return &action;
+    return nullptr;
+}
+
+// Where a caller wants an action.
+struct ActionOut {
+    char *name; // null when it is not wanted
+    void *parameters;
+    u32 *number; // null when it is not wanted
+};
+
+} // namespace pd
