@@ -29,9 +29,7 @@ bool resources_fit(const ProgramTable &table, const pipe_action_spec &spec)
 {
     if (spec.resource_count == 0)
         return true;
-    const pipe_res_spec &resource = spec.resources[0];
-    return spec.resource_count == 1 && table.resource != 0 && resource.res_handle == table.resource &&
-           resource.res_tag <= PIPE_RES_DETACH;
+    return spec.resource_count == 1 && resource_fits(table, spec.resources[0]);
 }
 
 // Whatever a member or group runs may be the default of an indirect table.
@@ -43,6 +41,12 @@ bool action_fits(const ProgramTable &table, const ProgramAction &action, pd_entr
 }
 
 } // namespace
+
+bool resource_fits(const ProgramTable &table, const pipe_res_spec &resource)
+{
+    return table.resource != 0 && resource.res_handle == table.resource &&
+           resource.res_tag <= PIPE_RES_DETACH;
+}
 
 pd_status check_match(const ProgramTable &table, const pipe_match_spec *match)
 {
@@ -62,6 +66,18 @@ pd_status check_action(const ProgramTable &table, pd_entry_hdl entry, u32 action
     const ProgramAction *found = find_action(table.actions, action);
     const bool fits = spec != nullptr && found != nullptr && action_fits(table, *found, entry) &&
                       kind_fits(table, *found, *spec) && resources_fit(table, *spec);
+    return fits ? ok : bad_argument;
+}
+
+pd_status check_member(const ProgramProfile &profile, u32 action, const pipe_action_spec *spec)
+{
+    const ProgramAction *found = find_action(profile.actions, action);
+    if (found == nullptr || spec == nullptr)
+        return bad_argument;
+    const pipe_action_data &data = spec->action_data;
+    const bool fits = spec->action_kind == PIPE_ACTION_NONE && spec->resource_count == 0 &&
+                      data.data != nullptr && data.num_bytes == found->bytes &&
+                      data.num_valid_bits == found->bits;
     return fits ? ok : bad_argument;
 }
 

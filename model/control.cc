@@ -3,6 +3,7 @@
 #include "faults.h"
 #include "registry.h"
 #include "selection_operations.h"
+#include "syncs.h"
 #include "system.h"
 #include "trace.h"
 
@@ -12,6 +13,7 @@ extern "C" {
 
 void ts_model_reset(void)
 {
+    syncs().set_thread(false);
     trace().set(nullptr, nullptr);
     faults().reset();
     registry().reset();

@@ -34,6 +34,13 @@ std::size_t position(const ProgramTable &table)
     return static_cast<std::size_t>(&table - program.tables.data());
 }
 
+// Null for a direct table.
+Profile *profile_of(Device &device, const ProgramTable &table)
+{
+    const ProgramProfile *found = find_profile_by_members(table.action_table);
+    return found != nullptr ? &device.profile(*found) : nullptr;
+}
+
 } // namespace
 
 Table &Device::table(const ProgramTable &table)
@@ -41,7 +48,16 @@ Table &Device::table(const ProgramTable &table)
     tables_.resize(program.tables.size());
     std::unique_ptr<Table> &made = tables_[position(table)];
     if (!made)
-        made = std::make_unique<Table>(table);
+        made = std::make_unique<Table>(table, profile_of(*this, table));
+    return *made;
+}
+
+Profile &Device::profile(const ProgramProfile &profile)
+{
+    profiles_.resize(program.profiles.size());
+    std::unique_ptr<Profile> &made = profiles_[static_cast<std::size_t>(&profile - program.profiles.data())];
+    if (!made)
+        made = std::make_unique<Profile>(profile);
     return *made;
 }
 
@@ -49,7 +65,17 @@ void Device::clear()
 {
     const std::lock_guard lock{mutex};
     tables_.clear();
+    profiles_.clear();
     selections.clear();
+    digests = {};
+    value_sets.clear();
+    hashes.clear();
+    snapshots = {};
+    counters.clear();
+    meters.clear();
+    wreds.clear();
+    registers.clear();
+    byte_count_adjusts.clear();
 }
 
 Device *find_device(u32 device_id)

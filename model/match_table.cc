@@ -219,6 +219,22 @@ pd_status MatchTable::set_action(pd_entry_hdl entry, u32 action, const pipe_acti
     return ok;
 }
 
+void MatchTable::set_resource(pd_entry_hdl entry, const pipe_res_spec &resource)
+{
+    const u32 slot = slot_of(entry);
+    if (slot == none)
+        return;
+    entries_[slot].resource_count = 1;
+    resources_[slot] = resource;
+}
+
+void MatchTable::set_ttl(pd_entry_hdl entry, u32 ttl)
+{
+    const u32 slot = slot_of(entry);
+    if (slot != none)
+        entries_[slot].ttl = ttl;
+}
+
 pd_status MatchTable::remove(pd_entry_hdl entry)
 {
     const u32 slot = slot_of(entry);

@@ -30,6 +30,10 @@ public:
     pd_status set_action(pd_entry_hdl entry, u32 action, const pipe_action_spec &spec);
     pd_status remove(pd_entry_hdl entry);
 
+    // Nothing happens for an unknown entry.
+    void set_resource(pd_entry_hdl entry, const pipe_res_spec &resource);
+    void set_ttl(pd_entry_hdl entry, u32 ttl);
+
     // The entry with this partition, mask, masked value and priority; 0 for none.
     pd_entry_hdl find(const pipe_match_spec &match);
 
@@ -37,6 +41,7 @@ public:
     ts_model_hit look_up(const u8 *key, u32 partition);
 
     u32 count() const { return count_; }
+    bool has(pd_entry_hdl entry) const { return slot_of(entry) != none; }
     pd_entry_hdl next(pd_entry_hdl after) const;            // 0 at the end
     std::optional<EntryView> get(pd_entry_hdl entry) const; // none for an unknown handle
 

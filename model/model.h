@@ -5,8 +5,8 @@
  *
  * The model stands in for the chip driver, so that the library runs without a chip. It does what the library
  * expects of each operation and refuses what a driver would refuse, with a status of its own. C99 and C++.
- * It does not tell pipes apart: an entry is there for the device as a whole. Every function may be called from any
- * thread.
+ * Only registers tell pipes apart: an entry is there for the device as a whole. Every function may be called
+ * from any thread.
  */
 #ifndef TS_MODEL_H
 #define TS_MODEL_H
@@ -25,9 +25,10 @@ enum {
     TS_MODEL_NO_MEMORY = 2, /**< an allocation was made to fail */
     TS_MODEL_BAD_ARGUMENT =
         3, /**< a null pointer, an image of the wrong length, an action that the table lacks */
-    TS_MODEL_UNKNOWN_OBJECT = 4, /**< no such table, entry, member, group, device or property */
-    TS_MODEL_ALREADY_EXISTS = 5, /**< an entry with this key and priority */
-    TS_MODEL_NO_SPACE = 6        /**< the table is full */
+    TS_MODEL_UNKNOWN_OBJECT = 4, /**< no such table, entry, member, group, device, property or cell */
+    TS_MODEL_ALREADY_EXISTS = 5, /**< an entry with this key and priority, a member of this group */
+    TS_MODEL_NO_SPACE = 6,       /**< the table or group is full */
+    TS_MODEL_IN_USE = 7          /**< an entry, a group or a fallback still needs what is to be deleted */
 };
 
 /**
@@ -143,6 +144,101 @@ pd_entry_hdl ts_model_next_entry(u32 device_id, u32 table, pd_entry_hdl after);
  * goes on from need not exist any more: it goes on with the next higher one, so a walk survives deletions.
  */
 
+/* ---- Action profiles ---- */
+
+/*
+ * Each profile has members, which pipe_mgr_adt_* name by its action data table, and groups, which
+ * pipe_mgr_sel_* name by its selector. Both have handles from 1 upwards, never used twice. What an operation
+ * names by `table` is a match table, an action data table or a selector where it counts, walks or reads
+ * placement data.
+ *
+ * A member's record has action_kind 0, the image of the action's length and no resources. Its action stays
+ * what it was when it was added: another one is refused with TS_MODEL_BAD_ARGUMENT, as is an action handle
+ * that is not the member's when it joins a group or an entry is pointed at it. An entry that points at a
+ * group may name any action of the profile.
+ *
+ * The members of a group are in the order of their addition, and walks follow it: their end is member 0, but
+ * to go on from a member that is not in the group gives TS_MODEL_UNKNOWN_OBJECT. A member is active from when
+ * it joins. The marker of pipe_mgr_sel_grp_add is in the trace and has no effect.
+ *
+ * A member cannot be deleted while an entry, a default entry or a group has it or it is the fallback, nor a
+ * group while an entry or a default entry points at it: TS_MODEL_IN_USE. A group that is deleted leaves its
+ * members.
+ */
+
+/** How many entries of match tables, default entries included, point at the member of an action data table or
+ * at the group of a selector; 0 for an unknown one. */
+u32 ts_model_references(u32 device_id, u32 table, u32 handle);
+
+/** The member that pipe_mgr_sel_fallback_mbr_set has set, 0 for none. There is one for each selector. */
+pd_mbr_hdl ts_model_fallback_member(u32 device_id, u32 selector);
+
+/*
+ * A group picks a member for a packet by two words of 32 bits: the CRC-32 (polynomial 0x04c11db7, reflected,
+ * starts with and inverted by all ones) of their eight bytes, each word's low byte first, is divided by the
+ * number of active members, and the remainder counts these in their order, from 0. Where none is active, the
+ * selector's fallback member is picked, and without one there is none: TS_MODEL_UNKNOWN_OBJECT.
+ *
+ * The last three words of pipe_mgr_sel_grp_mbr_get_from_hash are these two, cut to 32 bits, and the address
+ * of a pd_mbr_hdl. The word of pipe_mgr_get_word_llp_active_member_count and ..._members is a group's handle;
+ * `count` of the first is the address of a u32, of the second how many handles the array at `members` takes:
+ * the active members in their order, and 0 behind the last.
+ */
+
+/** The member that a packet gets which hits this entry of a match table; the two words count for a group
+ * only. */
+pd_status ts_model_lookup_member(u32 device_id, u32 table, pd_entry_hdl entry, u32 first, u32 second,
+                                 pd_mbr_hdl *member);
+
+/**
+ * Alters what the hardware shows of a member: its action, one of the profile's, and the data, `bytes` long as
+ * that action has it. Writing the member puts both copies in step again.
+ */
+pd_status ts_model_set_hardware_member(u32 device_id, u32 action_table, pd_mbr_hdl member, u32 action,
+                                       const u8 *data, u32 bytes);
+
+/** What happened to a profile. The first three are for pipe_register_adt_update_cb, the rest for both
+ * callbacks of a selector, those of pipe_mgr_sel_tbl_register_cb first. */
+enum {
+    TS_MODEL_MEMBER_ADDED = 1,
+    TS_MODEL_MEMBER_MODIFIED = 2,
+    TS_MODEL_MEMBER_DELETED = 3,
+    TS_MODEL_GROUP_ADDED = 4,
+    TS_MODEL_GROUP_DELETED = 5, /**< its members leave it untold */
+    TS_MODEL_MEMBER_JOINED = 6,
+    TS_MODEL_MEMBER_LEFT = 7,
+    TS_MODEL_MEMBER_ENABLED = 8,
+    TS_MODEL_MEMBER_DISABLED = 9,
+    TS_MODEL_FALLBACK_SET = 10,
+    TS_MODEL_FALLBACK_RESET = 11
+};
+
+/** What these callbacks get as `update`. What stands below of the callbacks of match tables holds for them
+ * too. */
+typedef struct ts_model_profile_update {
+    u32 kind;          /**< one of the above */
+    pd_grp_hdl group;  /**< 0 where none is concerned */
+    pd_mbr_hdl member; /**< likewise */
+    u32 action; /**< of the member, as its data: behind the change, or what it was; 0 without a member */
+    const u8 *data;
+    u32 data_bytes;
+} ts_model_profile_update;
+
+/*
+ * pipe_mgr_hitless_ha_restore_virtual_dev_state takes a session as its first word, which the callback gets,
+ * and a device id as its second; it does not look at the other three. It calls back on its own thread with no
+ * lock held: for the members of all profiles by handle, then for the groups by handle, with action 0, then
+ * for the memberships in the order of their addition, with the member's action. The resource word is 0.
+ *
+ * So a group gets back the action of the member in it that was added last. Where its recorded action is that
+ * of a member that has left, one that is still there and has this action is told of once more at the end.
+ * Without such a member, and so in an empty group, the recorded action is lost. Member states and fallbacks
+ * are the driver's own and outlast a restart.
+ */
+
+/** Drops all that the member-selection store has of a device, which is what a restarted process has lost. */
+pd_status ts_model_forget_selection(u32 device_id);
+
 /* ---- Software copy and hardware copy ---- */
 
 /*
@@ -197,17 +293,210 @@ typedef struct ts_model_update {
 /* ---- Placement data ---- */
 
 /**
- * What `first` of pipe_mgr_plcmt_mat_data_get points at in this model; `second` is 0. The operation writes
- * the placement data of the entry's software copy to `data`, which stays readable after the entry's deletion.
+ * What `first` of pipe_mgr_plcmt_mat_data_get, pipe_mgr_plcmt_adt_data_get and pipe_mgr_plcmt_sel_data_get
+ * points at in this model; `second` is 0. The operation writes the placement data of the software copy to
+ * `data`, which stays readable after the deletion of the entry, member or group. Data of another kind than an
+ * operation decodes is refused with TS_MODEL_BAD_ARGUMENT.
  */
 typedef struct ts_model_plcmt_request {
     u32 device_id;
-    pd_entry_hdl entry; /**< may be TS_MODEL_DEFAULT_ENTRY */
+    pd_entry_hdl entry; /**< may be TS_MODEL_DEFAULT_ENTRY; in a profile, the member or group */
     void *data;         /**< the caller frees it with ts_model_free_plcmt_data */
 } ts_model_plcmt_request;
 
+/**
+ * Writes the members of the group that placement data tells of, in their order, `room` of them at most.
+ * Returns how many there are; 0 for null and for data that tells of no group.
+ */
+u32 ts_model_plcmt_group(const void *plcmt_data, pd_mbr_hdl *members, u32 room);
+
 /** Frees placement data; null is allowed. */
 void ts_model_free_plcmt_data(void *data);
+
+/* ---- Resources ---- */
+
+enum {
+    TS_MODEL_PIPES = 4,            /**< of a device; PIPE_ALL_PIPES stands for all of them */
+    TS_MODEL_REGISTER_CELLS = 4096 /**< of each indexed register */
+};
+
+/*
+ * Cells that nobody has written are 0. Indexed counters, meters and discard tables take any index, a discard
+ * table any handle. What belongs to an entry goes with it; the default entry has cells like any other, and
+ * keeps its counts and its register when it is reset. Asking for a counter, meter, register or ageing that a
+ * table does not have gives TS_MODEL_UNKNOWN_OBJECT.
+ *
+ * pipe_mgr_mat_ent_set_resource takes the resource of the table, for which it tells listeners of a modified
+ * entry unless the tag says to keep it, and the register of the entry: a resource whose handle is that of
+ * the match table itself, with the tag to attach. So each entry of each match table has a register.
+ *
+ * Meters keep what was set. Reading a direct meter needs one that is attached.
+ */
+
+/* ---- Counters ---- */
+
+/**
+ * Counts a hit of an entry, or of the default entry, as the chip would: in the direct cell of the entry, in
+ * the cell of an indexed counter that is attached to it, and for its ageing. `packets` is added to the first
+ * count, `bytes` to the second one, both of the hardware copy; reading shows the software copy, which a sync
+ * brings up to date. Writing a cell writes both copies.
+ */
+pd_status ts_model_count(u32 device_id, u32 table, pd_entry_hdl entry, u64 packets, u64 bytes);
+
+/** ts_model_lookup, then ts_model_count for what the key hit, on a miss for the default entry; armed
+ * snapshots capture the key. */
+pd_status ts_model_counted_lookup(u32 device_id, u32 table, const u8 *key, u32 key_bytes, u32 partition_index,
+                                  u64 packets, u64 bytes, ts_model_hit *hit);
+
+/**
+ * Says who calls the callbacks of table-wide syncs, of counters and registers alike: the thread of the
+ * operation, before it returns and behind its trace line (0, as after a reset), or a thread of the model's
+ * own (1). The copies are in step before either. No lock is held, so a callback may make driver calls.
+ * Turning the thread off, and ts_model_reset, wait until it has told what is waiting, so a callback must do
+ * neither.
+ */
+void ts_model_set_sync_thread(int on);
+
+/** Waits until all syncs have been told. Not for callbacks. */
+void ts_model_wait_for_syncs(void);
+
+/* ---- Meters and discard tables ---- */
+
+/** Reads what pipe_mgr_wred_ent_set has set in a cell, which no driver operation reads. */
+pd_status ts_model_get_wred(u32 device_id, u32 wred, u32 index, u32 words[4]);
+
+/* ---- Registers ---- */
+
+/**
+ * Alters a cell in the hardware copy only. `table` is an indexed register and `cell` an index, or `table` a
+ * match table and `cell` an entry; `value` has at most 16 bytes, the rest is 0. Reading shows the software
+ * copy unless asked for the hardware's; a sync brings the former up to date, and writing a cell writes both.
+ *
+ * A register has one value per pipe; a target with one pipe reads, writes and syncs that pipe only. An
+ * indexed register keeps the first byte of a value, that of an entry all 16. Reading a range stops at the
+ * last cell, resetting one beyond it is refused.
+ */
+pd_status ts_model_set_hardware_register(u32 device_id, u32 table, u32 cell, u32 pipe_id, const u8 *value,
+                                         u32 bytes);
+
+/* ---- Idle time ---- */
+
+/**
+ * Lets `ticks` pass on a device. In tables whose ageing is on, an entry with a time to live other than 0
+ * becomes idle when as many ticks have passed since it was added, hit or given its time to live anew; these
+ * make an idle entry active again. The callback of the table, the last one registered, is then called once
+ * for each, on this thread and with no lock held, by ascending handles of table and entry. The ageing
+ * parameters are kept and not looked at. The time to live of an entry reads as it was set, whatever is left
+ * of it.
+ *
+ * The hit state of an entry is 1 while it is active and 0 when it is idle. The two words of
+ * pipe_mgr_idle_time_update_hit_state are an entry and its new hit state: 1 is a hit without packets, and 0
+ * makes it idle without a callback.
+ */
+pd_status ts_model_advance_clock(u32 device_id, u32 ticks);
+
+/* ---- Digests ---- */
+
+/**
+ * What the callback registered for a digest gets as `message`. It lives until it is handed back with
+ * pipe_mgr_flow_lrn_notify_ack by the session that it went to, its address being the message word; anything
+ * else is refused with TS_MODEL_UNKNOWN_OBJECT. ts_model_reset and the removal of the device free it, too.
+ */
+typedef struct ts_model_digest_message {
+    u32 device_id;
+    u32 digest;
+    u32 count;         /**< of entries, at least 1 */
+    u32 entry_bytes;   /**< of one entry */
+    const u8 *entries; /**< one behind the other, as they were given to ts_model_digest */
+} ts_model_digest_message;
+
+/**
+ * Sends one message of `count` packed entries, their fields big-endian, to whoever has registered for the
+ * digest. The callback runs on this thread with no lock held, so it may make driver calls, and its status
+ * comes back. Without one: TS_MODEL_UNKNOWN_OBJECT. The learning timeout is kept, but nothing waits for it.
+ *
+ * A digest has one callback per device: registering again replaces the session's own, and another session is
+ * refused with TS_MODEL_ALREADY_EXISTS until the first one has deregistered.
+ */
+pd_status ts_model_digest(u32 device_id, u32 digest, const u8 *entries, u32 count);
+
+/** How many messages of a digest are not acknowledged yet. */
+u32 ts_model_pending_digests(u32 device_id, u32 digest);
+
+/** What pipe_mgr_flow_lrn_set_timeout has set, 0 to begin with. */
+u32 ts_model_learning_timeout(u32 device_id);
+
+/* ---- Parser value sets ---- */
+
+/*
+ * Entries have handles from 1 upwards in each set, never used twice. In one scope, no two entries have the
+ * same mask and the same key under it: TS_MODEL_ALREADY_EXISTS. Walks are those of match tables, within one
+ * scope. Counting does not look at its flag. A property is kept per number and argument, and reading one that
+ * was never set gives TS_MODEL_UNKNOWN_OBJECT.
+ */
+
+/* ---- Dynamic hash calculations ---- */
+
+/**
+ * The algorithms, by their handles. A calculation starts with its own, and takes either; its input is its own
+ * and no other.
+ *
+ * A hash is the CRC of the stream as it comes; attributes of input fields are kept, but have no part in it.
+ * It is written big-endian and right-aligned: in front of a longer output stand zeros, and a shorter one gets
+ * the low bytes.
+ */
+enum {
+    TS_MODEL_CRC_16 = 0x23000000, /**< polynomial 0x8005, reflected, starts with 0 */
+    TS_MODEL_CRC_32 = 0x23000001  /**< polynomial 0x04c11db7, reflected, starts with all ones, inverted */
+};
+
+/** What pipe_mgr_hash_calc_seed_get writes: the two words of pipe_mgr_hash_calc_seed_set, 0 to begin with. */
+typedef struct ts_model_hash_seed {
+    pd_word first;  /**< the CRC's start value, as many low bits as it has, not reflected; 0: the usual one */
+    pd_word second; /**< kept, but of no effect */
+} ts_model_hash_seed;
+
+/* ---- Snapshots ---- */
+
+enum {
+    TS_MODEL_STAGES = 20, /**< of each pipe and direction, from 0 */
+    TS_MODEL_INGRESS = 0,
+    TS_MODEL_EGRESS = 1
+};
+
+/**
+ * A snapshot as the model holds it; the pointers live until its trigger is set again or it is deleted.
+ *
+ * The six words of bf_snapshot_create are the first five members in their order, and the address of a u32
+ * that receives the handle, whose bit 1 is the direction. Setting the trigger arms the snapshot and drops
+ * what it has captured. While it is armed, each ts_model_counted_lookup in any table of the device captures
+ * its key, whatever the trigger is: the key's image goes to the start of the next stage's record, until the
+ * last stage has one.
+ *
+ * bf_snapshot_capture_get does not look at `second` and `control`. Its count is `captured`.
+ * bf_snapshot_capture_phv_fields_dict_size tells sizes even when it fails: those of a single stage for an
+ * unknown snapshot.
+ */
+typedef struct ts_model_snapshot {
+    u32 device_id;
+    u32 pipe;        /**< kept as given */
+    u32 first_stage; /**< the stages that it looks at, at most TS_MODEL_STAGES - 1 */
+    u32 last_stage;  /**< included, not below the first */
+    u32 direction;
+    u32 captured;   /**< stages, up to the last one that captured something */
+    const u8 *spec; /**< the trigger, null like its mask before it is set */
+    const u8 *mask;
+    u32 stage_bytes; /**< of the two records, and of each stage of a capture */
+} ts_model_snapshot;
+
+/** Reads a snapshot. TS_MODEL_UNKNOWN_OBJECT when there is none. */
+pd_status ts_model_get_snapshot(u32 snapshot, ts_model_snapshot *out);
+
+/**
+ * Captures `count` bytes in one stage of an armed snapshot; the rest of the stage's record is 0.
+ * TS_MODEL_UNKNOWN_OBJECT for a snapshot that is not armed.
+ */
+pd_status ts_model_capture(u32 snapshot, u32 stage, const u8 *bytes, u32 count);
 
 /* ---- What the driver does of its own accord ---- */
 
@@ -225,8 +514,8 @@ char *ts_model_log_state(u32 device_id);
 
 /**
  * Parses `json` and hands it to the client's restore callback, whose status comes back. TS_MODEL_BAD_ARGUMENT
- * for text that is no JSON, TS_MODEL_UNKNOWN_OBJECT without a client. The library trusts the document: text that
- * is JSON but no document of ts_model_log_state's form ends the process.
+ * for text that is no JSON, TS_MODEL_UNKNOWN_OBJECT without a client. The library trusts the document: text
+ * that is JSON but no document of ts_model_log_state's form ends the process.
  */
 pd_status ts_model_restore_state(u32 device_id, const char *json);
 

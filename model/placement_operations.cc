@@ -1,32 +1,10 @@
-// The driver operations on placement data: the software's copy of one entry, handed out as a blob.
+// The driver operations on the placement data of match tables, and what frees placement data of any kind.
 #include "answer.h"
 #include "pipe_mgr_match.h"
+#include "placement.h"
 #include "table_operation.h"
 
 using namespace model;
-
-namespace {
-
-struct Placement {
-    const ProgramTable &table;
-    pd_entry_hdl entry;
-    EntryCopy contents;
-};
-
-// Null unless the words have the model's own meaning.
-ts_model_plcmt_request *request_of(pd_word first, pd_word second)
-{
-    return second == 0 ? reinterpret_cast<ts_model_plcmt_request *>(first) : nullptr;
-}
-
-std::string request_text(const ts_model_plcmt_request *request)
-{
-    if (request == nullptr)
-        return "null";
-    return "{dev=" + decimal(request->device_id) + " entry=" + decimal(request->entry) + "}";
-}
-
-} // namespace
 
 extern "C" {
 
@@ -37,21 +15,17 @@ pd_status pipe_mgr_plcmt_mat_data_get(pd_word first, pd_word second, u32 table)
         const auto contents = found.software(request->entry);
         if (!contents)
             return unknown_object;
-        request->data = new Placement{found.program(), request->entry, EntryCopy{*contents}};
+        request->data = new Placement{EntryPlacement{found.program(), request->entry, EntryCopy{*contents}}};
         return ok;
     };
-    return run(
-        "pipe_mgr_plcmt_mat_data_get",
-        [&] { return request != nullptr ? with_table(request->device_id, table, get) : bad_argument; },
-        [&](Line &line) {
-            line.words("request", request_text(request)).number("second", second).table(table);
-        });
+    return run_placement("pipe_mgr_plcmt_mat_data_get", request, second, table,
+                         [&] { return with_table(request->device_id, table, get); });
 }
 
 pd_status pipe_mgr_plcmt_mat_data_get_entry(void *plcmt_data, pipe_match_spec *match, pipe_action_spec *spec,
                                             u32 *action)
 {
-    const auto *const placement = static_cast<const Placement *>(plcmt_data);
+    const auto *const placement = placement_of<EntryPlacement>(plcmt_data);
     const auto decode = [&] {
         if (placement == nullptr)
             return bad_argument;

@@ -28,6 +28,8 @@ struct ProgramTable {
     std::span<const ProgramAction> actions; // by name; the profile's for an indirect table
     u32 resource;                           // direct or indexed counter or meter, 0 for none
     bool direct_counter;                    // whether that resource is one
+    bool direct_meter;                      // likewise
+    bool idle_time;                         // its entries age
     u32 action_table;                       // of the profile of an indirect table, 0 for a direct one
     u32 selector;                           // likewise
 };
@@ -39,9 +41,35 @@ struct ProgramProfile {
     std::span<const ProgramAction> actions;
 };
 
+// A counter, meter, register or parser value set.
+struct ProgramResource {
+    u32 handle;
+    const char *name;
+};
+
+struct ProgramDigest {
+    u32 handle;
+    const char *name;
+    u16 entry_bytes;
+};
+
+struct ProgramHash {
+    u32 handle;
+    const char *name;
+    u32 input;
+    u32 algorithm;
+};
+
 struct Program {
     std::span<const ProgramTable> tables;     // by handle
     std::span<const ProgramProfile> profiles; // in the order of the library's state words
+    std::span<const ProgramResource> counters;
+    std::span<const ProgramResource> meters;
+    std::span<const ProgramResource> registers;
+    std::span<const ProgramResource> value_sets;
+    std::span<const ProgramDigest> digests;
+    std::span<const ProgramHash> hashes;
+    u32 snapshot_bytes; // of one stage
 };
 
 extern const Program program;

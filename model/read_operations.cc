@@ -1,22 +1,11 @@
-// The driver operations that read match entries and walk over them, and the control functions that make the
-// hardware's copy of an entry differ.
+// The driver operations that read match entries, those that count and walk over entries, members and groups,
+// and the control functions that make the hardware's copy of an entry differ.
 #include "answer.h"
 #include "pipe_mgr_match.h"
+#include "profile_operation.h"
 #include "table_operation.h"
 
 using namespace model;
-
-namespace {
-
-std::string handles_text(const pd_entry_hdl *handles, u32 count)
-{
-    std::string text;
-    for (u32 at = 0; at < count; ++at)
-        append(text, " ", decimal(handles[at]));
-    return "[" + text + "]";
-}
-
-} // namespace
 
 extern "C" {
 
@@ -51,28 +40,28 @@ pd_status pipe_mgr_get_entry(pd_sess_hdl sess, u32 table, pd_dev_target target, 
 
 pd_status pipe_mgr_get_entry_count(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 from_hw, u32 *count)
 {
-    const auto tell = [&](Table &found) {
+    const auto tell = [&](const auto &found) {
         if (count == nullptr)
             return bad_argument;
         *count = found.count();
         return ok;
     };
     return run(
-        "pipe_mgr_get_entry_count", [&] { return with_table(target.device_id, table, tell); },
+        "pipe_mgr_get_entry_count", [&] { return with_any_table(target.device_id, table, tell); },
         [&](Line &line) { line.number("sess", sess).target(target).table(table).number("from_hw", from_hw); },
         [&](Line &line) { line.number("count", *count); });
 }
 
 pd_status pipe_mgr_get_first_entry_handle(pd_sess_hdl sess, u32 table, pd_dev_target target, u32 *first)
 {
-    const auto tell = [&](Table &found) {
+    const auto tell = [&](const auto &found) {
         if (first == nullptr)
             return bad_argument;
         *first = found.next(0);
         return ok;
     };
     return run(
-        "pipe_mgr_get_first_entry_handle", [&] { return with_table(target.device_id, table, tell); },
+        "pipe_mgr_get_first_entry_handle", [&] { return with_any_table(target.device_id, table, tell); },
         [&](Line &line) { line.number("sess", sess).table(table).target(target); },
         [&](Line &line) { line.number("first", *first); });
 }
@@ -80,23 +69,23 @@ pd_status pipe_mgr_get_first_entry_handle(pd_sess_hdl sess, u32 table, pd_dev_ta
 pd_status pipe_mgr_get_next_entry_handles(pd_sess_hdl sess, u32 table, pd_dev_target target, u32 after,
                                           u32 count, u32 *next)
 {
-    const auto tell = [&](Table &found) {
+    const auto tell = [&](const auto &found) {
         if (next == nullptr)
             return bad_argument;
-        pd_entry_hdl entry = found.next(after);
+        u32 handle = found.next(after);
         for (u32 at = 0; at < count; ++at) {
-            next[at] = entry;
-            entry = entry != 0 ? found.next(entry) : 0;
+            next[at] = handle;
+            handle = handle != 0 ? found.next(handle) : 0;
         }
         return ok;
     };
     return run(
-        "pipe_mgr_get_next_entry_handles", [&] { return with_table(target.device_id, table, tell); },
+        "pipe_mgr_get_next_entry_handles", [&] { return with_any_table(target.device_id, table, tell); },
         [&](Line &line) {
             line.number("sess", sess).table(table).target(target);
             line.number("after", after).number("count", count);
         },
-        [&](Line &line) { line.words("next", handles_text(next, count)); });
+        [&](Line &line) { line.words("next", list_text(next, count)); });
 }
 
 // ---- Control --------------------------------------------------------------------------------------------

@@ -6,9 +6,8 @@
 #include <atomic>
 #include <memory>
 
-#include "device.h"
-#include "operation.h"
 #include "pd_ms.h"
+#include "profile_operation.h"
 
 using namespace model;
 
@@ -25,22 +24,6 @@ pd_status with_state(pd_word state, u32 device_id, Use use)
         return unknown_object;
     const std::lock_guard lock{device->mutex};
     return use(device->selections[state]);
-}
-
-void member_action(Line &line, u32 action)
-{
-    const ProgramAction *known = find_member_action(action);
-    line.action(action, known != nullptr ? known->name : nullptr);
-}
-
-std::string list_text(const pd_mbr_hdl *members, u32 count)
-{
-    if (members == nullptr)
-        return "null";
-    std::string text;
-    for (u32 at = 0; at < count; ++at)
-        append(text, " ", decimal(members[at]));
-    return "[" + text + "]";
 }
 
 std::string document_text(const cJSON *document)

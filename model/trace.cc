@@ -66,19 +66,31 @@ Line &Line::target(pd_dev_target target)
     return number("dev", target.device_id).hex("pipe", target.pipe_id);
 }
 
-Line &Line::table(u32 handle)
+namespace {
+
+// The tables of a profile's members and groups go by the profile's name. Null for an unknown table.
+const char *table_name(u32 handle)
 {
-    hex("table", handle);
     if (const ProgramTable *table = find_table(handle))
-        text_ += std::string{" "} + table->name;
-    return *this;
+        return table->name;
+    if (const ProgramProfile *of_members = find_profile_by_members(handle))
+        return of_members->name;
+    const ProgramProfile *of_groups = find_profile_by_groups(handle);
+    return of_groups != nullptr ? of_groups->name : nullptr;
 }
 
-Line &Line::action(u32 handle, const char *action_name)
+} // namespace
+
+Line &Line::table(u32 handle)
 {
-    hex("action", handle);
-    if (action_name != nullptr)
-        text_ += std::string{" "} + action_name;
+    return object("table", handle, table_name(handle));
+}
+
+Line &Line::object(const char *name, u32 handle, const char *object_name)
+{
+    hex(name, handle);
+    if (object_name != nullptr)
+        text_ += std::string{" "} + object_name;
     return *this;
 }
 
@@ -105,6 +117,16 @@ void append(std::string &list, const char *separator, std::string_view element)
     if (!list.empty())
         list += separator;
     list += element;
+}
+
+std::string list_text(const u32 *numbers, u32 count)
+{
+    if (numbers == nullptr)
+        return "null";
+    std::string text;
+    for (u32 at = 0; at < count; ++at)
+        append(text, " ", decimal(numbers[at]));
+    return "[" + text + "]";
 }
 
 std::string image(const u8 *bytes, u32 count)

@@ -36,7 +36,9 @@ public:
     Line &words(const char *name, std::string_view value);
     Line &target(pd_dev_target target);
     Line &table(u32 handle);
-    Line &action(u32 handle, const char *action_name); // null for an action without a known name
+    // Null for an object without a known name.
+    Line &object(const char *name, u32 handle, const char *object_name);
+    Line &action(u32 handle, const char *action_name) { return object("action", handle, action_name); }
     void status(pd_status status);
 
     const std::string &text() const { return text_; }
@@ -53,6 +55,9 @@ std::string hexadecimal(u64 value);
 
 // Adds one element to a list.
 void append(std::string &list, const char *separator, std::string_view element);
+
+// "[1 2]", "null" for a null pointer.
+std::string list_text(const u32 *numbers, u32 count);
 
 // Lower-case hex digits, "-" for no bytes, "null" for a null pointer.
 std::string image(const u8 *bytes, u32 count);

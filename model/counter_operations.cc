@@ -1,0 +1,247 @@
+// The driver operations on counters, and the control functions that count.
+#include "pipe_mgr_stat.h"
+
+#include <algorithm>
+
+#include "resource_operation.h"
+#include "syncs.h"
+
+using namespace model;
+
+namespace {
+
+template <typename Use>
+pd_status with_counter(u32 device_id, u32 counter, Use use)
+{
+    return with_indexed(device_id, &Device::counters, program.counters, counter, use);
+}
+
+// Runs `use` on the direct cells of a match table under the device's lock.
+template <typename Use>
+pd_status with_direct_counter(u32 device_id, u32 table, Use use)
+{
+    return with_table(device_id, table, [&](Table &found) {
+        return found.program().direct_counter ? use(found.counts) : unknown_object;
+    });
+}
+
+// Likewise when the table has this entry.
+template <typename Use>
+pd_status with_direct_cell(u32 device_id, u32 table, pd_entry_hdl entry, Use use)
+{
+    return with_table(device_id, table, [&](Table &found) {
+        return found.program().direct_counter && found.has(entry) ? use(found.counts) : unknown_object;
+    });
+}
+
+pd_status read_cells(const CounterCells &cells, const u32 *indices, u32 count, pipe_stat_data *const *data)
+{
+    if (count != 0 && (indices == nullptr || data == nullptr))
+        return bad_argument;
+    if (std::any_of(data, data + count, [](const pipe_stat_data *cell) { return cell == nullptr; }))
+        return bad_argument;
+    for (u32 at = 0; at < count; ++at)
+        *data[at] = cells.read(indices[at]);
+    return ok;
+}
+
+void counter_of(Line &line, pd_sess_hdl sess, pd_dev_target target, u32 counter)
+{
+    resource_of(line.number("sess", sess).target(target), "counter", program.counters, counter);
+}
+
+void direct_cell(Line &line, pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry)
+{
+    line.number("sess", sess).number("dev", device_id).table(table).number("entry", entry);
+}
+
+// "first:second"
+std::string counts_text(const pipe_stat_data *counts)
+{
+    return counts != nullptr ? decimal(counts->first_count) + ":" + decimal(counts->second_count) : "null";
+}
+
+std::string indices_text(const u32 *indices, u32 count)
+{
+    if (indices == nullptr)
+        return "null";
+    std::string text;
+    for (u32 at = 0; at < count; ++at)
+        append(text, " ", decimal(indices[at]));
+    return "[" + text + "]";
+}
+
+std::string cells_text(const pipe_stat_data *const *data, u32 count)
+{
+    std::string text;
+    for (u32 at = 0; at < count; ++at)
+        append(text, " ", counts_text(data[at]));
+    return "[" + text + "]";
+}
+
+void count_hit(Device &device, Table &table, pd_entry_hdl entry, u64 packets, u64 bytes)
+{
+    if (table.program().direct_counter)
+        table.counts.count(entry, packets, bytes);
+    const pipe_res_spec *resource = table.software(entry)->resource;
+    if (resource != nullptr && resource->res_tag == PIPE_RES_ATTACH &&
+        is_indexed(program.counters, resource->res_handle))
+        device.counters[resource->res_handle].count(resource->res_index, packets, bytes);
+    table.restart_ttl(entry);
+}
+
+} // namespace
+
+extern "C" {
+
+// ---- Indexed counters -----------------------------------------------------------------------------------
+
+pd_status pipe_mgr_stat_ent_database_sync(pd_sess_hdl sess, pd_dev_target target, u32 counter, u32 index)
+{
+    const auto sync = [&](CounterCells &cells) {
+        cells.sync(index);
+        return ok;
+    };
+    return run(
+        "pipe_mgr_stat_ent_database_sync", [&] { return with_counter(target.device_id, counter, sync); },
+        [&](Line &line) {
+            counter_of(line, sess, target, counter);
+            line.number("index", index);
+        });
+}
+
+pd_status pipe_mgr_stat_ent_query(pd_sess_hdl sess, pd_dev_target target, u32 counter, u32 *indices,
+                                  u32 count, pipe_stat_data **data)
+{
+    const auto read = [&](const CounterCells &cells) { return read_cells(cells, indices, count, data); };
+    return run(
+        "pipe_mgr_stat_ent_query", [&] { return with_counter(target.device_id, counter, read); },
+        [&](Line &line) {
+            counter_of(line, sess, target, counter);
+            line.words("indices", indices_text(indices, count));
+        },
+        [&](Line &line) { line.words("counts", cells_text(data, count)); });
+}
+
+pd_status pipe_mgr_stat_ent_set(pd_sess_hdl sess, pd_dev_target target, u32 counter, u32 index,
+                                pipe_stat_data *data)
+{
+    const auto set = [&](CounterCells &cells) {
+        if (data == nullptr)
+            return bad_argument;
+        cells.write(index, *data);
+        return ok;
+    };
+    return run(
+        "pipe_mgr_stat_ent_set", [&] { return with_counter(target.device_id, counter, set); },
+        [&](Line &line) {
+            counter_of(line, sess, target, counter);
+            line.number("index", index).words("counts", counts_text(data));
+        });
+}
+
+pd_status pipe_mgr_stat_database_sync(pd_sess_hdl sess, pd_dev_target target, u32 counter,
+                                      pipe_stat_sync_cb callback, pd_word cookie)
+{
+    const auto sync = [](CounterCells &cells) {
+        cells.sync_all();
+        return ok;
+    };
+    return run_sync(
+        "pipe_mgr_stat_database_sync", {callback, target.device_id, cookie},
+        [&] { return with_counter(target.device_id, counter, sync); },
+        [&](Line &line) { counter_of(line, sess, target, counter); });
+}
+
+// ---- Direct counters ------------------------------------------------------------------------------------
+
+pd_status pipe_mgr_direct_stat_ent_database_sync(pd_sess_hdl sess, pd_dev_target target, u32 table,
+                                                 pd_entry_hdl entry)
+{
+    const auto sync = [&](CounterCells &cells) {
+        cells.sync(entry);
+        return ok;
+    };
+    return run(
+        "pipe_mgr_direct_stat_ent_database_sync",
+        [&] { return with_direct_cell(target.device_id, table, entry, sync); },
+        [&](Line &line) { line.number("sess", sess).target(target).table(table).number("entry", entry); });
+}
+
+pd_status pipe_mgr_mat_ent_direct_stat_query(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry,
+                                             pipe_stat_data *data)
+{
+    const auto read = [&](const CounterCells &cells) {
+        if (data == nullptr)
+            return bad_argument;
+        *data = cells.read(entry);
+        return ok;
+    };
+    return run(
+        "pipe_mgr_mat_ent_direct_stat_query", [&] { return with_direct_cell(device_id, table, entry, read); },
+        [&](Line &line) { direct_cell(line, sess, device_id, table, entry); },
+        [&](Line &line) { line.words("counts", counts_text(data)); });
+}
+
+pd_status pipe_mgr_mat_ent_direct_stat_set(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry,
+                                           pipe_stat_data *data)
+{
+    const auto set = [&](CounterCells &cells) {
+        if (data == nullptr)
+            return bad_argument;
+        cells.write(entry, *data);
+        return ok;
+    };
+    return run(
+        "pipe_mgr_mat_ent_direct_stat_set", [&] { return with_direct_cell(device_id, table, entry, set); },
+        [&](Line &line) {
+            direct_cell(line, sess, device_id, table, entry);
+            line.words("counts", counts_text(data));
+        });
+}
+
+pd_status pipe_mgr_direct_stat_database_sync(pd_sess_hdl sess, pd_dev_target target, u32 table,
+                                             pipe_stat_sync_cb callback, pd_word cookie)
+{
+    const auto sync = [](CounterCells &cells) {
+        cells.sync_all();
+        return ok;
+    };
+    return run_sync(
+        "pipe_mgr_direct_stat_database_sync", {callback, target.device_id, cookie},
+        [&] { return with_direct_counter(target.device_id, table, sync); },
+        [&](Line &line) { line.number("sess", sess).target(target).table(table); });
+}
+
+// ---- Control --------------------------------------------------------------------------------------------
+
+pd_status ts_model_count(u32 device_id, u32 table, pd_entry_hdl entry, u64 packets, u64 bytes)
+{
+    return with_device(device_id, [&](Device &device) {
+        const ProgramTable *known = find_table(table);
+        if (known == nullptr || !device.table(*known).has(entry))
+            return unknown_object;
+        count_hit(device, device.table(*known), entry, packets, bytes);
+        return ok;
+    });
+}
+
+pd_status ts_model_counted_lookup(u32 device_id, u32 table, const u8 *key, u32 key_bytes, u32 partition_index,
+                                  u64 packets, u64 bytes, ts_model_hit *hit)
+{
+    return with_device(device_id, [&](Device &device) {
+        const ProgramTable *known = find_table(table);
+        if (known == nullptr)
+            return unknown_object;
+        if (key == nullptr || hit == nullptr || key_bytes != known->key_bytes)
+            return bad_argument;
+        Table &found = device.table(*known);
+        *hit = found.look_up(key, partition_index);
+        count_hit(device, found, hit->hit != 0 ? hit->entry : pd_entry_hdl{TS_MODEL_DEFAULT_ENTRY}, packets,
+                  bytes);
+        device.snapshots.capture_key({key, key_bytes});
+        return ok;
+    });
+}
+
+} // extern "C"

@@ -1,0 +1,279 @@
+// The driver operations on registers, and the control function that makes the hardware's copy differ.
+#include "pipe_stful.h"
+
+#include <algorithm>
+
+#include "resource_operation.h"
+#include "syncs.h"
+
+using namespace model;
+
+namespace {
+
+// Runs `use` on the cells of an indexed register under the device's lock, if the device has the pipes.
+template <typename Use>
+pd_status with_register(pd_dev_target target, u32 table, Use use)
+{
+    if (pipes_of(target.pipe_id).count == 0)
+        return unknown_object;
+    return with_indexed(target.device_id, &Device::registers, program.registers, table, use);
+}
+
+constexpr bool has_cells(u32 start, u32 count)
+{
+    return start <= TS_MODEL_REGISTER_CELLS && count <= TS_MODEL_REGISTER_CELLS - start;
+}
+
+// An indexed register is a flag: the first byte of a value, whatever the others may be.
+pipe_stful_value flag_of(const pipe_stful_value *value)
+{
+    return value != nullptr ? pipe_stful_value{{value->bytes[0]}} : pipe_stful_value{};
+}
+
+bool has_room(const pipe_stful_query *query, Pipes pipes)
+{
+    return query != nullptr && query->elements != nullptr && query->count >= pipes.count;
+}
+
+// The query has room.
+void answer(const RegisterCells &cells, u32 cell, Pipes pipes, bool from_hw, pipe_stful_query &query)
+{
+    cells.read(cell, pipes, from_hw, query.elements);
+    query.count = pipes.count;
+}
+
+void write_range(RegisterCells &cells, u32 start, u32 count, Pipes pipes, const pipe_stful_value &value)
+{
+    for (u32 at = 0; at < count; ++at)
+        cells.write(start + at, pipes, value);
+}
+
+pd_status read_range(const RegisterCells &cells, u32 start, u32 count, Pipes pipes, bool from_hw,
+                     pipe_stful_query *queries, u32 &indices_read)
+{
+    const u32 there =
+        std::min(count, TS_MODEL_REGISTER_CELLS - std::min<u32>(start, TS_MODEL_REGISTER_CELLS));
+    if (there != 0 && queries == nullptr)
+        return bad_argument;
+    if (!std::all_of(queries, queries + there, [&](const auto &query) { return has_room(&query, pipes); }))
+        return bad_argument;
+    for (u32 at = 0; at < there; ++at)
+        answer(cells, start + at, pipes, from_hw, queries[at]);
+    indices_read = there;
+    return ok;
+}
+
+Line &register_of(Line &line, u32 table)
+{
+    return resource_of(line, "register", program.registers, table);
+}
+
+Line &register_of(Line &line, pd_sess_hdl sess, pd_dev_target target, u32 table)
+{
+    return register_of(line.number("sess", sess).target(target), table);
+}
+
+// The first `bytes` bytes of each value.
+std::string values_text(const pipe_stful_query &query, u32 bytes)
+{
+    std::string text;
+    for (u32 at = 0; at < query.count; ++at)
+        append(text, " ", image(query.elements[at].bytes, bytes));
+    return "[" + text + "]";
+}
+
+std::string flag_text(const pipe_stful_value *value)
+{
+    return value != nullptr ? image(value->bytes, 1) : "null";
+}
+
+} // namespace
+
+extern "C" {
+
+// ---- Indexed registers ----------------------------------------------------------------------------------
+
+pd_status pipe_stful_query_get_sizes(pd_sess_hdl sess, u32 device_id, u32 table, u32 *count)
+{
+    const auto tell = [&](const RegisterCells &) {
+        if (count == nullptr)
+            return bad_argument;
+        *count = TS_MODEL_PIPES;
+        return ok;
+    };
+    return run(
+        "pipe_stful_query_get_sizes",
+        [&] {
+            return with_register({device_id, PIPE_ALL_PIPES}, table, tell);
+        },
+        [&](Line &line) { register_of(line.number("sess", sess).number("dev", device_id), table); },
+        [&](Line &line) { line.number("count", *count); });
+}
+
+pd_status pipe_stful_ent_query(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 index,
+                               pipe_stful_query *query, u32 from_hw)
+{
+    const auto read = [&](const RegisterCells &cells) {
+        const Pipes pipes = pipes_of(target.pipe_id);
+        if (!has_cells(index, 1))
+            return unknown_object;
+        if (!has_room(query, pipes))
+            return bad_argument;
+        answer(cells, index, pipes, from_hw != 0, *query);
+        return ok;
+    };
+    return run(
+        "pipe_stful_ent_query", [&] { return with_register(target, table, read); },
+        [&](Line &line) {
+            register_of(line, sess, target, table).number("index", index).number("from_hw", from_hw);
+        },
+        [&](Line &line) { line.words("values", values_text(*query, 1)); });
+}
+
+pd_status pipe_stful_ent_query_range(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 start, u32 count,
+                                     pipe_stful_query *queries, u32 *indices_read, u32 from_hw)
+{
+    const auto read = [&](const RegisterCells &cells) {
+        if (indices_read == nullptr)
+            return bad_argument;
+        return read_range(cells, start, count, pipes_of(target.pipe_id), from_hw != 0, queries,
+                          *indices_read);
+    };
+    return run(
+        "pipe_stful_ent_query_range", [&] { return with_register(target, table, read); },
+        [&](Line &line) {
+            register_of(line, sess, target, table).number("start", start).number("count", count);
+            line.number("from_hw", from_hw);
+        },
+        [&](Line &line) {
+            std::string text;
+            for (u32 at = 0; at < *indices_read; ++at)
+                append(text, " ", values_text(queries[at], 1));
+            line.number("indices_read", *indices_read).words("values", "[" + text + "]");
+        });
+}
+
+pd_status pipe_stful_ent_set(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 index,
+                             pipe_stful_value *value, u32 flags)
+{
+    const auto set = [&](RegisterCells &cells) {
+        if (value == nullptr)
+            return bad_argument;
+        if (!has_cells(index, 1))
+            return unknown_object;
+        cells.write(index, pipes_of(target.pipe_id), flag_of(value));
+        return ok;
+    };
+    return run(
+        "pipe_stful_ent_set", [&] { return with_register(target, table, set); },
+        [&](Line &line) {
+            register_of(line, sess, target, table).number("index", index);
+            line.words("value", flag_text(value)).number("flags", flags);
+        });
+}
+
+pd_status pipe_stful_table_reset(pd_sess_hdl sess, pd_dev_target target, u32 table, pipe_stful_value *value)
+{
+    const auto reset = [&](RegisterCells &cells) {
+        write_range(cells, 0, TS_MODEL_REGISTER_CELLS, pipes_of(target.pipe_id), flag_of(value));
+        return ok;
+    };
+    return run(
+        "pipe_stful_table_reset", [&] { return with_register(target, table, reset); },
+        [&](Line &line) { register_of(line, sess, target, table).words("value", flag_text(value)); });
+}
+
+pd_status pipe_stful_table_reset_range(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 start,
+                                       u32 count, pipe_stful_value *value)
+{
+    const auto reset = [&](RegisterCells &cells) {
+        if (!has_cells(start, count))
+            return unknown_object;
+        write_range(cells, start, count, pipes_of(target.pipe_id), flag_of(value));
+        return ok;
+    };
+    return run(
+        "pipe_stful_table_reset_range", [&] { return with_register(target, table, reset); },
+        [&](Line &line) {
+            register_of(line, sess, target, table).number("start", start).number("count", count);
+            line.words("value", flag_text(value));
+        });
+}
+
+pd_status pipe_stful_database_sync(pd_sess_hdl sess, pd_dev_target target, u32 table,
+                                   pipe_stful_sync_cb callback, pd_word cookie)
+{
+    const auto sync = [&](RegisterCells &cells) {
+        cells.sync_all(pipes_of(target.pipe_id));
+        return ok;
+    };
+    return run_sync(
+        "pipe_stful_database_sync", {callback, target.device_id, cookie},
+        [&] { return with_register(target, table, sync); },
+        [&](Line &line) { register_of(line, sess, target, table); });
+}
+
+// ---- Registers of match entries, which pipe_mgr_mat_ent_set_resource writes -----------------------------
+
+pd_status pipe_stful_direct_database_sync(pd_sess_hdl sess, pd_dev_target target, u32 table,
+                                          pipe_stful_sync_cb callback, pd_word cookie)
+{
+    const Pipes pipes = pipes_of(target.pipe_id);
+    const auto sync = [&](Table &found) {
+        if (pipes.count == 0)
+            return unknown_object;
+        found.registers.sync_all(pipes);
+        return ok;
+    };
+    return run_sync(
+        "pipe_stful_direct_database_sync", {callback, target.device_id, cookie},
+        [&] { return with_table(target.device_id, table, sync); },
+        [&](Line &line) { line.number("sess", sess).target(target).table(table); });
+}
+
+pd_status pipe_stful_direct_ent_query(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry,
+                                      pipe_stful_query *query, u32 from_hw)
+{
+    const auto read = [&](const Table &found) {
+        if (!found.has(entry))
+            return unknown_object;
+        if (!has_room(query, all_pipes))
+            return bad_argument;
+        answer(found.registers, entry, all_pipes, from_hw != 0, *query);
+        return ok;
+    };
+    return run(
+        "pipe_stful_direct_ent_query", [&] { return with_table(device_id, table, read); },
+        [&](Line &line) {
+            line.number("sess", sess).number("dev", device_id).table(table).number("entry", entry);
+            line.number("from_hw", from_hw);
+        },
+        [&](Line &line) { line.words("values", values_text(*query, sizeof(pipe_stful_value))); });
+}
+
+// ---- Control --------------------------------------------------------------------------------------------
+
+pd_status ts_model_set_hardware_register(u32 device_id, u32 table, u32 cell, u32 pipe_id, const u8 *value,
+                                         u32 bytes)
+{
+    const Pipes pipes = pipes_of(pipe_id);
+    pipe_stful_value written{};
+    if (value == nullptr || bytes > sizeof written.bytes)
+        return bad_argument;
+    std::copy_n(value, bytes, written.bytes);
+    if (find_table(table) != nullptr)
+        return with_table(device_id, table, [&](Table &found) {
+            if (!found.has(cell) || pipes.count == 0)
+                return unknown_object;
+            found.registers.write_hardware(cell, pipes, written);
+            return ok;
+        });
+    return with_register({device_id, pipe_id}, table, [&](RegisterCells &cells) {
+        if (!has_cells(cell, 1))
+            return unknown_object;
+        cells.write_hardware(cell, pipes, flag_of(&written));
+        return ok;
+    });
+}
+
+} // extern "C"

@@ -1,0 +1,29 @@
+// What the operations on indexed counters, meters and registers have in common.
+#pragma once
+
+#include "device.h"
+#include "operation.h"
+
+namespace model {
+
+// Runs `use` on the cells of an indexed resource under the device's lock; `made` are those of its kind that
+// the device has.
+template <typename Cells, typename Use>
+pd_status with_indexed(u32 device_id, std::map<u32, Cells> Device::*made,
+                       std::span<const ProgramResource> resources, u32 handle, Use use)
+{
+    return with_device(device_id, [&](Device &device) {
+        const auto found = (device.*made).find(handle);
+        if (found != (device.*made).end())
+            return use(found->second);
+        return is_indexed(resources, handle) ? use((device.*made)[handle]) : unknown_object;
+    });
+}
+
+inline Line &resource_of(Line &line, const char *kind, std::span<const ProgramResource> resources, u32 handle)
+{
+    const ProgramResource *resource = find_object(resources, handle);
+    return line.object(kind, handle, resource != nullptr ? resource->name : nullptr);
+}
+
+} // namespace model

@@ -1,0 +1,54 @@
+// Tells callers that a table-wide sync is done: at once, or from a thread of the model's own.
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+
+#include "operation.h"
+
+namespace model {
+
+struct Sync {
+    void (*callback)(u32 device_id, pd_word cookie); // may be null
+    u32 device_id;
+    pd_word cookie;
+};
+
+class Syncs {
+public:
+    ~Syncs();
+
+    // Turning the thread off waits until it has told what is waiting.
+    void set_thread(bool on);
+    void tell(const Sync &sync);
+    void wait();
+
+private:
+    void work(const std::stop_token &stop);
+
+    std::mutex switching_; // held while the thread starts or ends
+    std::mutex mutex_;     // guards all that follows
+    std::condition_variable_any changed_;
+    std::deque<Sync> waiting_;
+    bool telling_ = false;
+    std::jthread worker_;
+};
+
+Syncs &syncs();
+
+// Runs an operation that syncs a whole table. Its end is told behind the trace line, outside of every lock.
+template <typename Execute, typename Arguments>
+pd_status run_sync(const char *operation, const Sync &sync, Execute execute, Arguments arguments)
+{
+    const pd_status status = run(operation, execute, [&](Line &line) {
+        arguments(line);
+        line.words("callback", sync.callback != nullptr ? "set" : "null").hex("cookie", sync.cookie);
+    });
+    if (status == 0)
+        syncs().tell(sync);
+    return status;
+}
+
+} // namespace model

@@ -1,0 +1,216 @@
+// The driver operations on parser value sets.
+#include "pipe_mgr_pvs.h"
+
+#include "device.h"
+#include "operation.h"
+
+using namespace model;
+
+namespace {
+
+// Runs `use` on the value set of a device under the device's lock.
+template <typename Use>
+pd_status with_set(u32 device_id, u32 set, Use use)
+{
+    return with_device(device_id, [&](Device &device) {
+        return find_object(program.value_sets, set) != nullptr ? use(device.value_sets[set]) : unknown_object;
+    });
+}
+
+Line &set_of(Line &line, pd_sess_hdl sess, u32 device_id, u32 set)
+{
+    const ProgramResource *known = find_object(program.value_sets, set);
+    line.number("sess", sess).number("dev", device_id);
+    return line.object("set", set, known != nullptr ? known->name : nullptr);
+}
+
+Line &scope_of(Line &line, const ValueSetScope &scope)
+{
+    return line.number("scope_a", scope.a).number("scope_b", scope.b).number("scope_c", scope.c);
+}
+
+Line &key_of(Line &line, u32 key, u32 mask)
+{
+    return line.hex("key", key).hex("mask", mask);
+}
+
+template <typename Value>
+void tell(Value *out, Value value)
+{
+    if (out != nullptr)
+        *out = value;
+}
+
+} // namespace
+
+extern "C" {
+
+// ---- Properties -----------------------------------------------------------------------------------------
+
+pd_status pipe_mgr_pvs_set_property(pd_sess_hdl sess, u32 device_id, u32 set, u32 property,
+                                    pipe_pvs_property_value value, pipe_pvs_property_args args)
+{
+    const auto write = [&](ValueSet &found) {
+        found.properties[{property, args.argument}] = value.value;
+        return ok;
+    };
+    return run(
+        "pipe_mgr_pvs_set_property", [&] { return with_set(device_id, set, write); },
+        [&](Line &line) {
+            set_of(line, sess, device_id, set).number("property", property);
+            line.number("value", value.value).number("argument", args.argument);
+        });
+}
+
+pd_status pipe_mgr_pvs_get_property(pd_sess_hdl sess, u32 device_id, u32 set, u32 property, u32 *value,
+                                    pipe_pvs_property_args args)
+{
+    const auto read = [&](const ValueSet &found) {
+        if (value == nullptr)
+            return bad_argument;
+        const auto known = found.properties.find({property, args.argument});
+        if (known == found.properties.end())
+            return unknown_object;
+        *value = known->second;
+        return ok;
+    };
+    return run(
+        "pipe_mgr_pvs_get_property", [&] { return with_set(device_id, set, read); },
+        [&](Line &line) {
+            set_of(line, sess, device_id, set).number("property", property).number("argument", args.argument);
+        },
+        [&](Line &line) { line.number("value", *value); });
+}
+
+// ---- Entries --------------------------------------------------------------------------------------------
+
+pd_status pipe_mgr_pvs_entry_add(pd_sess_hdl sess, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
+                                 u8 scope_c, u32 key, u32 key_mask, u32 *entry)
+{
+    const ValueSetScope scope{scope_a, scope_b, scope_c};
+    const auto add = [&](ValueSet &found) {
+        return entry != nullptr ? found.add(scope, {key, key_mask}, *entry) : bad_argument;
+    };
+    return run(
+        "pipe_mgr_pvs_entry_add", [&] { return with_set(device_id, set, add); },
+        [&](Line &line) { key_of(scope_of(set_of(line, sess, device_id, set), scope), key, key_mask); },
+        [&](Line &line) { line.number("entry", *entry); });
+}
+
+pd_status pipe_mgr_pvs_entry_modify(pd_sess_hdl sess, u32 device_id, u32 set, u32 entry, u32 key,
+                                    u32 key_mask)
+{
+    const auto modify = [&](ValueSet &found) { return found.modify(entry, {key, key_mask}); };
+    return run(
+        "pipe_mgr_pvs_entry_modify", [&] { return with_set(device_id, set, modify); },
+        [&](Line &line) {
+            key_of(set_of(line, sess, device_id, set).number("entry", entry), key, key_mask);
+        });
+}
+
+pd_status pipe_mgr_pvs_entry_delete(pd_sess_hdl sess, u32 device_id, u32 set, u32 entry)
+{
+    const auto remove = [&](ValueSet &found) { return found.remove(entry); };
+    return run(
+        "pipe_mgr_pvs_entry_delete", [&] { return with_set(device_id, set, remove); },
+        [&](Line &line) { set_of(line, sess, device_id, set).number("entry", entry); });
+}
+
+pd_status pipe_mgr_pvs_entry_get(pd_sess_hdl sess, u32 device_id, u32 set, u32 entry, u32 *key, u32 *key_mask,
+                                 u32 *scope_a, u32 *scope_b, u8 *scope_c)
+{
+    const auto read = [&](const ValueSet &found) {
+        const ValueSet::Entry *known = found.get(entry);
+        if (known == nullptr)
+            return unknown_object;
+        if (key == nullptr || key_mask == nullptr)
+            return bad_argument;
+        *key = known->key.value;
+        *key_mask = known->key.mask;
+        tell(scope_a, known->scope.a);
+        tell(scope_b, known->scope.b);
+        tell(scope_c, known->scope.c);
+        return ok;
+    };
+    return run(
+        "pipe_mgr_pvs_entry_get", [&] { return with_set(device_id, set, read); },
+        [&](Line &line) { set_of(line, sess, device_id, set).number("entry", entry); },
+        [&](Line &line) { key_of(line, *key, *key_mask); });
+}
+
+pd_status pipe_mgr_pvs_entry_handle_get(pd_sess_hdl sess, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
+                                        u8 scope_c, u32 key, u32 key_mask, u32 *entry)
+{
+    const ValueSetScope scope{scope_a, scope_b, scope_c};
+    const auto find = [&](const ValueSet &found) {
+        if (entry == nullptr)
+            return bad_argument;
+        const u32 known = found.find(scope, {key, key_mask});
+        if (known == 0)
+            return unknown_object;
+        *entry = known;
+        return ok;
+    };
+    return run(
+        "pipe_mgr_pvs_entry_handle_get", [&] { return with_set(device_id, set, find); },
+        [&](Line &line) { key_of(scope_of(set_of(line, sess, device_id, set), scope), key, key_mask); },
+        [&](Line &line) { line.number("entry", *entry); });
+}
+
+// ---- Walks ----------------------------------------------------------------------------------------------
+
+pd_status pipe_mgr_pvs_entry_get_first(pd_sess_hdl sess, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
+                                       u8 scope_c, u32 *first)
+{
+    const ValueSetScope scope{scope_a, scope_b, scope_c};
+    const auto read = [&](const ValueSet &found) {
+        if (first == nullptr)
+            return bad_argument;
+        *first = found.next(scope, 0);
+        return ok;
+    };
+    return run(
+        "pipe_mgr_pvs_entry_get_first", [&] { return with_set(device_id, set, read); },
+        [&](Line &line) { scope_of(set_of(line, sess, device_id, set), scope); },
+        [&](Line &line) { line.number("first", *first); });
+}
+
+pd_status pipe_mgr_pvs_entry_get_next(pd_sess_hdl sess, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
+                                      u8 scope_c, u32 after, u32 count, u32 *next)
+{
+    const ValueSetScope scope{scope_a, scope_b, scope_c};
+    const auto read = [&](const ValueSet &found) {
+        if (next == nullptr)
+            return bad_argument;
+        u32 entry = found.next(scope, after);
+        for (u32 at = 0; at < count; ++at) {
+            next[at] = entry;
+            entry = entry != 0 ? found.next(scope, entry) : 0;
+        }
+        return ok;
+    };
+    return run(
+        "pipe_mgr_pvs_entry_get_next", [&] { return with_set(device_id, set, read); },
+        [&](Line &line) {
+            scope_of(set_of(line, sess, device_id, set), scope).number("after", after).number("count", count);
+        },
+        [&](Line &line) { line.words("next", list_text(next, count)); });
+}
+
+pd_status pipe_mgr_pvs_entry_get_count(pd_sess_hdl sess, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
+                                       u8 scope_c, u8 flag, u32 *count)
+{
+    const ValueSetScope scope{scope_a, scope_b, scope_c};
+    const auto read = [&](const ValueSet &found) {
+        if (count == nullptr)
+            return bad_argument;
+        *count = found.count(scope);
+        return ok;
+    };
+    return run(
+        "pipe_mgr_pvs_entry_get_count", [&] { return with_set(device_id, set, read); },
+        [&](Line &line) { scope_of(set_of(line, sess, device_id, set), scope).number("flag", flag); },
+        [&](Line &line) { line.number("count", *count); });
+}
+
+} // extern "C"
