@@ -6,6 +6,7 @@
 
 #include "commands.h"
 #include "json.h"
+#include "profiles.h"
 #include "tables.h"
 
 namespace shell {
@@ -41,11 +42,11 @@ void describe_key(std::ostream &out, const pd::Table &table)
             << (field.partition_index ? ", the partition index" : "") << '\n';
 }
 
-void describe_actions(std::ostream &out, const pd::Table &table)
+void describe_actions(std::ostream &out, std::span<const pd::Binding> actions)
 {
-    const int name = column(table.actions, [](const pd::Binding &binding) { return binding.action->name; });
+    const int name = column(actions, [](const pd::Binding &binding) { return binding.action->name; });
     out << "actions:\n";
-    for (const pd::Binding &binding : table.actions) {
+    for (const pd::Binding &binding : actions) {
         std::string line = "  " + std::string{binding.action->name};
         line.resize(static_cast<std::size_t>(name) + 2, ' ');
         for (const pd::Parameter &parameter : binding.action->parameters)
@@ -75,6 +76,8 @@ void append_summary(Json &to, const pd::Table &table)
 {
     to.key("table").text(table.name).key("brief").text(table.brief).key("handle").number(table.handle);
     to.key("key_kind").text(key_kind_name(table)).key("entries").number(entry_count(table));
+    if (table.profile)
+        to.key("profile").text(table.profile);
 }
 
 void append_key(Json &to, const pd::Table &table)
@@ -87,10 +90,10 @@ void append_key(Json &to, const pd::Table &table)
     to.close_array();
 }
 
-void append_actions(Json &to, const pd::Table &table)
+void append_actions(Json &to, std::span<const pd::Binding> actions)
 {
     to.open_array();
-    for (const pd::Binding &binding : table.actions) {
+    for (const pd::Binding &binding : actions) {
         to.open_object().key("action").text(binding.action->name).key("handle").number(binding.handle);
         to.key("entry").flag(binding.entry).key("default").flag(binding.default_action);
         to.key("parameters").open_array();
@@ -136,9 +139,7 @@ std::string description_json(const pd::Table &table)
     append_summary(json, table);
     json.key("priority").flag(pd::has_priority(table)).key("key");
     append_key(json, table);
-    if (table.profile)
-        json.key("profile").text(table.profile);
-    append_actions(json.key("actions"), table);
+    append_actions(json.key("actions"), table.actions);
     append_resources(json, table);
     json.close_object();
     return line;
@@ -152,10 +153,42 @@ void describe(std::ostream &out, const pd::Table &table)
     if (!table.key.empty())
         describe_key(out, table);
     if (table.profile)
-        out << "entries name members or groups of the action profile " << table.profile << '\n';
+        out << "entries point at members or groups of the action profile " << table.profile << '\n';
     else
-        describe_actions(out, table);
+        describe_actions(out, table.actions);
     describe_resources(out, table);
+}
+
+void describe(std::ostream &out, const reflection::ProfileFunctions &functions)
+{
+    const pd::Profile &profile = *functions.row;
+    out << profile.name << ": action profile of " << table_of(functions).row->name << "\naction data "
+        << hex(profile.action_table) << ", selector " << hex(profile.selector)
+        << ", members: " << count_members(functions) << ", groups: " << count_groups(functions) << '\n';
+    describe_actions(out, profile.actions);
+}
+
+std::string description_json(const reflection::ProfileFunctions &functions)
+{
+    const pd::Profile &profile = *functions.row;
+    std::string line;
+    Json json{line};
+    json.open_object().key("profile").text(profile.name).key("table").text(table_of(functions).row->name);
+    json.key("action_data").number(profile.action_table).key("selector").number(profile.selector);
+    json.key("members").number(count_members(functions)).key("groups").number(count_groups(functions));
+    append_actions(json.key("actions"), profile.actions);
+    json.close_object();
+    return line;
+}
+
+// `object`: a table or an action profile.
+template <typename Object>
+void print_description(Session &session, const Object &object)
+{
+    if (session.json())
+        session.print(description_json(object));
+    else
+        describe(session.out(), object);
 }
 
 } // namespace
@@ -174,18 +207,20 @@ void run_tables(Session &session, Words &words)
         else
             session.out() << std::left << std::setw(name) << table.name << std::setw(8)
                           << key_kind_name(table) << std::right << std::setw(8) << entry_count(table) << "  "
-                          << table.brief << '\n';
+                          << table.brief << (table.profile ? std::string{" ("} + table.profile + ')' : "")
+                          << '\n';
     }
 }
 
 void run_describe(Session &session, Words &words)
 {
+    if (const reflection::ProfileFunctions *profile = take_profile_if_named(words)) {
+        words.expect_end();
+        return print_description(session, *profile);
+    }
     const pd::Table &table = *take_table(words).row;
     words.expect_end();
-    if (session.json())
-        session.print(description_json(table));
-    else
-        describe(session.out(), table);
+    print_description(session, table);
 }
 
 } // namespace shell

@@ -88,6 +88,7 @@ constexpr std::string_view add_text =
   ttl=N gives a time to live, for tables that take one (0 without it).
   meter=CR,CB,PR,PB,TYPE is required for a table with a direct meter: committed rate and burst, peak
   rate and burst, and the type: aware or unaware of the colour that a packet brings along.
+  In a table of an action profile, 'member M' or 'group G' stands behind the colon, by handle or name.
   'help find' tells how a KEY is written. The handle is printed with --verbose and interactively.
 )";
 
@@ -97,7 +98,34 @@ constexpr std::string_view modify_text =
 )";
 
 constexpr std::string_view lookup_text =
-    "  Every field takes a plain value, as a packet has it: no masks, no prefixes, no priority.\n";
+    R"(  Every field takes a plain value, as a packet has it: no masks, no prefixes, no priority.
+  Where the entry points at a group, hash=A,B gives the two words by which it picks a member (0,0 without).
+)";
+
+constexpr std::string_view member_text =
+    R"(  add PROFILE [NAME] : ACTION PARAMETERS     adds a member
+  modify PROFILE MEMBER : ACTION PARAMETERS  gives it other parameters; a member keeps its action
+  delete PROFILE MEMBER                      deletes it, unless an entry, a group or the fallback needs it
+  show PROFILE [MEMBER]                      prints it, or all; --hw reads from the hardware
+  MEMBER is a handle, or a NAME that add gave: a letter, then letters, digits and any of _-./
+  'describe PROFILE' tells the actions. Names last as long as the session.
+)";
+
+constexpr std::string_view group_text =
+    R"(  create PROFILE [NAME] [size=N]                 makes an empty group for up to N members (256 without)
+  delete PROFILE GROUP                           deletes it, unless an entry points at it; its members stay
+  add PROFILE GROUP MEMBER...                    lets all these members join, or none
+  remove PROFILE GROUP MEMBER...                 takes all these members out, or none
+  state PROFILE GROUP MEMBER active|inactive     only active members are picked; a member joins active
+  fallback PROFILE MEMBER|none                   the member for packets that find no active member
+  show PROFILE [GROUP]                           prints it, or all and the fallback
+  GROUP and MEMBER are handles, or names that create and 'member add' gave.
+)";
+
+constexpr std::string_view restart_text =
+    R"(  Logs what the library has of members and groups, forgets it, lets the driver rebuild it as after a restart,
+  and compares: tells that it is the same, or the first difference with both values.
+)";
 
 constexpr std::string_view read_text =
     R"(  --json prints a JSON object for each entry, --hw reads from the hardware instead of the driver's memory.
@@ -108,37 +136,45 @@ constexpr std::string_view default_text =
 )";
 
 constexpr std::string_view save_text =
-    R"(  Writes default and add commands for all tables, or for those that are named, to FILE, which appears when
-  it is whole. Meters and times to live cannot be read back; the file says what it has in their place.
+    R"(  Writes the commands that bring all tables, or those that are named, to their state, to FILE, which appears
+  when it is whole. A table of an action profile brings its members and groups along. Meters and times to
+  live cannot be read back; the file says what it has in their place.
 )";
 
 constexpr Command all_commands[] = {
     {"tables", "[TEXT]", "the tables whose name contains TEXT, with key kind and number of entries", "",
      json_option, run_tables},
-    {"describe", "TABLE", "the key fields, actions with parameters and resources of a table", "", json_option,
-     run_describe},
+    {"describe", "TABLE|PROFILE", "the key, actions and resources of a table, the actions of a profile", "",
+     json_option, run_describe},
     {"add",
-     "TABLE KEY : ACTION PARAMETERS [priority=N] [ttl=N] [meter=CR,CB,PR,PB,TYPE]",
+     "TABLE KEY : ACTION PARAMETERS|member M|group G [priority=N] [ttl=N] [meter=CR,CB,PR,PB,TYPE]",
      "adds an entry",
      add_text,
      {},
      run_add},
     {"modify",
-     "TABLE HANDLE|KEY : ACTION PARAMETERS [priority=N] [meter=CR,CB,PR,PB,TYPE]",
-     "gives an entry another action",
+     "TABLE HANDLE|KEY : ACTION PARAMETERS|member M|group G [priority=N] [meter=CR,CB,PR,PB,TYPE]",
+     "gives an entry another action, member or group",
      modify_text,
      {},
      run_modify},
     {"delete", "TABLE HANDLE|KEY [priority=N]", "deletes an entry", "", {}, run_delete},
     {"find", "TABLE KEY [priority=N]", "prints the handle of the entry with this key", key_text, json_option,
      run_find},
-    {"lookup", "TABLE KEY", "tells which entry a packet with this key would hit, and why", lookup_text,
-     json_option, run_lookup},
-    {"show", "TABLE", "prints all entries of a table, read back", read_text, read_options, run_show},
+    {"lookup", "TABLE KEY [hash=A,B]", "tells which entry a packet with this key would hit, and why",
+     lookup_text, json_option, run_lookup},
+    {"show", "TABLE|PROFILE", "prints all entries of a table, or all that a profile holds", read_text,
+     read_options, run_show},
     {"entry", "TABLE HANDLE", "prints one entry, read back", read_text, read_options, run_entry},
-    {"default", "TABLE [: ACTION PARAMETERS [meter=CR,CB,PR,PB,TYPE]]",
+    {"default", "TABLE [: ACTION PARAMETERS [meter=CR,CB,PR,PB,TYPE] | : member M | : group G]",
      "prints the default entry of a table, or sets it", default_text, read_options, run_default},
     {"reset", "TABLE", "gives a table the default entry of the switch program again", "", {}, run_reset},
+    {"member", "add|modify|delete|show PROFILE ...", "the members of an action profile", member_text,
+     read_options, run_member},
+    {"group", "create|delete|add|remove|state|fallback|show PROFILE ...", "the groups of an action profile",
+     group_text, json_option, run_group},
+    {"restart", "", "loses and rebuilds the member-selection state, and compares", restart_text, json_option,
+     run_restart},
     {"count", "[TABLE]", "the number of entries of a table, or of all that have any", "", json_option,
      run_count},
     {"property", "TABLE NUMBER [VALUE [SECOND_VALUE]]",

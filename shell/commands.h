@@ -45,6 +45,15 @@ void run_entry(Session &session, Words &words);
 void run_default(Session &session, Words &words);
 void run_reset(Session &session, Words &words);
 
+// members.cc
+void run_member(Session &session, Words &words);
+
+// groups.cc
+void run_group(Session &session, Words &words);
+
+// restart.cc
+void run_restart(Session &session, Words &words);
+
 // properties.cc
 void run_property(Session &session, Words &words);
 

@@ -20,6 +20,8 @@ const char *meaning(pd_status status)
         return "already exists";
     case TS_MODEL_NO_SPACE:
         return "no space";
+    case TS_MODEL_IN_USE:
+        return "still in use";
     default:
         return "unknown reason";
     }
@@ -27,12 +29,11 @@ const char *meaning(pd_status status)
 
 } // namespace
 
-void expect_success(pd_status status)
+void expect_success(pd_status status, std::string_view where)
 {
     if (status != TS_MODEL_OK)
-        throw BadLine{{},
-                      std::string{"the driver refused: "} + meaning(status) + " (status " +
-                          std::to_string(status) + ")"};
+        throw BadLine{where, std::string{"the driver refused: "} + meaning(status) + " (status " +
+                                 std::to_string(status) + ")"};
 }
 
 } // namespace shell

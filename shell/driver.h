@@ -1,6 +1,9 @@
 // What the shell's commands work on: the driver session and device, and the statuses that come back.
 #pragma once
 
+#include <array>
+#include <string_view>
+
 #include "pd_types.h"
 #include "pipe_mgr_records.h"
 
@@ -9,7 +12,27 @@ namespace shell {
 inline constexpr pd_sess_hdl driver_session = 0;
 inline constexpr pd_dev_target device{0, PIPE_ALL_PIPES};
 
-// BadLine with the reason when the driver refused.
-void expect_success(pd_status status);
+// BadLine with the reason when the driver refused; at `where`, or for the whole line.
+void expect_success(pd_status status, std::string_view where = {});
+
+// Visits all handles of a walk. `first(to)` and `next(after, count, to)` read them; 0 is the end.
+template <typename First, typename Next, typename Visit>
+void walk_handles(First first, Next next, Visit visit)
+{
+    std::array<u32, 256> handles{};
+    expect_success(first(handles.data()));
+    std::size_t count = 1;
+    for (;;) {
+        for (std::size_t i = 0; i < count; ++i) {
+            if (handles[i] == 0)
+                return;
+            visit(handles[i]);
+        }
+        const u32 last = handles[count - 1];
+        count = handles.size();
+        handles.fill(0);
+        expect_success(next(last, static_cast<u32>(count), handles.data()));
+    }
+}
 
 } // namespace shell

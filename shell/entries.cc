@@ -1,9 +1,9 @@
 // The commands that write and find entries: add, modify, delete, find, count.
 #include <algorithm>
 
-#include "action_part.h"
 #include "commands.h"
 #include "driver.h"
+#include "entry_body.h"
 #include "json.h"
 
 namespace shell {
@@ -41,23 +41,6 @@ Record take_last_key(Words &words, const pd::Table &table, Options &options)
     return key;
 }
 
-void modify_by_handle(Words &words, const TableFunctions &table, Options &options)
-{
-    const pd_entry_hdl entry = parse_u32(words.take(), ~u32{0}, "entry handle");
-    const ActionPart action = take_action_part(words, table, ActionOf::entry, options);
-    expect_success(action.functions->modify(driver_session, device.device_id, entry,
-                                            arguments(nullptr, &action, options)));
-}
-
-void modify_by_key(Words &words, const TableFunctions &table, Options &options)
-{
-    const Record key = take_key(words, *table.row, options);
-    const ActionPart action = take_action_part(words, table, ActionOf::entry, options);
-    expect_priority(options, words, *table.row);
-    expect_success(
-        action.functions->modify_by_match_spec(driver_session, device, arguments(&key, &action, options)));
-}
-
 void print_entry(Session &session, const TableFunctions &table, pd_entry_hdl entry)
 {
     std::string line;
@@ -91,35 +74,34 @@ void print_count(Session &session, const pd::Table *table, u64 entries)
 
 void run_add(Session &session, Words &words)
 {
-    const std::string_view name = words.peek();
     const TableFunctions &table = take_keyed_table(words);
-    expect_direct(*table.row, name);
     Options options;
     options.takes_ttl = table.row->ttl_on_add;
     options.takes_meter = table.row->direct_meter != 0;
     const Record key = take_key(words, *table.row, options);
-    const ActionPart action = take_action_part(words, table, ActionOf::entry, options);
+    const EntryBody body{session, words, table, ActionOf::entry, options};
     expect_priority(options, words, *table.row);
     if (options.takes_meter && !options.meter)
         throw BadLine{words.rest(),
                       std::string{table.row->name} + " has a direct meter: give meter=CR,CB,PR,PB,TYPE"};
-    pd_entry_hdl entry = 0;
-    expect_success(action.functions->add(driver_session, device, arguments(&key, &action, options), &entry));
+    const pd_entry_hdl entry = body.add(key, options);
     if (session.verbose())
         print_entry(session, table, entry);
 }
 
-void run_modify(Session &, Words &words)
+void run_modify(Session &session, Words &words)
 {
-    const std::string_view name = words.peek();
     const TableFunctions &table = take_keyed_table(words);
-    expect_direct(*table.row, name);
     Options options;
     options.takes_meter = table.row->direct_meter != 0;
-    if (is_handle(words.peek()))
-        modify_by_handle(words, table, options);
-    else
-        modify_by_key(words, table, options);
+    if (is_handle(words.peek())) {
+        const pd_entry_hdl entry = parse_u32(words.take(), ~u32{0}, "entry handle");
+        return EntryBody{session, words, table, ActionOf::entry, options}.modify(entry, options);
+    }
+    const Record key = take_key(words, *table.row, options);
+    const EntryBody body{session, words, table, ActionOf::entry, options};
+    expect_priority(options, words, *table.row);
+    body.modify(key, options);
 }
 
 void run_delete(Session &, Words &words)
@@ -133,8 +115,7 @@ void run_delete(Session &, Words &words)
     }
     Options options;
     const Record key = take_last_key(words, *table.row, options);
-    expect_success(
-        table.table_delete_by_match_spec(driver_session, device, arguments(&key, nullptr, options)));
+    expect_success(table.table_delete_by_match_spec(driver_session, device, key_arguments(key, options)));
 }
 
 void run_find(Session &session, Words &words)
@@ -144,7 +125,7 @@ void run_find(Session &session, Words &words)
     const Record key = take_last_key(words, *table.row, options);
     pd_entry_hdl entry = 0;
     expect_success(
-        table.match_spec_to_entry_hdl(driver_session, device, arguments(&key, nullptr, options), &entry));
+        table.match_spec_to_entry_hdl(driver_session, device, key_arguments(key, options), &entry));
     print_entry(session, table, entry);
 }
 

@@ -1,17 +1,22 @@
 #include "entry_reader.h"
 
-#include <algorithm>
-
 #include "driver.h"
+#include "profiles.h"
 
 namespace shell {
 
-EntryReader::EntryReader(const reflection::TableFunctions &table, bool from_hardware)
-    : functions_(table), from_hardware_(from_hardware), key_fields_(shown_fields(*table.row)),
-      key_(table.row->record_size / sizeof(u64) + 1)
+namespace {
+
+// What the library answers for a default entry that points at nothing.
+constexpr pd_status points_at_nothing = 15;
+
+} // namespace
+
+EntryReader::EntryReader(const reflection::TableFunctions &table, bool from_hardware,
+                         const ProfileNames *names)
+    : functions_(table), from_hardware_(from_hardware), names_(names), key_fields_(shown_fields(*table.row)),
+      key_(table.row->record_size / sizeof(u64) + 1), action_(table.row->actions)
 {
-    for (const pd::Binding &binding : table.row->actions)
-        parameter_fields_.push_back(shown_fields(*binding.action));
 }
 
 void EntryReader::read(pd_entry_hdl entry)
@@ -20,44 +25,47 @@ void EntryReader::read(pd_entry_hdl entry)
     results.key = key_.data();
     results.priority = &priority_;
     results.is_default = &is_default_;
-    results.action = &action_.parameters;
-    results.action_number = &action_.action_number;
-    expect_success(functions_.get_entry(driver_session, device.device_id, entry, from_hardware_, results));
+    results.action = &action_.out().parameters;
+    results.action_number = &action_.out().action_number;
+    reference_ = {};
+    expect_success(
+        functions_.indirect
+            ? functions_.indirect->get_entry(driver_session, device.device_id, entry, from_hardware_, results,
+                                             reference_)
+            : functions_.get_entry(driver_session, device.device_id, entry, from_hardware_, results));
     handle_ = entry;
 }
 
 void EntryReader::read_default()
 {
-    expect_success(functions_.get_default_entry(driver_session, device, from_hardware_, &action_));
     is_default_ = 1;
+    if (!functions_.indirect)
+        return expect_success(
+            functions_.get_default_entry(driver_session, device, from_hardware_, &action_.out()));
+    reference_ = {};
+    const pd_status status =
+        functions_.indirect->get_default_entry(driver_session, device, from_hardware_, reference_);
+    if (status != points_at_nothing)
+        expect_success(status);
 }
 
 void EntryReader::walk(const std::function<void()> &visit)
 {
-    std::array<pd_entry_hdl, 256> handles{};
-    expect_success(functions_.get_first_entry_handle(driver_session, device, handles.data()));
-    std::size_t count = 1; // of them, a 0 among them ends the table
-    for (;;) {
-        for (std::size_t i = 0; i < count; ++i) {
-            if (handles[i] == 0)
-                return;
-            read(handles[i]);
-            visit();
-        }
-        const pd_entry_hdl last = handles[count - 1];
-        count = handles.size();
-        handles.fill(0);
-        expect_success(functions_.get_next_entry_handles(driver_session, device, last,
-                                                         static_cast<u32>(count), handles.data()));
-    }
+    walk_handles([&](u32 *to) { return functions_.get_first_entry_handle(driver_session, device, to); },
+                 [&](u32 after, u32 count, u32 *to) {
+                     return functions_.get_next_entry_handles(driver_session, device, after, count, to);
+                 },
+                 [&](pd_entry_hdl entry) {
+                     read(entry);
+                     visit();
+                 });
 }
 
-const std::vector<ShownField> &EntryReader::parameter_fields() const
+Object EntryReader::reference() const
 {
-    const auto &actions = table().actions;
-    const auto used = std::ranges::find(actions, action_.action_number,
-                                        [](const pd::Binding &binding) { return binding.action->number; });
-    return parameter_fields_[static_cast<std::size_t>(used - actions.begin())];
+    if (reference_.has_group)
+        return {Kind::group, reference_.group};
+    return {Kind::member, reference_.has_member ? reference_.member : 0};
 }
 
 void EntryReader::append_json(std::string &to) const
@@ -70,15 +78,19 @@ void EntryReader::append_json(std::string &to) const
         if (pd::has_priority(table()))
             json.key("priority").number(priority_);
     }
-    json.key("action").text(action().name).key("parameters");
-    shell::append_json(json, parameter_fields(), parameters());
+    if (names_)
+        shell::append_json(json, *names_, reference());
+    else
+        action_.append_json(json);
     json.close_object();
 }
 
-void EntryReader::append_action(std::string &to) const
+void EntryReader::append_body(std::string &to) const
 {
-    to += action().name;
-    append_assignments(to, parameter_fields(), parameters());
+    if (names_)
+        to += names_->text_of(reference());
+    else
+        action_.append_text(to);
 }
 
 } // namespace shell

@@ -1,11 +1,15 @@
-// The lookup command: which entry a packet would hit, and why.
+// The lookup command: which entry a packet would hit, and why; behind a group, which member it gets.
 #include <algorithm>
+#include <optional>
 
 #include "commands.h"
 #include "driver.h"
+#include "entry_reader.h"
 #include "json.h"
+#include "member_reader.h"
 #include "model.h"
 #include "options.h"
+#include "profiles.h"
 #include "records.h"
 #include "tables.h"
 
@@ -33,13 +37,11 @@ PacketKey packet_key(const pd::Table &table, const Record &record)
     return key;
 }
 
-// The name of the entry's action; empty where entries name no action.
-std::string action_of_entry(const pd::Table &table, pd_entry_hdl handle)
+const char *action_of_entry(const pd::Table &table, pd_entry_hdl handle)
 {
     ts_model_entry entry{};
     ts_model_get_entry(device.device_id, table.handle, handle, &entry);
-    const auto binding = std::ranges::find(table.actions, entry.action, &pd::Binding::handle);
-    return binding == table.actions.end() ? "" : binding->action->name;
+    return std::ranges::find(table.actions, entry.action, &pd::Binding::handle)->action->name;
 }
 
 // The priority of an LPM entry counts the bits behind its prefix.
@@ -82,37 +84,122 @@ std::string why(const pd::Table &table, const ts_model_hit &hit)
     }
 }
 
-std::string hit_text(const pd::Table &table, const ts_model_hit &hit)
+// What a packet gets from an entry that points at a member or group.
+class Selection {
+public:
+    Selection(Session &session, const reflection::TableFunctions &table);
+
+    // Throws BadLine when the driver refuses.
+    void select(const ts_model_hit &hit, FlowHash hash);
+
+    // "group web, member nh1: setEcmpNextHop nextHop=7"
+    std::string text() const;
+    void append_json(Json &to) const;
+
+private:
+    void select_from_group(pd_grp_hdl group, FlowHash hash);
+
+    const reflection::ProfileFunctions &profile_;
+    const ProfileNames &names_;
+    EntryReader entry_;
+    MemberReader reader_;
+    pd_mbr_hdl member_ = 0; // 0 for none
+    bool fallback_ = false;
+};
+
+Selection::Selection(Session &session, const reflection::TableFunctions &table)
+    : profile_(*table.indirect->profile), names_(session.names(profile_)), entry_(table, false, &names_),
+      reader_(profile_, false)
 {
-    if (!hit.hit)
-        return "miss: the default action runs";
-    std::string text = "entry ";
-    text += std::to_string(hit.entry);
-    if (const std::string action = action_of_entry(table, hit.entry); !action.empty())
-        text += ": " + action;
-    return text + " (" + why(table, hit) + ')';
 }
 
-std::string hit_json(const pd::Table &table, const ts_model_hit &hit)
+void Selection::select(const ts_model_hit &hit, FlowHash hash)
+{
+    if (hit.hit)
+        entry_.read(hit.entry);
+    else
+        entry_.read_default();
+    const Object reference = entry_.reference();
+    if (reference.kind == Kind::group)
+        select_from_group(reference.handle, hash);
+    else
+        member_ = reference.handle;
+    if (member_ != 0)
+        reader_.read(member_);
+}
+
+void Selection::select_from_group(pd_grp_hdl group, FlowHash hash)
+{
+    u32 active = 0;
+    expect_success(profile_.get_word_llp_active_member_count(driver_session, device, group,
+                                                             reinterpret_cast<pd_word>(&active)));
+    fallback_ = active == 0;
+    if (fallback_ && fallback_of(profile_) == 0)
+        return;
+    expect_success(profile_.group_member_get_from_hash(driver_session, device.device_id, group, hash.first,
+                                                       hash.second, reinterpret_cast<pd_word>(&member_)));
+}
+
+std::string Selection::text() const
+{
+    const Object reference = entry_.reference();
+    std::string text = names_.text_of(reference);
+    if (fallback_)
+        text += ", none active";
+    if (reference.kind == Kind::group)
+        text +=
+            ", " + (member_ == 0 ? "no fallback"
+                                 : (fallback_ ? "fallback " : "") + names_.text_of({Kind::member, member_}));
+    if (member_ != 0) {
+        text += ": ";
+        reader_.action().append_text(text);
+    }
+    return text;
+}
+
+void Selection::append_json(Json &to) const
+{
+    const Object reference = entry_.reference();
+    if (reference.kind == Kind::group) {
+        shell::append_json(to, names_, reference);
+        to.key("fallback").flag(fallback_);
+    }
+    shell::append_json(to, names_, {Kind::member, member_});
+    if (member_ != 0)
+        reader_.action().append_json(to);
+}
+
+// `selection` is null for a table whose entries carry their action.
+std::string hit_text(const pd::Table &table, const ts_model_hit &hit, const Selection *selection)
+{
+    if (!hit.hit)
+        return selection ? "miss: the default entry points at " + selection->text()
+                         : "miss: the default action runs";
+    return "entry " + std::to_string(hit.entry) + ": " +
+           (selection ? selection->text() : action_of_entry(table, hit.entry)) + " (" + why(table, hit) + ')';
+}
+
+std::string hit_json(const pd::Table &table, const ts_model_hit &hit, const Selection *selection)
 {
     std::string line;
     Json json{line};
     json.open_object().key("table").text(table.name).key("hit").flag(hit.hit);
-    if (hit.hit) {
+    if (hit.hit)
         json.key("entry").number(hit.entry);
-        if (const std::string action = action_of_entry(table, hit.entry); !action.empty())
-            json.key("action").text(action);
+    if (selection)
+        selection->append_json(json);
+    else if (hit.hit)
+        json.key("action").text(action_of_entry(table, hit.entry));
+    if (hit.hit)
         json.key("candidates").number(hit.candidates).key("why").text(why(table, hit));
-    }
     json.close_object();
     return line;
 }
 
-Record take_packet(Words &words, const pd::Table &table)
+Record take_packet(Words &words, const pd::Table &table, Options &options)
 {
     Record record{table, KeyOf::packet};
-    Options none;
-    take_assignments(words, record, table.name, none);
+    take_assignments(words, record, table.name, options);
     words.expect_end();
     return record;
 }
@@ -121,12 +208,19 @@ Record take_packet(Words &words, const pd::Table &table)
 
 void run_lookup(Session &session, Words &words)
 {
-    const pd::Table &table = *take_keyed_table(words).row;
-    const PacketKey key = packet_key(table, take_packet(words, table));
+    const reflection::TableFunctions &functions = take_keyed_table(words);
+    const pd::Table &table = *functions.row;
+    Options options;
+    options.takes_hash = functions.indirect != nullptr;
+    const PacketKey key = packet_key(table, take_packet(words, table, options));
     ts_model_hit hit{};
     expect_success(ts_model_lookup(device.device_id, table.handle, key.image.data(),
                                    static_cast<u32>(key.image.size()), key.partition_index, &hit));
-    session.print(session.json() ? hit_json(table, hit) : hit_text(table, hit));
+    std::optional<Selection> selection;
+    if (functions.indirect)
+        selection.emplace(session, functions).select(hit, options.hash.value_or(FlowHash{}));
+    const auto tell = session.json() ? hit_json : hit_text;
+    session.print(tell(table, hit, selection ? &*selection : nullptr));
 }
 
 } // namespace shell

@@ -43,6 +43,16 @@ pd_meter_spec parse_meter(std::string_view text)
     return {numbers[0], numbers[1], numbers[2], numbers[3], parse_meter_type(text)};
 }
 
+FlowHash parse_hash(std::string_view text)
+{
+    const std::size_t comma = text.find(',');
+    FlowHash hash;
+    hash.first = parse_u32(text.substr(0, comma), ~u32{0}, "hash");
+    if (comma != std::string_view::npos)
+        hash.second = parse_u32(text.substr(comma + 1), ~u32{0}, "second word of the hash");
+    return hash;
+}
+
 // False when there is no such option.
 bool assign_option(Options &options, std::string_view name, std::string_view value)
 {
@@ -56,6 +66,9 @@ bool assign_option(Options &options, std::string_view name, std::string_view val
     } else if (name == "meter") {
         expect_taken(options.takes_meter, name, "in add and modify, for a table with a direct meter");
         set_once(options.meter, parse_meter(value), name);
+    } else if (name == "hash") {
+        expect_taken(options.takes_hash, name, "in lookup, for a table of an action profile");
+        set_once(options.hash, parse_hash(value), name);
     } else {
         return false;
     }

@@ -10,15 +10,23 @@
 
 namespace shell {
 
+// The two words by which a group picks a member for a packet.
+struct FlowHash {
+    u32 first = 0;
+    u32 second = 0;
+};
+
 // The words of a command that name neither field nor parameter; none is taken unless told so.
 struct Options {
     bool takes_priority = false;
     bool takes_ttl = false;
     bool takes_meter = false;
+    bool takes_hash = false;
 
     std::optional<u32> priority;
     std::optional<u32> ttl;
     std::optional<pd_meter_spec> meter;
+    std::optional<FlowHash> hash;
 };
 
 // Takes words up to a colon or the end, and sees that no field of `record` is missing. A name is a field's

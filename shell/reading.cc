@@ -1,39 +1,28 @@
 // The commands that read entries: show, entry.
 #include <algorithm>
 
+#include "columns.h"
 #include "commands.h"
 #include "driver.h"
 #include "entry_reader.h"
+#include "profiles.h"
+#include "show_profile.h"
 #include "tables.h"
 
 namespace shell {
 
 namespace {
 
-const reflection::TableFunctions &take_readable_table(Words &words)
-{
-    const std::string_view name = words.peek();
-    const reflection::TableFunctions &table = take_keyed_table(words);
-    expect_direct(*table.row, name);
-    return table;
-}
-
-// A line of text in columns. How wide a column is depends on the table alone, so that the first line can be
-// printed before the last entry is read.
-class Columns {
+// The entries of a table as lines. How wide a column is depends on the table alone.
+class EntryLines {
 public:
-    explicit Columns(const EntryReader &reader);
+    explicit EntryLines(const EntryReader &reader);
 
     std::string_view heading();
-    std::string_view row();
+    std::string_view line();
 
 private:
-    enum class Aligned { left, right };
-    static constexpr std::size_t digits = 10; // of a 32-bit number
-
-    void begin() { line_.clear(); }
-    void cell(std::string_view text, std::size_t width, Aligned aligned);
-    std::string_view end();
+    using Aligned = Columns::Aligned;
 
     static std::size_t key_width(const ShownField &field);
     static Aligned key_aligned(const ShownField &field);
@@ -41,72 +30,60 @@ private:
     const EntryReader &reader_;
     std::size_t action_width_ = sizeof "action" - 1;
     std::string cell_;
-    std::string line_;
+    Columns columns_;
 };
 
-Columns::Columns(const EntryReader &reader) : reader_(reader)
+EntryLines::EntryLines(const EntryReader &reader) : reader_(reader)
 {
     for (const pd::Binding &binding : reader.table().actions)
         if (binding.entry)
             action_width_ = std::max(action_width_, std::string_view{binding.action->name}.size());
 }
 
-std::string_view Columns::heading()
+std::string_view EntryLines::heading()
 {
-    begin();
-    cell("entry", digits, Aligned::right);
+    columns_.begin();
+    columns_.cell("entry", Columns::digits, Aligned::right);
     for (const ShownField &field : reader_.key_fields())
-        cell(field.name, key_width(field), key_aligned(field));
+        columns_.cell(field.name, key_width(field), key_aligned(field));
     if (pd::has_priority(reader_.table()))
-        cell("priority", digits, Aligned::right);
-    cell("action", action_width_, Aligned::left);
-    cell("parameters", 0, Aligned::left);
-    return end();
+        columns_.cell("priority", Columns::digits, Aligned::right);
+    if (reader_.names()) {
+        columns_.cell("points at", 0, Aligned::left);
+    } else {
+        columns_.cell("action", action_width_, Aligned::left);
+        columns_.cell("parameters", 0, Aligned::left);
+    }
+    return columns_.end();
 }
 
-std::string_view Columns::row()
+std::string_view EntryLines::line()
 {
-    begin();
-    cell(std::to_string(reader_.handle()), digits, Aligned::right);
+    columns_.begin();
+    columns_.cell(std::to_string(reader_.handle()), Columns::digits, Aligned::right);
     for (const ShownField &field : reader_.key_fields()) {
         cell_.clear();
         append_text(cell_, field, reader_.key());
-        cell(cell_, key_width(field), key_aligned(field));
+        columns_.cell(cell_, key_width(field), key_aligned(field));
     }
     if (pd::has_priority(reader_.table()))
-        cell(std::to_string(reader_.priority()), digits, Aligned::right);
-    cell(reader_.action().name, action_width_, Aligned::left);
-    cell_.clear();
-    append_assignments(cell_, reader_.parameter_fields(), reader_.parameters());
-    line_ += ' '; // with the blank before each assignment, the gap between columns
-    line_ += cell_;
-    return end();
+        columns_.cell(std::to_string(reader_.priority()), Columns::digits, Aligned::right);
+    if (reader_.names()) {
+        columns_.cell(reader_.names()->text_of(reader_.reference()), 0, Aligned::left);
+    } else {
+        const ShownAction &action = reader_.action();
+        columns_.cell(action.name(), action_width_, Aligned::left);
+        columns_.cell(assignments(action.fields(), action.parameters()), 0, Aligned::left);
+    }
+    return columns_.end();
 }
 
-void Columns::cell(std::string_view text, std::size_t width, Aligned aligned)
-{
-    const std::size_t padding = width - std::min(width, text.size());
-    if (!line_.empty())
-        line_ += "  ";
-    if (aligned == Aligned::right)
-        line_.append(padding, ' ');
-    line_ += text;
-    if (aligned == Aligned::left)
-        line_.append(padding, ' ');
-}
-
-std::string_view Columns::end()
-{
-    line_.resize(line_.find_last_not_of(' ') + 1);
-    return line_;
-}
-
-std::size_t Columns::key_width(const ShownField &field)
+std::size_t EntryLines::key_width(const ShownField &field)
 {
     return std::max(field.name.size(), longest_text(field));
 }
 
-Columns::Aligned Columns::key_aligned(const ShownField &field)
+Columns::Aligned EntryLines::key_aligned(const ShownField &field)
 {
     const bool plain = field.form == Form::number && field.match == pd::Match::exact;
     return plain ? Aligned::right : Aligned::left;
@@ -124,9 +101,9 @@ void show_json(Session &session, EntryReader &reader)
 
 void show_text(Session &session, EntryReader &reader)
 {
-    Columns columns{reader};
-    session.print(columns.heading());
-    reader.walk([&] { session.print(columns.row()); });
+    EntryLines lines{reader};
+    session.print(lines.heading());
+    reader.walk([&] { session.print(lines.line()); });
 }
 
 // A name and what stands behind it.
@@ -147,8 +124,12 @@ void print_entry(Session &session, const EntryReader &reader)
         if (pd::has_priority(table))
             lines.emplace_back("priority", std::to_string(reader.priority()));
     }
-    lines.emplace_back("action", reader.action().name);
-    append_lines(lines, reader.parameter_fields(), reader.parameters());
+    if (reader.names()) {
+        lines.emplace_back("points at", reader.names()->text_of(reader.reference()));
+    } else {
+        lines.emplace_back("action", reader.action().name());
+        append_lines(lines, reader.action().fields(), reader.action().parameters());
+    }
 
     std::size_t width = 0;
     for (const auto &[name, text] : lines)
@@ -163,9 +144,13 @@ void print_entry(Session &session, const EntryReader &reader)
 
 void run_show(Session &session, Words &words)
 {
-    const reflection::TableFunctions &table = take_readable_table(words);
+    if (const reflection::ProfileFunctions *profile = take_profile_if_named(words)) {
+        words.expect_end();
+        return show_profile(session, *profile);
+    }
+    const reflection::TableFunctions &table = take_keyed_table(words);
     words.expect_end();
-    EntryReader reader{table, session.from_hardware()};
+    EntryReader reader{table, session.from_hardware(), session.names(table)};
     if (session.json())
         show_json(session, reader);
     else
@@ -174,10 +159,10 @@ void run_show(Session &session, Words &words)
 
 void run_entry(Session &session, Words &words)
 {
-    const reflection::TableFunctions &table = take_readable_table(words);
+    const reflection::TableFunctions &table = take_keyed_table(words);
     const pd_entry_hdl entry = parse_u32(words.take("entry handle"), ~u32{0}, "entry handle");
     words.expect_end();
-    EntryReader reader{table, session.from_hardware()};
+    EntryReader reader{table, session.from_hardware(), session.names(table)};
     reader.read(entry);
     if (!session.json())
         return print_entry(session, reader);

@@ -1,11 +1,13 @@
 // The save command: the state of tables as commands that bring it about again.
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 
 #include "commands.h"
 #include "driver.h"
 #include "entry_reader.h"
 #include "new_file.h"
+#include "save_profile.h"
 #include "tables.h"
 
 namespace shell {
@@ -15,11 +17,6 @@ namespace {
 using reflection::TableFunctions;
 
 constexpr char unknown_meter[] = " meter=0,0,0,0,aware";
-
-bool is_direct(const TableFunctions &table)
-{
-    return table.get_entry != nullptr;
-}
 
 // What the library cannot read back, and what is written in its place.
 void save_remarks(NewFile &file, const pd::Table &table)
@@ -35,8 +32,10 @@ void save_remarks(NewFile &file, const pd::Table &table)
 void save_default(NewFile &file, EntryReader &reader)
 {
     reader.read_default();
+    if (reader.names() && reader.reference().handle == 0)
+        return; // no command makes an entry point at nothing
     std::string line = std::string{"default "} + reader.table().name + " : ";
-    reader.append_action(line);
+    reader.append_body(line);
     file.write_line(line);
 }
 
@@ -51,18 +50,23 @@ void save_entries(NewFile &file, EntryReader &reader)
         if (pd::has_priority(table))
             line += " priority=" + std::to_string(reader.priority());
         line += " : ";
-        reader.append_action(line);
+        reader.append_body(line);
         if (table.direct_meter)
             line += unknown_meter;
         file.write_line(line);
     });
 }
 
-void save_table(NewFile &file, const TableFunctions &table)
+void save_table(NewFile &file, const TableFunctions &table, Session &session)
 {
-    EntryReader reader{table, false};
+    std::optional<ProfileNames> names;
+    if (table.indirect) {
+        names = named_throughout(*table.indirect->profile, session.names(*table.indirect->profile));
+        save_profile(file, *table.indirect->profile, *names);
+    }
+    EntryReader reader{table, false, names ? &*names : nullptr};
     save_remarks(file, *table.row);
-    if (pd::has_default_action(*table.row))
+    if (names || pd::has_default_action(table.row->actions))
         save_default(file, reader);
     if (!table.row->key.empty())
         save_entries(file, reader);
@@ -73,14 +77,12 @@ std::vector<const TableFunctions *> take_tables(Words &words)
 {
     std::vector<const TableFunctions *> tables;
     if (words.empty()) {
-        for (const TableFunctions *table : reflection::tables())
-            if (is_direct(*table))
-                tables.push_back(table);
+        tables.assign(reflection::tables().begin(), reflection::tables().end());
         return tables;
     }
     while (!words.empty()) {
         const std::string_view name = words.peek();
-        tables.push_back(&take_direct_table(words));
+        tables.push_back(&take_table(words));
         if (std::ranges::count(tables, tables.back()) > 1)
             throw BadLine{name, quoted(name) + " is named twice"};
     }
@@ -89,7 +91,7 @@ std::vector<const TableFunctions *> take_tables(Words &words)
 
 } // namespace
 
-void run_save(Session &, Words &words)
+void run_save(Session &session, Words &words)
 {
     const std::string_view name = words.take("file name");
     const std::vector<const TableFunctions *> tables = take_tables(words);
@@ -97,7 +99,7 @@ void run_save(Session &, Words &words)
         NewFile file{std::string{name}};
         file.write_line("# Written by save. Load it into empty tables.");
         for (const TableFunctions *table : tables)
-            save_table(file, *table);
+            save_table(file, *table, session);
         file.commit();
     } catch (const std::runtime_error &error) {
         throw BadLine{name, quoted(name) + " cannot be written: " + error.what()};

@@ -89,6 +89,11 @@ void Session::print_text(std::string_view key, std::string_view text)
     print(line);
 }
 
+const ProfileNames *Session::names(const reflection::TableFunctions &table)
+{
+    return table.indirect ? &names(*table.indirect->profile) : nullptr;
+}
+
 void Session::set_trace(bool on)
 {
     ts_model_set_trace(on ? keep_trace_line : nullptr, this);

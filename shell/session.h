@@ -3,12 +3,15 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "lines.h"
+#include "names.h"
+#include "reflection.h"
 #include "watches.h"
 #include "words.h"
 
@@ -45,6 +48,9 @@ public:
     bool from_hardware() const { return from_hardware_; }
     void set_trace(bool on);
     Watches &watches() { return watches_; }
+    ProfileNames &names(const reflection::ProfileFunctions &profile) { return names_[&profile]; }
+    // Of the table's action profile; null where entries carry their action.
+    const ProfileNames *names(const reflection::TableFunctions &table);
     // Keeps a line for behind the command.
     void print_behind(std::string_view line);
     // Carries out the lines of a file. BadLine when it cannot be read or is being carried out.
@@ -64,6 +70,7 @@ private:
     std::ostream &err_;
     SessionOptions options_;
     Watches watches_{*this};
+    std::map<const reflection::ProfileFunctions *, ProfileNames> names_;
     bool done_ = false;
     bool stopping_ = false; // a bad line ends the files, down to the prompt if there is one
     u64 bad_lines_ = 0;

@@ -178,4 +178,11 @@ void append_assignments(std::string &to, const std::vector<ShownField> &fields, 
         }
 }
 
+std::string assignments(const std::vector<ShownField> &fields, const void *record)
+{
+    std::string text;
+    append_assignments(text, fields, record);
+    return text.substr(text.empty() ? 0 : 1);
+}
+
 } // namespace shell

@@ -40,5 +40,7 @@ void append_json(Json &to, const ShownField &field, const void *record);
 void append_json(Json &to, const std::vector<ShownField> &fields, const void *record);
 // " name=value" of each field that does not match anything.
 void append_assignments(std::string &to, const std::vector<ShownField> &fields, const void *record);
+// The same without the first blank.
+std::string assignments(const std::vector<ShownField> &fields, const void *record);
 
 } // namespace shell

@@ -51,14 +51,6 @@ const reflection::TableFunctions &take_keyed_table(Words &words)
     return table;
 }
 
-const reflection::TableFunctions &take_direct_table(Words &words)
-{
-    const std::string_view name = words.peek();
-    const reflection::TableFunctions &table = take_table(words);
-    expect_direct(*table.row, name);
-    return table;
-}
-
 const reflection::ActionFunctions &take_action(Words &words, const reflection::TableFunctions &table,
                                                ActionOf use)
 {
@@ -73,13 +65,6 @@ const reflection::ActionFunctions &take_action(Words &words, const reflection::T
                                 (use == ActionOf::entry ? "" : " as default")};
     words.take();
     return *action;
-}
-
-void expect_direct(const pd::Table &table, std::string_view name)
-{
-    if (table.profile)
-        throw BadLine{name, "entries of " + std::string{table.name} + " name members or groups of " +
-                                table.profile + ", which this version does not offer"};
 }
 
 const char *match_name(pd::Match match)

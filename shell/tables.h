@@ -14,13 +14,8 @@ enum class ActionOf { entry, default_entry };
 // Each takes the next word and throws BadLine when it names nothing.
 const reflection::TableFunctions &take_table(Words &words);
 const reflection::TableFunctions &take_keyed_table(Words &words);
-// As take_table, for a table whose entries name actions.
-const reflection::TableFunctions &take_direct_table(Words &words);
 const reflection::ActionFunctions &take_action(Words &words, const reflection::TableFunctions &table,
                                                ActionOf use);
-
-// BadLine at `name` when the entries of the table name members or groups of an action profile.
-void expect_direct(const pd::Table &table, std::string_view name);
 
 // "exact", "ternary" or "lpm"; for a table "keyless" as well.
 const char *match_name(pd::Match match);

@@ -6,19 +6,20 @@
 #include "driver.h"
 #include "json.h"
 #include "model.h"
+#include "profiles.h"
 #include "tables.h"
 
 namespace shell {
 
 namespace {
 
-struct Kind {
+struct Change {
     const char *word;     // in JSON
     const char *sentence; // behind the entry
     bool of_default;
 };
 
-Kind kind_of(u32 kind)
+Change change_of(u32 kind)
 {
     switch (kind) {
     case TS_MODEL_ENTRY_ADDED:
@@ -34,32 +35,52 @@ Kind kind_of(u32 kind)
     }
 }
 
-// Null where entries name no action.
+// Null where the entry carries no action.
 const char *action_name(const pd::Table &table, u32 handle)
 {
     const auto used = std::ranges::find(table.actions, handle, &pd::Binding::handle);
     return used == table.actions.end() ? nullptr : used->action->name;
 }
 
-std::string update_json(const pd::Table &table, const Kind &kind, pd_entry_hdl entry, const char *action)
+// What an entry of an action profile's table points at.
+Object reference(const ts_model_entry &entry)
+{
+    switch (entry.action_kind) {
+    case PIPE_ACTION_MEMBER:
+        return {Kind::member, entry.handle_of_member_or_group};
+    case PIPE_ACTION_GROUP:
+        return {Kind::group, entry.handle_of_member_or_group};
+    default:
+        return {Kind::member, 0};
+    }
+}
+
+// `names` is null for a table whose entries carry their action.
+std::string update_json(const pd::Table &table, const Change &change, const ts_model_update &news,
+                        const ProfileNames *names)
 {
     std::string line;
     Json json{line};
-    json.open_object().key("update").text(kind.word).key("table").text(table.name);
-    if (!kind.of_default)
-        json.key("entry").number(entry);
-    if (action)
+    json.open_object().key("update").text(change.word).key("table").text(table.name);
+    if (!change.of_default)
+        json.key("entry").number(news.entry);
+    if (names)
+        append_json(json, *names, reference(news.contents));
+    else if (const char *action = action_name(table, news.action))
         json.key("action").text(action);
     json.close_object();
     return line;
 }
 
-std::string update_text(const pd::Table &table, const Kind &kind, pd_entry_hdl entry, const char *action)
+std::string update_text(const pd::Table &table, const Change &change, const ts_model_update &news,
+                        const ProfileNames *names)
 {
     std::string line = std::string{table.name} + ": ";
-    line += kind.of_default ? "default entry" : "entry " + std::to_string(entry);
-    line += std::string{" "} + kind.sentence;
-    if (action)
+    line += change.of_default ? "default entry" : "entry " + std::to_string(news.entry);
+    line += std::string{" "} + change.sentence;
+    if (names)
+        line += ": " + names->text_of(reference(news.contents));
+    else if (const char *action = action_name(table, news.action))
         line += std::string{": "} + action;
     return line;
 }
@@ -68,9 +89,9 @@ void print_update(u32, u32 table_handle, const void *update, pd_word cookie)
 {
     auto &session = *reinterpret_cast<Session *>(cookie);
     const auto &news = *static_cast<const ts_model_update *>(update);
-    const pd::Table &table = *reflection::find_table(table_handle)->row;
+    const reflection::TableFunctions &table = *reflection::find_table(table_handle);
     const auto describe = session.json() ? update_json : update_text;
-    session.print_behind(describe(table, kind_of(news.kind), news.entry, action_name(table, news.action)));
+    session.print_behind(describe(*table.row, change_of(news.kind), news, session.names(table)));
 }
 
 } // namespace

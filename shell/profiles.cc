@@ -1,0 +1,196 @@
+#include "profiles.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "driver.h"
+#include "model.h"
+#include "values.h"
+
+namespace shell {
+
+using reflection::ProfileFunctions;
+
+namespace {
+
+bool is_letter(char c)
+{
+    return std::isalpha(static_cast<unsigned char>(c)) || c == '_';
+}
+
+bool is_digit(char c)
+{
+    return std::isdigit(static_cast<unsigned char>(c));
+}
+
+// A name cannot be taken for a handle, an option or the word for no member.
+bool is_name(std::string_view word)
+{
+    const auto allowed = [](char c) {
+        return is_letter(c) || is_digit(c) || std::string_view{"-./"}.find(c) != std::string_view::npos;
+    };
+    return is_letter(word.front()) && std::ranges::all_of(word, allowed) && word != "none";
+}
+
+u32 counted(pd_status (*count)(pd_sess_hdl, pd_dev_target, u32 *))
+{
+    u32 number = 0;
+    expect_success(count(driver_session, device, &number));
+    return number;
+}
+
+} // namespace
+
+std::vector<std::string_view> profile_names()
+{
+    std::vector<std::string_view> names;
+    for (const ProfileFunctions *profile : reflection::profiles())
+        names.push_back(profile->row->name);
+    return names;
+}
+
+const reflection::TableFunctions &table_of(const ProfileFunctions &profile)
+{
+    return **std::ranges::find_if(reflection::tables(), [&](const reflection::TableFunctions *table) {
+        return table->indirect && table->indirect->profile == &profile;
+    });
+}
+
+// ---- Words ----------------------------------------------------------------------------------------------
+
+const ProfileFunctions &take_profile(Words &words)
+{
+    const std::string_view name = words.take("action profile: " + listed(profile_names()));
+    const ProfileFunctions *profile = reflection::find_profile(name);
+    if (!profile)
+        throw BadLine{name,
+                      "unknown action profile " + quoted(name) + ": there are " + listed(profile_names())};
+    return *profile;
+}
+
+const ProfileFunctions *take_profile_if_named(Words &words)
+{
+    const ProfileFunctions *profile = reflection::find_profile(words.peek());
+    if (profile)
+        words.take();
+    return profile;
+}
+
+const reflection::MemberFunctions &take_action(Words &words, const ProfileFunctions &profile)
+{
+    const std::string_view name = words.peek();
+    const reflection::MemberFunctions *action = reflection::find_action(profile, name);
+    if (!action) {
+        std::vector<std::string_view> names;
+        for (const pd::Binding &binding : profile.row->actions)
+            names.push_back(binding.action->name);
+        throw BadLine{name, (name.empty() ? "missing action" : "unknown action " + quoted(name)) + ": " +
+                                profile.row->name + " has " + listed(names)};
+    }
+    words.take();
+    return *action;
+}
+
+Kind take_kind(Words &words, const ProfileFunctions &profile)
+{
+    const std::string_view word = words.peek();
+    for (const Kind kind : {Kind::member, Kind::group})
+        if (word == kind_name(kind)) {
+            words.take();
+            return kind;
+        }
+    throw BadLine{word, std::string{"expected 'member' or 'group' of "} + profile.row->name +
+                            (word.empty() ? "" : " instead of " + quoted(word))};
+}
+
+u32 take_object(Words &words, const ProfileFunctions &profile, const Names &names)
+{
+    const std::string kind = kind_name(names.kind());
+    const std::string_view word = words.take(kind + ": its handle or name");
+    if (is_digit(word.front()))
+        return parse_u32(word, ~u32{0}, kind + " handle");
+    const u32 handle = names.find(word);
+    if (handle == 0)
+        throw BadLine{word, std::string{profile.row->name} + " has no " + kind + ' ' + quoted(word) +
+                                suggestion(word, names.all())};
+    return handle;
+}
+
+std::string_view take_new_name(Words &words, const Names &names)
+{
+    const std::string_view word = words.peek();
+    if (word.empty() || word == ":" || word.find('=') != std::string_view::npos)
+        return {};
+    if (!is_name(word))
+        throw BadLine{word,
+                      quoted(word) + " is no name: give a letter, then letters, digits and any of _-./"};
+    if (const u32 handle = names.find(word))
+        throw BadLine{word, quoted(word) + " already names " + kind_name(names.kind()) + ' ' +
+                                std::to_string(handle)};
+    return words.take();
+}
+
+// ---- Walks and counts -----------------------------------------------------------------------------------
+
+void walk_members(const ProfileFunctions &profile, const Visit &visit)
+{
+    walk_handles([&](u32 *to) { return profile.get_first_member(driver_session, device, to); },
+                 [&](u32 after, u32 count, u32 *to) {
+                     return profile.get_next_members(driver_session, device, after, count, to);
+                 },
+                 visit);
+}
+
+void walk_groups(const ProfileFunctions &profile, const Visit &visit)
+{
+    walk_handles([&](u32 *to) { return profile.get_first_group(driver_session, device, to); },
+                 [&](u32 after, u32 count, u32 *to) {
+                     return profile.get_next_groups(driver_session, device, after, count, to);
+                 },
+                 visit);
+}
+
+void walk_group(const ProfileFunctions &profile, pd_grp_hdl group, const Visit &visit)
+{
+    const u32 device_id = device.device_id;
+    walk_handles(
+        [&](u32 *to) { return profile.get_first_group_member(driver_session, device_id, group, to); },
+        [&](u32 after, u32 count, u32 *to) {
+            return profile.get_next_group_members(driver_session, device_id, group, after, count, to);
+        },
+        visit);
+}
+
+u32 count_members(const ProfileFunctions &profile)
+{
+    return counted(profile.get_act_prof_entry_count);
+}
+
+u32 count_groups(const ProfileFunctions &profile)
+{
+    return counted(profile.get_selector_group_count);
+}
+
+bool is_active(const ProfileFunctions &profile, pd_grp_hdl group, pd_mbr_hdl member)
+{
+    u32 state = P4_PD_GRP_MBR_STATE_INACTIVE;
+    expect_success(profile.group_member_state_get(driver_session, device.device_id, group, member, &state));
+    return state == P4_PD_GRP_MBR_STATE_ACTIVE;
+}
+
+pd_mbr_hdl fallback_of(const ProfileFunctions &profile)
+{
+    return ts_model_fallback_member(device.device_id, profile.row->selector);
+}
+
+void append_json(Json &to, const ProfileNames &names, const Object &object)
+{
+    if (object.handle == 0)
+        return;
+    const std::string kind = kind_name(object.kind);
+    to.key(kind).number(object.handle);
+    if (const std::string *name = names.of(object.kind).name_of(object.handle))
+        to.key(kind + "_name").text(*name);
+}
+
+} // namespace shell

@@ -1,0 +1,51 @@
+// Action profiles, their members and groups: as words name them, and as the library walks them.
+#pragma once
+
+#include <functional>
+#include <string_view>
+#include <vector>
+
+#include "json.h"
+#include "names.h"
+#include "reflection.h"
+#include "words.h"
+
+namespace shell {
+
+class Session;
+
+std::vector<std::string_view> profile_names();
+// The table whose entries point at the profile's members and groups.
+const reflection::TableFunctions &table_of(const reflection::ProfileFunctions &profile);
+
+// ---- Words. Each takes the next one and throws BadLine when it names nothing. ----
+
+const reflection::ProfileFunctions &take_profile(Words &words);
+// Takes nothing and gives null when the next word does not name a profile.
+const reflection::ProfileFunctions *take_profile_if_named(Words &words);
+const reflection::MemberFunctions &take_action(Words &words, const reflection::ProfileFunctions &profile);
+// "member" or "group".
+Kind take_kind(Words &words, const reflection::ProfileFunctions &profile);
+// The handle of a member or group, given as such or as one of `names`.
+u32 take_object(Words &words, const reflection::ProfileFunctions &profile, const Names &names);
+// Takes the name for a new member or group; empty when the next word is an option, a colon or missing.
+std::string_view take_new_name(Words &words, const Names &names);
+
+// What a verb of the member or group command runs, behind the name of the profile.
+using ProfileVerb = void(Session &session, Words &words, const reflection::ProfileFunctions &profile);
+
+// ---- Walks and counts. Each throws BadLine when the driver refuses. ----
+
+using Visit = std::function<void(u32 handle)>;
+void walk_members(const reflection::ProfileFunctions &profile, const Visit &visit);
+void walk_groups(const reflection::ProfileFunctions &profile, const Visit &visit);
+void walk_group(const reflection::ProfileFunctions &profile, pd_grp_hdl group, const Visit &visit);
+u32 count_members(const reflection::ProfileFunctions &profile);
+u32 count_groups(const reflection::ProfileFunctions &profile);
+bool is_active(const reflection::ProfileFunctions &profile, pd_grp_hdl group, pd_mbr_hdl member);
+pd_mbr_hdl fallback_of(const reflection::ProfileFunctions &profile); // 0 for none
+
+// The keys "member" or "group" with the handle and, where there is one, the name. Nothing for handle 0.
+void append_json(Json &to, const ProfileNames &names, const Object &object);
+
+} // namespace shell

@@ -1,0 +1,17 @@
+// The state of an action profile as commands that bring it about again.
+#pragma once
+
+#include "names.h"
+#include "new_file.h"
+#include "reflection.h"
+
+namespace shell {
+
+// `names` with a new name for every member and group that has none.
+ProfileNames named_throughout(const reflection::ProfileFunctions &profile, const ProfileNames &names);
+
+// Members, groups with their members and states, and the fallback member. All have names. Throws BadLine when
+// the driver refuses, and as NewFile does.
+void save_profile(NewFile &file, const reflection::ProfileFunctions &profile, const ProfileNames &names);
+
+} // namespace shell

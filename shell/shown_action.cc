@@ -1,0 +1,32 @@
+#include "shown_action.h"
+
+#include <algorithm>
+
+namespace shell {
+
+ShownAction::ShownAction(std::span<const pd::Binding> actions) : actions_(actions)
+{
+    for (const pd::Binding &binding : actions)
+        fields_.push_back(shown_fields(*binding.action));
+}
+
+std::size_t ShownAction::used() const
+{
+    const auto found = std::ranges::find(actions_, out_.action_number,
+                                         [](const pd::Binding &binding) { return binding.action->number; });
+    return static_cast<std::size_t>(found - actions_.begin());
+}
+
+void ShownAction::append_text(std::string &to) const
+{
+    to += name();
+    append_assignments(to, fields(), parameters());
+}
+
+void ShownAction::append_json(Json &to) const
+{
+    to.key("action").text(name()).key("parameters");
+    shell::append_json(to, fields(), parameters());
+}
+
+} // namespace shell
