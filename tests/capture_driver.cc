@@ -4,8 +4,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <sstream>
+#include <utility>
 
 #include "bf_sys.h"
+#include "capture_services.h"
 
 namespace capture {
 
@@ -72,7 +75,9 @@ pd_status finish(const Call &call, const pipe_match_spec *match, const pipe_acti
         keep(*spec);
     if (result)
         *result = entry;
-    return status;
+    if (services::keep_calls)
+        services::record(text(last));
+    return services::answer(status);
 }
 
 Call at(std::string_view operation, pd_sess_hdl sess, pd_dev_target target, u32 table)
@@ -107,14 +112,32 @@ void give(pipe_match_spec &match)
 void give(pipe_action_spec &spec, u32 &action)
 {
     last.data = copy(spec.action_data.data, answer.data.size());
-    std::copy(answer.data.begin(), answer.data.end(), spec.action_data.data);
+    if (spec.action_data.data)
+        std::copy(answer.data.begin(), answer.data.end(), spec.action_data.data);
+    spec.member_hdl = answer.member;
+    spec.group_hdl = answer.group;
     spec.action_kind = answer.action_kind;
     spec.resource_count = answer.resource_count;
     std::copy(answer.resources.begin(), answer.resources.end(), spec.resources);
     action = answer.action;
 }
 
+std::array<void *, 4> blocks; // null where there is none
+
+void *&block(void *memory)
+{
+    void **const found = std::find(blocks.begin(), blocks.end(), memory);
+    if (found == blocks.end())
+        std::abort(); // no room, or not one of ours
+    return *found;
+}
+
 } // namespace
+
+u32 live_allocations()
+{
+    return static_cast<u32>(std::count_if(blocks.begin(), blocks.end(), [](void *block) { return block; }));
+}
 
 void reset()
 {
@@ -123,9 +146,17 @@ void reset()
     status = 0;
     entry = 0;
     answer = {};
-    std::free(allocation.memory);
+    std::for_each(blocks.begin(), blocks.end(), std::free);
+    blocks = {};
     allocation = {};
     out_of_memory = false;
+}
+
+std::string text(const Call &call)
+{
+    std::ostringstream out;
+    PrintTo(call, &out);
+    return out.str();
 }
 
 std::string steps()
@@ -255,9 +286,9 @@ pd_status pipe_mgr_table_get_default_entry(pd_sess_hdl sess, pd_dev_target targe
 {
     capture::Call call = at(__func__, sess, target, table);
     call.words = {from_hw, resources, flags};
-    finish(call, nullptr, spec, nullptr);
+    const pd_status status = finish(call, nullptr, spec, nullptr);
     capture::give(*spec, *action);
-    return capture::status;
+    return status;
 }
 
 pd_status pipe_mgr_mat_tbl_default_entry_reset(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 flags)
@@ -274,11 +305,11 @@ pd_status pipe_mgr_get_entry(pd_sess_hdl sess, u32 table, pd_dev_target target, 
     capture::Call call = at(__func__, sess, target, table);
     call.entry = entry;
     call.words = {from_hw, resources, flags};
-    finish(call, match, spec, nullptr);
+    const pd_status status = finish(call, match, spec, nullptr);
     capture::keep_buffers(*match);
     capture::give(*match);
     capture::give(*spec, *action);
-    return capture::status;
+    return status;
 }
 
 pd_status pipe_mgr_plcmt_mat_data_get_entry(void *plcmt_data, pipe_match_spec *match, pipe_action_spec *spec,
@@ -286,11 +317,11 @@ pd_status pipe_mgr_plcmt_mat_data_get_entry(void *plcmt_data, pipe_match_spec *m
 {
     capture::Call call = at(__func__, 0, {}, 0);
     call.words = {reinterpret_cast<pd_word>(plcmt_data)};
-    finish(call, match, spec, nullptr);
+    const pd_status status = finish(call, match, spec, nullptr);
     capture::keep_buffers(*match);
     capture::give(*match);
     capture::give(*spec, *action);
-    return capture::status;
+    return status;
 }
 
 pd_status pipe_mgr_plcmt_mat_data_get(pd_word first, pd_word second, u32 table)
@@ -318,10 +349,10 @@ pd_status pipe_mgr_get_next_entry_handles(pd_sess_hdl sess, u32 table, pd_dev_ta
     capture::Call call = at(__func__, sess, target, table);
     call.entry = after;
     call.words = {count};
-    finish(call, nullptr, nullptr, nullptr);
+    const pd_status status = finish(call, nullptr, nullptr, nullptr);
     capture::last.result = next;
     std::copy_n(capture::answer.numbers.begin(), std::min<std::size_t>(count, 4), next);
-    return capture::status;
+    return status;
 }
 
 pd_status pipe_mgr_tbl_set_property(pd_sess_hdl sess, u32 device_id, u32 table, u32 property, u32 value,
@@ -351,20 +382,40 @@ pd_status pipe_register_mat_update_cb(pd_sess_hdl sess, u32 device_id, u32 table
     return finish(call, nullptr, nullptr, nullptr);
 }
 
+pd_status pipe_mgr_adt_ent_add(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 action, u32 reserved,
+                               pipe_action_spec *spec, pd_mbr_hdl *member, u32 flags)
+{
+    capture::Call call = at(__func__, sess, target, table);
+    call.action = action;
+    call.words = {reserved};
+    call.flags = flags;
+    return finish(call, nullptr, spec, member);
+}
+
+pd_status pipe_mgr_adt_ent_set(pd_sess_hdl sess, u32 device_id, u32 table, pd_mbr_hdl member, u32 action,
+                               pipe_action_spec *spec, u32 flags)
+{
+    capture::Call call = at(__func__, sess, {device_id, 0}, table);
+    call.entry = member;
+    call.action = action;
+    call.flags = flags;
+    return finish(call, nullptr, spec, nullptr);
+}
+
 void *bf_sys_calloc(std::size_t count, std::size_t size)
 {
     capture::step(__func__);
-    void *memory = capture::out_of_memory ? nullptr : std::calloc(count, size);
-    capture::allocation = {count, size, memory};
-    return memory;
+    if (services::keep_calls)
+        services::record(services::line(__func__, count, size));
+    const bool fails = capture::out_of_memory || services::answer(0) != 0;
+    capture::allocation = {count, size};
+    return fails ? nullptr : capture::block(nullptr) = std::calloc(count, size);
 }
 
 void bf_sys_free(void *memory)
 {
-    const bool ours = memory && memory == capture::allocation.memory;
-    capture::step(ours ? __func__ : "bf_sys_free(what was not allocated)");
-    if (!ours)
-        return;
-    std::free(memory);
-    capture::allocation.memory = nullptr;
+    capture::step(__func__);
+    if (!memory)
+        std::abort();
+    std::free(std::exchange(capture::block(memory), nullptr));
 }

@@ -70,21 +70,23 @@ struct Answer {
     u8 resource_count = 0;
     std::array<u8, 28> data{};
     std::array<pipe_res_spec, 4> resources{};
-    std::array<u32, 4> numbers{}; // properties, or handles of a walk
+    std::array<u32, 4> numbers{}; // properties, handles of a walk, counts, or the state of a member
+    u32 member = 0;               // what an entry points at
+    u32 group = 0;
 };
 extern Answer answer;
 
 // Driver calls, allocations and frees since the last reset: "pipe_mgr_get_entry bf_sys_calloc bf_sys_free".
 std::string steps();
 
-// The last allocation, and whether it has been freed.
+// The last allocation, and how many are there that have not been freed.
 struct Allocation {
     std::size_t count = 0;
     std::size_t size = 0;
-    void *memory = nullptr; // null once freed
 };
 extern Allocation allocation;
 extern bool out_of_memory; // bf_sys_calloc gives null
+u32 live_allocations();
 
 // No calls; status 0, entry 0, an empty answer. Frees what the library has left allocated.
 void reset();
@@ -97,5 +99,6 @@ std::string hex(const u8 *bytes, std::size_t size);
 std::string hex(const Image &image);
 
 void PrintTo(const Call &call, std::ostream *out);
+std::string text(const Call &call);
 
 } // namespace capture

@@ -19,7 +19,23 @@ pd_status deregister_status;
 pd_word next_state;
 u32 client_handle;
 bool debug_mode;
+bool keep_calls;
+std::size_t failing_call;
+pd_status failing_status;
+pipe_restore_state_cb restore;
 bool announce;
+
+void record(std::string line)
+{
+    if (announce)
+        std::fprintf(stderr, "%s\n", line.c_str());
+    events.push_back(std::move(line));
+}
+
+pd_status answer(pd_status otherwise)
+{
+    return keep_calls && events.size() == failing_call ? failing_status : otherwise;
+}
 
 void reset()
 {
@@ -29,20 +45,12 @@ void reset()
     store_status = register_status = callbacks_status = deregister_status = 0;
     next_state = 1;
     client_handle = 0x77;
-    debug_mode = announce = false;
+    debug_mode = announce = keep_calls = false;
+    failing_call = failing_status = 0;
+    restore = nullptr;
 }
 
 namespace {
-
-template <typename... Arguments>
-void record(const char *operation, Arguments... arguments)
-{
-    std::string event = operation;
-    ((event.append(" ").append(std::to_string(arguments))), ...);
-    if (announce)
-        std::fprintf(stderr, "%s\n", event.c_str());
-    events.push_back(std::move(event));
-}
 
 // The element of a document that a call was about.
 void append_name(const cJSON *document)
@@ -54,35 +62,36 @@ void append_name(const cJSON *document)
 
 } // namespace services
 
+using services::line;
 using services::record;
 
 pd_status p4_pd_ms_init()
 {
-    record(__func__);
+    record(line(__func__));
     return services::store_status;
 }
 
 pd_word p4_pd_ms_init_state()
 {
-    record(__func__);
+    record(line(__func__));
     return services::next_state++;
 }
 
 pd_status p4_pd_ms_destroy_state_for_dev(pd_word state, u32 device_id)
 {
-    record(__func__, state, device_id);
+    record(line(__func__, state, device_id));
     return services::store_status;
 }
 
 pd_status p4_pd_ms_destroy_txn_state_for_dev(u32 device_id)
 {
-    record(__func__, device_id);
+    record(line(__func__, device_id));
     return services::store_status;
 }
 
 pd_status p4_pd_ms_log_state(u32 device_id, pd_word state, cJSON *document)
 {
-    record(__func__, device_id, state);
+    record(line(__func__, device_id, state));
     services::append_name(document);
     cJSON_AddNumberToObject(document, "state", static_cast<double>(state));
     return services::store_status;
@@ -90,14 +99,14 @@ pd_status p4_pd_ms_log_state(u32 device_id, pd_word state, cJSON *document)
 
 pd_status p4_pd_ms_restore_state(u32 device_id, pd_word state, cJSON *document)
 {
-    record(__func__, device_id, state);
+    record(line(__func__, device_id, state));
     services::append_name(document);
     return services::store_status;
 }
 
 pd_status bf_drv_register(const char *client_name, u32 *handle)
 {
-    record(__func__);
+    record(line(__func__));
     services::events.back().append(" ").append(client_name);
     *handle = services::client_handle;
     return services::register_status;
@@ -105,14 +114,14 @@ pd_status bf_drv_register(const char *client_name, u32 *handle)
 
 pd_status bf_drv_client_register_callbacks(u32 handle, pd_drv_client_callbacks *callbacks, u32 kind)
 {
-    record(__func__, handle, kind);
+    record(line(__func__, handle, kind));
     services::callbacks = *callbacks;
     return services::callbacks_status;
 }
 
 pd_status bf_drv_deregister(u32 handle)
 {
-    record(__func__, handle);
+    record(line(__func__, handle));
     return services::deregister_status;
 }
 

@@ -204,17 +204,23 @@ void encode_key(capture::Call &call, const pd::Table &table, const void *record,
     }
 }
 
-void encode_action(capture::Call &call, const pd::Table &table, const pd::Action &action, const void *record,
-                   const pd_meter_spec *meter, Family family)
+void encode_member(capture::Call &call, const pd::Action &action, const void *record)
 {
     call.has_spec = true;
     encode_data(call, action, record);
-
     pipe_action_spec spec;
     std::memset(&spec, 0, sizeof spec);
-    spec.action_kind = 1;
     spec.action_data.num_bytes = static_cast<u16>(packed(action) / 0x10000);
     spec.action_data.num_valid_bits = static_cast<u16>(packed(action) % 0x10000);
+    std::memcpy(call.spec.data(), &spec, sizeof spec);
+}
+
+void encode_action(capture::Call &call, const pd::Table &table, const pd::Action &action, const void *record,
+                   const pd_meter_spec *meter, Family family)
+{
+    encode_member(call, action, record);
+    pipe_action_spec spec = capture::spec_of(call);
+    spec.action_kind = 1;
     pipe_res_spec &resource = spec.resources[0];
     if (const auto counter = direct_counters.find(table.name); counter != direct_counters.end()) {
         resource.res_handle = counter->second;

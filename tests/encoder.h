@@ -23,6 +23,9 @@ u32 packed(const pd::Action &action);
 // Puts into `call` what the key record gives.
 void encode_key(capture::Call &call, const pd::Table &table, const void *record, u32 priority);
 
+// Puts into `call` what the record of a member's action gives: no kind and no resources.
+void encode_member(capture::Call &call, const pd::Action &action, const void *record);
+
 // Puts into `call` what the action's record and the meter give; `family` decides on indices and absent
 // meters.
 enum class Family { add, modify, set_default };

@@ -170,7 +170,7 @@ TEST_F(Failure, BadMeterTypeInAnAddIsLoggedAndCountsAsColourAware)
                 KilledBySignal(SIGABRT), "get_bytes_meter_type: Assertion `0' failed");
 }
 
-// ---- Answers that cannot be read -------------------------------------------------------------------------
+// ---- Answers that cannot be read ------------------------------------------------------------------------
 
 constexpr char of_unknown_action[] = "ASSERTION FAILED: \"((void *)0)\" (NULL) from %s:%d";
 
@@ -299,7 +299,7 @@ TEST_F(ReadingFailure, DefaultEntriesFailSilently)
         answer(1, 0x20000145); // an action of entries, never of the default
         EXPECT_EQ(get_default_entry(), 15u);
         EXPECT_EQ(capture::steps(), "pipe_mgr_table_get_default_entry bf_sys_calloc");
-        EXPECT_NE(capture::allocation.memory, nullptr);
+        EXPECT_EQ(capture::live_allocations(), 1u);
         answer(1, 0x20000146);
         EXPECT_EQ(get_default_entry(), 0u);
         EXPECT_EQ(capture::steps(), "pipe_mgr_table_get_default_entry bf_sys_calloc bf_sys_free");
@@ -317,6 +317,63 @@ TEST_F(ReadingFailure, DebugModeIsAskedForAtEachFailure)
     expect_end(get_entry, of_policy, "0");
     services::debug_mode = false;
     EXPECT_EQ(get_entry(), 15u);
+}
+
+// ---- Members and groups --------------------------------------------------------------------------------
+
+pd_status get_member()
+{
+    return p4_pd_tessel_switch_ecmpMemberActionProfile_get_member(1, 2, 3, 0, nullptr);
+}
+
+pd_status get_member_from_plcmt_data()
+{
+    return p4_pd_tessel_switch_ecmpMemberActionProfile_get_member_from_plcmt_data(nullptr, nullptr);
+}
+
+pd_status get_full_member()
+{
+    return p4_pd_tessel_switch_ecmpMemberActionProfile_get_full_member_info_from_plcmt_data(2, 3, nullptr,
+                                                                                            nullptr);
+}
+
+TEST_F(ReadingFailure, ActionOfAMemberIsUnknown)
+{
+    const std::string profile = "p4_pd_tessel_switch_ecmpMemberActionProfile_";
+    const std::pair<std::string, pd_status (*)()> reads[] = {
+        {"get_member", get_member},
+        {"get_member_from_plcmt_data", get_member_from_plcmt_data},
+        {"get_full_member_info_from_plcmt_data", get_full_member},
+    };
+    for (const auto &[name, read] : reads) {
+        services::debug_mode = false;
+        answer(1, 0x2000015a);
+        EXPECT_EQ(read(), 15u);
+        expect_one_line(of_unknown_action, profile + name);
+        services::debug_mode = true;
+        expect_end(read, profile + name, "\\(\\(void \\*\\)0\\)");
+    }
+}
+
+TEST_F(Failure, StateOfAMemberIsNeitherOfTheTwo)
+{
+    using Set = decltype(p4_pd_tessel_switch_lagPortActionProfile_group_member_state_set);
+    const std::pair<const char *, Set *> sets[] = {
+        {"egrMirrorLagPort", p4_pd_tessel_switch_egrMirrorLagPortActionProfile_group_member_state_set},
+        {"ecmpMember", p4_pd_tessel_switch_ecmpMemberActionProfile_group_member_state_set},
+        {"mirrorLagPort", p4_pd_tessel_switch_mirrorLagPortActionProfile_group_member_state_set},
+        {"lagPort", p4_pd_tessel_switch_lagPortActionProfile_group_member_state_set},
+    };
+    services::keep_calls = true; // a call of the driver would be seen
+    for (const auto &[profile, set] : sets)
+        for (const bool debug_mode : {false, true})
+            for (const u32 state : {2u, 0xffffffffu}) {
+                services::debug_mode = debug_mode;
+                EXPECT_EXIT(set(1, 2, 3, 4, state), KilledBySignal(SIGABRT),
+                            assertion(std::string("p4_pd_tessel_switch_") + profile +
+                                          "ActionProfile_group_member_state_set",
+                                      "mbr_state == P4_PD_GRP_MBR_STATE_INACTIVE"));
+            }
 }
 
 } // namespace

@@ -163,7 +163,7 @@ const pd::Binding &expected_default(const pd::Table &row)
 {
     const pd::Binding *first = nullptr;
     for (const pd::Binding &binding : row.actions) {
-        const bool eligible = binding.default_action || !pd::has_default_action(row);
+        const bool eligible = binding.default_action || !pd::has_default_action(row.actions);
         if (eligible && (first == nullptr || std::strcmp(binding.action->name, first->action->name) < 0))
             first = &binding;
     }
@@ -264,6 +264,7 @@ TEST_F(Reading, TheDefaultOfAnIndirectTableIsAMemberOrAGroup)
     spec.action_data.data = &scratch;
     EXPECT_EQ(set_default(indirect.handle, indirect.action, spec), TS_MODEL_BAD_ARGUMENT);
 
+    fill_profile(7, 8);
     spec = {};
     spec.member_hdl = 7;
     spec.group_hdl = 8;
@@ -353,6 +354,7 @@ TEST_F(Reading, AnEntryComesBackWithAllThatWasWritten)
     EXPECT_EQ(second.mask_read(), (Bytes{0, 0, 0xff, 0, 0, 0}));
     EXPECT_EQ(second.spec.resource_count, 0);
 
+    fill_profile(0, 9);
     Request of_group{indirect, {0x12, 0x34}, {0xff, 0xff}};
     of_group.spec = {};
     of_group.spec.action_kind = PIPE_ACTION_GROUP;
@@ -769,6 +771,8 @@ TEST_F(Reading, EveryChangeIsToldOnceAndARefusedOneNever)
     Request of_indirect{indirect, {0, 1}, {0xff, 0xff}};
     of_indirect.spec = {};
     of_indirect.spec.action_kind = PIPE_ACTION_MEMBER;
+    of_indirect.spec.member_hdl = 1;
+    fill_profile(1, 0);
     ASSERT_EQ(listen(indirect, note, &heard), TS_MODEL_OK);
     heard.clear();
     ASSERT_EQ(set_default(indirect.handle, indirect.action, of_indirect.spec), TS_MODEL_OK);

@@ -22,3 +22,17 @@ inline constexpr Table lpm{0x100003d, 40, 5, 0x200000ae, 4};         // ipv4Shor
 inline constexpr Table partitioned{0x100003c, 48, 6, 0x200000b2, 4}; // ipv4FinalResolve0, setNextHop0First
 inline constexpr Table indirect{0x1000047, 14, 2, 0x200000bd, 5};    // ecmpGroup, setEcmpNextHop
 inline constexpr Table metered{0x100005b, 57, 8, 0x200000ec, 0};     // l2LookupMiss, l2LookupBcastHit
+
+// Gives the profile of `indirect` members 1 to `members`, which run its action, and empty groups 1 to
+// `groups`.
+inline void fill_profile(u32 members, u32 groups)
+{
+    u8 data[5]{};
+    pipe_action_spec spec{};
+    spec.action_data = {40, indirect.data_bytes, data};
+    u32 handle = 0;
+    for (u32 at = 0; at < members; ++at)
+        pipe_mgr_adt_ent_add(1, {0, PIPE_ALL_PIPES}, 0x200001d, indirect.action, 0, &spec, &handle, 0);
+    for (u32 at = 0; at < groups; ++at)
+        pipe_mgr_sel_grp_add(1, {0, PIPE_ALL_PIPES}, 0x3000001, 0, 8, 0xdeadbeef, &handle, 0);
+}

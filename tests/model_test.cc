@@ -238,6 +238,7 @@ TEST_F(Model, RefusesWhatTheProgramDoesNotHave)
 
 TEST_F(Model, IndirectEntriesKeepMemberOrGroup)
 {
+    fill_profile(7, 8);
     Request request{indirect, {0x12, 0x34}, {0xff, 0xff}};
     request.spec = {};
     request.spec.action_kind = PIPE_ACTION_MEMBER;

@@ -1,5 +1,5 @@
-// No entry function allocates, and none that reads does so without resources: every one is called while all
-// allocations of the process are counted.
+// No entry function allocates, none that reads does so without resources, and of members and groups only the
+// deletion of a group: every one is called while all allocations of the process are counted.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -7,6 +7,7 @@
 
 #include "capture_driver.h"
 #include "capture_services.h"
+#include "pd.h"
 #include "reflection.h"
 
 namespace {
@@ -139,6 +140,92 @@ TEST(NoAllocation, EveryDefaultActionAndEveryReading)
                 EXPECT_TRUE(!warm || of_action == 0) << table->row->name << " " << action.row->action->name;
             }
     EXPECT_EQ(services::log.size(), 0u);
+}
+
+void use_members(const reflection::ProfileFunctions &profile, const reflection::MemberFunctions &action)
+{
+    const u64 parameters[4] = {};
+    pd_action_out out;
+    u32 handle = 0;
+    action.add(1, {}, parameters, &handle);
+    action.modify(1, 0, 1, parameters);
+    profile.del_member(1, 0, 1);
+    profile.get_member(1, 0, 1, 0, &out);
+    profile.get_member_from_plcmt_data(nullptr, &out);
+    profile.get_full_member_info_from_plcmt_data(0, 1, nullptr, &out);
+}
+
+void use_groups(const reflection::ProfileFunctions &profile)
+{
+    u32 word = 0;
+    profile.create_group(1, {}, 1, &word);
+    profile.add_member_to_group(1, 0, 1, 1);
+    profile.del_member_from_group(1, 0, 1, 1);
+    profile.group_member_state_set(1, 0, 1, 1, 0);
+    profile.group_member_state_set(1, 0, 1, 1, 1);
+    profile.group_member_state_get(1, 0, 1, 1, &word);
+    profile.set_fallback_member(1, {}, 1);
+    profile.reset_fallback_member(1, {});
+    profile.del_group(1, 0, 1); // an empty one
+}
+
+void use_references(const reflection::IndirectFunctions &table,
+                    const reflection::ReferenceFunctions &functions)
+{
+    u64 key[4] = {};
+    reflection::EntryArguments with;
+    with.key = key;
+    u32 word = 0;
+    u8 is_default = 0;
+    reflection::ReferenceResults to;
+    functions.add(1, {}, with, 1, &word);
+    functions.modify(1, 0, 1, 1);
+    functions.modify_by_match_spec(1, {}, with, 1);
+    functions.set_default_entry(1, {}, 1, &word);
+    table.get_entry(1, 0, 1, 0, {key, &word, &is_default}, to);
+    table.get_entry_from_plcmt_data(nullptr, {key, &word, &is_default}, to);
+    table.get_default_entry(1, {}, 0, to);
+}
+
+TEST(NoAllocation, MembersGroupsAndWhatPointsAtThem)
+{
+    services::reset();
+    p4_pd_tessel_switch_init();
+    capture::reset();
+    capture::answer.action_kind = PIPE_ACTION_MEMBER;
+    for (const bool warm : {false, true}) {
+        for (const reflection::ProfileFunctions *profile : reflection::profiles()) {
+            for (const reflection::MemberFunctions &action : profile->actions) {
+                capture::answer.action = action.row->handle;
+                const long of_members = allocations_of([&] { use_members(*profile, action); });
+                EXPECT_TRUE(!warm || of_members == 0)
+                    << profile->row->name << " " << action.row->action->name;
+            }
+            const long of_groups = allocations_of([&] { use_groups(*profile); });
+            EXPECT_TRUE(!warm || of_groups == 0) << profile->row->name;
+        }
+        for (const reflection::TableFunctions *table : reflection::tables()) {
+            if (!table->indirect)
+                continue;
+            const long of_table = allocations_of([&] {
+                use_references(*table->indirect, table->indirect->member);
+                use_references(*table->indirect, table->indirect->group);
+            });
+            EXPECT_TRUE(!warm || of_table == 0) << table->row->name;
+        }
+    }
+    EXPECT_EQ(services::log.size(), 0u);
+}
+
+TEST(NoAllocation, TheDeletionOfAGroupTakesTwoListsOnly)
+{
+    capture::reset();
+    capture::answer.numbers[0] = 64;
+    for (const reflection::ProfileFunctions *profile : reflection::profiles()) {
+        profile->del_group(1, 0, 1);
+        EXPECT_EQ(allocations_of([&] { profile->del_group(1, 0, 1); }), 2) << profile->row->name;
+        EXPECT_EQ(capture::live_allocations(), 0u);
+    }
 }
 
 } // namespace

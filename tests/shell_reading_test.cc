@@ -736,11 +736,6 @@ TEST_F(ShellReading, refuses_bad_lines)
     const std::string keyless = "queueCounters has no key, and so no entries: only its default action runs";
     expect_bad("show @queueCounters", keyless);
     expect_bad("entry @queueCounters 1", keyless);
-    const std::string profile = "entries of lagGroup name members or groups of lagPortActionProfile, which "
-                                "this version does not offer";
-    for (const std::string line : {"show @lagGroup", "entry @lagGroup 1", "default @lagGroup",
-                                   "save /nowhere/at/all l2SmacCheck @lagGroup"})
-        expect_bad(line, profile);
     expect_bad("show l2SmacCheck @all", "unexpected 'all': the command ends before it");
     expect_bad("show @--all l2SmacCheck", "unknown option '--all': show takes --json, --hw");
     expect_bad("count l2SmacCheck @--hw", "unknown option '--hw': count takes --json");

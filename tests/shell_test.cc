@@ -327,10 +327,6 @@ TEST_F(Shell, refuses_entries_where_there_are_none)
 {
     expect_bad("add @queueCounters : countEgressQueue",
                "queueCounters has no key, and so no entries: only its default action runs");
-    const std::string text = "entries of lagGroup name members or groups of lagPortActionProfile, which this "
-                             "version does not offer";
-    expect_bad("add @lagGroup priority=1 : x", text);
-    expect_bad("modify @lagGroup 1 : x", text);
 }
 
 TEST_F(Shell, tells_why_the_driver_refused)

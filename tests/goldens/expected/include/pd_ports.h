@@ -539,6 +539,163 @@ pd_status p4_pd_sample_spread_table_get_default_entry_handle(
 pd_status p4_pd_sample_spread_table_reset_default_entry(pd_sess_hdl sess, pd_dev_target dev_tgt);
 
 /**
+ * Adds an entry to `spread` that points at a member of `spreadProfile`. The member-selection store is asked
+ * for the action that goes with it; the entry has no data of its own.
+ *
+ * @param sess        driver session
+ * @param dev_tgt     device and pipe, handed on as they are
+ * @param match_spec  the key, host byte order; values beyond a field's width go to the driver as they are
+ * @param mbr         a member
+ * @param entry_hdl   receives the new entry's handle
+ * @return the store's status when it knows no action, with no driver call; else the driver's status
+ */
+pd_status p4_pd_sample_spread_add_entry(pd_sess_hdl sess, pd_dev_target dev_tgt,
+                                        const p4_pd_sample_spread_match_spec_t *match_spec, pd_mbr_hdl mbr,
+                                        pd_entry_hdl *entry_hdl);
+
+/**
+ * Makes an entry of `spread` point at a member of `spreadProfile`.
+ *
+ * @param sess        driver session
+ * @param dev_id      device
+ * @param entry_hdl   the entry
+ * @param mbr         a member
+ * @return the store's status when it knows no action, with no driver call; else the driver's status
+ */
+pd_status p4_pd_sample_spread_modify_entry(
+    pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl, pd_mbr_hdl mbr);
+
+/**
+ * Makes the entry of `spread` with this key point at a member of `spreadProfile`.
+ *
+ * @param sess        driver session
+ * @param dev_tgt     device and pipe, handed on as they are
+ * @param match_spec  the key, host byte order; values beyond a field's width go to the driver as they are
+ * @param mbr         a member
+ * @return the store's status when it knows no action, with no driver call; else the driver's status
+ */
+pd_status p4_pd_sample_spread_modify_entry_by_match_spec(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, const p4_pd_sample_spread_match_spec_t *match_spec,
+    pd_mbr_hdl mbr);
+
+/**
+ * Makes the default entry of `spread` point at a member of `spreadProfile`.
+ *
+ * @param sess        driver session
+ * @param dev_tgt     device and pipe, handed on as they are
+ * @param mbr         a member
+ * @param entry_hdl   receives the handle of the default entry
+ * @return the store's status when it knows no action, with no driver call; else the driver's status
+ */
+pd_status p4_pd_sample_spread_set_default_entry(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_mbr_hdl mbr, pd_entry_hdl *entry_hdl);
+
+/**
+ * Adds an entry to `spread` that points at a group of `spreadProfile`. The member-selection store is asked
+ * for the action that goes with it; the entry has no data of its own.
+ *
+ * @param sess        driver session
+ * @param dev_tgt     device and pipe, handed on as they are
+ * @param match_spec  the key, host byte order; values beyond a field's width go to the driver as they are
+ * @param grp         a group
+ * @param entry_hdl   receives the new entry's handle
+ * @return the store's status when it knows no action, with no driver call; else the driver's status
+ */
+pd_status p4_pd_sample_spread_add_entry_with_selector(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, const p4_pd_sample_spread_match_spec_t *match_spec,
+    pd_grp_hdl grp, pd_entry_hdl *entry_hdl);
+
+/**
+ * Makes an entry of `spread` point at a group of `spreadProfile`.
+ *
+ * @param sess        driver session
+ * @param dev_id      device
+ * @param entry_hdl   the entry
+ * @param grp         a group
+ * @return the store's status when it knows no action, with no driver call; else the driver's status
+ */
+pd_status p4_pd_sample_spread_modify_entry_with_selector(
+    pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl, pd_grp_hdl grp);
+
+/**
+ * Makes the entry of `spread` with this key point at a group of `spreadProfile`.
+ *
+ * @param sess        driver session
+ * @param dev_tgt     device and pipe, handed on as they are
+ * @param match_spec  the key, host byte order; values beyond a field's width go to the driver as they are
+ * @param grp         a group
+ * @return the store's status when it knows no action, with no driver call; else the driver's status
+ */
+pd_status p4_pd_sample_spread_modify_entry_with_selector_by_match_spec(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, const p4_pd_sample_spread_match_spec_t *match_spec,
+    pd_grp_hdl grp);
+
+/**
+ * Makes the default entry of `spread` point at a group of `spreadProfile`.
+ *
+ * @param sess        driver session
+ * @param dev_tgt     device and pipe, handed on as they are
+ * @param grp         a group
+ * @param entry_hdl   receives the handle of the default entry
+ * @return the store's status when it knows no action, with no driver call; else the driver's status
+ */
+pd_status p4_pd_sample_spread_set_default_entry_with_selector(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, pd_grp_hdl grp, pd_entry_hdl *entry_hdl);
+
+/**
+ * Reads an entry of `spread`: what it points at.
+ *
+ * @param sess         driver session
+ * @param dev_id       device
+ * @param entry_hdl    the entry, or the default entry
+ * @param read_from_hw 1 reads the chip, 0 the driver's own copy
+ * @param match_spec   receives the key, zeroed for the default entry
+ * @param has_mbr      receives 1 for an entry that points at a member, else 0
+ * @param has_grp      receives 1 for an entry that points at a group, else 0
+ * @param grp          receives the group, if it is one
+ * @param mbr          receives the member, if it is one
+ * @param is_default   receives 1 for the default entry, else 0
+ * @return the driver's status; nothing is written on a failure
+ */
+pd_status p4_pd_sample_spread_get_entry(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl, u8 read_from_hw,
+                                        p4_pd_sample_spread_match_spec_t *match_spec, u8 *has_mbr,
+                                        u8 *has_grp, pd_grp_hdl *grp, pd_mbr_hdl *mbr, u8 *is_default);
+
+/**
+ * Reads an entry of `spread` from placement data. Mind the order of the outputs, which is not that of
+ * `p4_pd_sample_spread_get_entry`.
+ *
+ * @param plcmt_data   the driver's record
+ * @param match_spec   receives the key, zeroed for the default entry
+ * @param mbr          receives the member, if it is one
+ * @param grp          receives the group, if it is one
+ * @param has_mbr      receives 1 for an entry that points at a member, 0 for a group
+ * @param has_grp      receives 1 for an entry that points at a group, 0 for a member
+ * @param is_default   receives 1 for the default entry, else 0
+ * @return the driver's status, when nothing is written on a failure. Neither flag is written for an entry
+ * that points at neither.
+ */
+pd_status p4_pd_sample_spread_get_entry_from_plcmt_data(
+    void *plcmt_data, p4_pd_sample_spread_match_spec_t *match_spec, pd_mbr_hdl *mbr, pd_grp_hdl *grp,
+    u8 *has_mbr, u8 *has_grp, u8 *is_default);
+
+/**
+ * Reads what the default entry of `spread` points at.
+ *
+ * @param sess         driver session
+ * @param dev_tgt      device and pipe, handed on as they are
+ * @param read_from_hw 1 reads the chip, 0 the driver's own copy
+ * @param has_mbr      receives 1 when it points at a member, 0 for a group
+ * @param has_grp      receives 1 when it points at a group, 0 for a member
+ * @param grp          receives the group, if it is one
+ * @param mbr          receives the member, if it is one
+ * @return the driver's status; 15, silently, when it points at neither. Nothing is written on a failure.
+ */
+pd_status p4_pd_sample_spread_table_get_default_entry(
+    pd_sess_hdl sess, pd_dev_target dev_tgt, u8 read_from_hw, u8 *has_mbr, u8 *has_grp, pd_grp_hdl *grp,
+    pd_mbr_hdl *mbr);
+
+/**
  * Asks the driver for placement data of `spread`; both words are handed on as they are. Returns its status.
  */
 pd_status p4_pd_sample_spread_get_plcmt_data(pd_word first, pd_word second);
