@@ -139,12 +139,39 @@ SnapshotLayout read_layout(RowReader &row)
     return layout;
 }
 
+Label read_label(RowReader &row)
+{
+    Label label;
+    label.place = row.place();
+    label.kind = row.text("kind");
+    label.field = row.text("field");
+    label.second = row.text_or("second", "");
+    label.text = row.text("text");
+    label.full = row.number_if_any("full");
+    label.bits = row.number_if_any("bits");
+    label.names_if = row.number_if_any("names_if");
+    label.name_bits = row.number_if_any("name_bits");
+    row.rows("names", false, "names", [&](RowReader &name) {
+        label.names.push_back({name.number("value"), name.text("text")});
+    });
+    return label;
+}
+
+Labels read_labels(RowReader &row)
+{
+    Labels labels{row.place(), row.text("table"), {}};
+    row.set_subject(labels.table);
+    row.rows("rows", true, "rows", [&](RowReader &label) { labels.rows.push_back(read_label(label)); });
+    return labels;
+}
+
 // A group gives its name to a public header, pd_<group>.h, beside pd_actions.h and its like. False when the
 // list cannot be relied on.
 bool check_group_files(RowReader &root, const std::vector<std::string> &files)
 {
     static const std::regex form("[a-z0-9_]+\\.toml");
-    std::set<std::string> taken = {"actions.toml", "tables.toml", "types.toml"};
+    std::set<std::string> taken = {"actions.toml",  "inspection.toml", "profiles.toml", "resources.toml",
+                                   "services.toml", "tables.toml",     "types.toml"};
     bool sound = true;
     for (const std::string &file : files) {
         const bool has_form = std::regex_match(file, form);
@@ -203,7 +230,7 @@ Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &di
     Catalogue catalogue;
     Loader loader(directory, catalogue, diagnostics);
     std::vector<std::string> groups;
-    std::string actions, profiles, resources, services, snapshots;
+    std::string actions, profiles, resources, services, snapshots, labels;
     loader.file("catalogue.toml", [&](RowReader &root) {
         catalogue.place = root.place();
         catalogue.program = root.text("program");
@@ -215,9 +242,10 @@ Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &di
         resources = root.text("resources");
         services = root.text("services");
         snapshots = root.text("snapshots");
+        labels = root.text("labels");
     });
     if (groups.empty() || actions.empty() || profiles.empty() || resources.empty() || services.empty() ||
-        snapshots.empty()) {
+        snapshots.empty() || labels.empty()) {
         catalogue.complete = false;
         return catalogue;
     }
@@ -247,6 +275,7 @@ Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &di
         catalogue.snapshot_bytes = root.number("record_bytes");
         loader.rows(root, "layout", catalogue.snapshots, read_layout);
     });
+    loader.file(labels, [&](RowReader &root) { loader.rows(root, "labels", catalogue.labels, read_labels); });
     return catalogue;
 }
 
@@ -265,6 +294,18 @@ const Row *find_by_name(const std::vector<Row> &rows, const std::string &name)
 const Action *Catalogue::find_action(const std::string &name) const
 {
     return find_by_name(actions, name);
+}
+
+const Field *Table::find_field(const std::string &field) const
+{
+    return find_by_name(key, field);
+}
+
+const Labels *Catalogue::labels_of(const Table &table) const
+{
+    const auto found = std::find_if(labels.begin(), labels.end(),
+                                    [&](const Labels &rows) { return rows.table == table.name; });
+    return found == labels.end() ? nullptr : &*found;
 }
 
 const Profile *Catalogue::profile_of(const Table &table) const

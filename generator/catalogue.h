@@ -23,6 +23,10 @@ struct Mask128 {
 // All bits of a field.
 Mask128 full_mask(unsigned width);
 
+// The handles that tables can have.
+inline constexpr std::uint32_t first_table_handle = 0x1000001;
+inline constexpr std::uint32_t last_table_handle = 0x100009f;
+
 struct Field {
     Place place;
     std::string name;
@@ -70,6 +74,8 @@ struct Table {
     std::vector<Field> key;                // in image order
     std::vector<std::string> record_order; // empty when it is the image order
     std::vector<Binding> actions;
+
+    const Field *find_field(const std::string &field) const;
 };
 
 struct Group {
@@ -117,6 +123,31 @@ struct SnapshotLayout {
     std::vector<unsigned> four_bytes;
 };
 
+struct LabelName {
+    std::uint32_t value = 0;
+    std::string text;
+};
+
+// One item of the line that tells the key of a counted table. Left out, a number follows from the field.
+struct Label {
+    Place place;
+    std::string kind; // always, flag, number, v4addr, v6addr, mac
+    std::string field;
+    std::string second; // of a MAC address
+    std::string text;
+    std::optional<std::uint32_t> full;
+    std::optional<std::uint32_t> bits;
+    std::optional<std::uint32_t> names_if;
+    std::optional<std::uint32_t> name_bits;
+    std::vector<LabelName> names;
+};
+
+struct Labels {
+    Place place;
+    std::string table;
+    std::vector<Label> rows;
+};
+
 struct Catalogue {
     bool complete = true; // false when a file could not be read: whatever is missing may stand there
     Place place;
@@ -133,8 +164,10 @@ struct Catalogue {
     std::vector<Hash> hashes;
     unsigned snapshot_bytes = 0;
     std::vector<SnapshotLayout> snapshots;
+    std::vector<Labels> labels;
 
     const Action *find_action(const std::string &name) const;
+    const Labels *labels_of(const Table &table) const;
     const Profile *profile_of(const Table &table) const;
     // The table whose entries have a cell of this counter or meter.
     const Table *table_with_direct(const std::string &resource) const;

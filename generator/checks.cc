@@ -39,7 +39,7 @@ struct HandleRange {
     std::uint32_t first;
     std::uint32_t last;
 };
-constexpr HandleRange table_handles{"table", 0x1000001, 0x100009f};
+constexpr HandleRange table_handles{"table", first_table_handle, last_table_handle};
 constexpr HandleRange action_handles{"action", 0x20000000, 0x20ffffff};
 constexpr HandleRange action_table_handles{"action table", 0x2000001, 0x2ffffff};
 constexpr HandleRange selector_handles{"selector", 0x3000001, 0x3ffffff};
@@ -55,6 +55,10 @@ constexpr HandleRange hash_algorithm_handles{"hash algorithm", 0x23000000, 0x23f
 // Width in bits that a format asks for; 0 for any.
 const std::map<std::string, unsigned> format_widths = {
     {"none", 0}, {"v4addr", 32}, {"v6addr", 128}, {"mac", 24}, {"port", 0}, {"vport", 0}, {"dec", 0}};
+
+// Likewise the kind of a label.
+const std::map<std::string, unsigned> label_widths = {{"always", 0},  {"flag", 1},     {"number", 0},
+                                                      {"v4addr", 32}, {"v6addr", 128}, {"mac", 24}};
 
 class Checker {
 public:
@@ -76,6 +80,7 @@ public:
         check_uses();
         check_services();
         check_snapshots();
+        check_labels();
     }
 
 private:
@@ -435,6 +440,72 @@ private:
             if (!tables.insert(profile.table).second)
                 wrong(profile.place, profile.name + ".table", profile.table, " has a profile already");
         }
+    }
+
+    // ---- Labels ----
+
+    void check_labels()
+    {
+        std::set<std::string> tables;
+        for (const Labels &labels : catalogue.labels) {
+            if (labels.table.empty())
+                continue; // reported where it was read
+            const Table *table = find_table(labels.table);
+            if (!table)
+                wrong(labels.place, labels.table, "there is no such table");
+            if (!tables.insert(labels.table).second)
+                wrong(labels.place, labels.table, "has labels already");
+            if (table)
+                for (const Label &label : labels.rows)
+                    check_label(*table, label);
+        }
+    }
+
+    const Table *find_table(const std::string &name) const
+    {
+        for (const Group &group : catalogue.groups)
+            for (const Table &table : group.tables)
+                if (table.name == name)
+                    return &table;
+        return nullptr;
+    }
+
+    void check_label(const Table &table, const Label &label)
+    {
+        const std::string subject = table.name + "." + label.field;
+        const auto kind = label_widths.find(label.kind);
+        if (kind == label_widths.end())
+            wrong(label.place, subject + ".kind", "\"", label.kind, "\" is no kind of label");
+        if (label.second.empty() == (label.kind == "mac"))
+            wrong(label.place, subject + ".second", "a MAC address has two halves, and nothing else has");
+        check_label_field(table, label, label.field, subject);
+        if (!label.second.empty())
+            check_label_field(table, label, label.second, subject + ".second");
+        if (!is_plain(label.text))
+            wrong(label.place, subject + ".text", not_plain);
+        for (const LabelName &name : label.names)
+            if (!is_plain(name.text))
+                wrong(label.place, subject + ".names", not_plain);
+        if (!label.names.empty() && label.kind != "number")
+            wrong(label.place, subject + ".names", "only a number has names");
+    }
+
+    void check_label_field(const Table &table, const Label &label, const std::string &name,
+                           const std::string &subject)
+    {
+        const Field *field = table.find_field(name);
+        if (!field) {
+            wrong(label.place, subject, "the key has no field \"", name, "\"");
+            return;
+        }
+        const auto kind = label_widths.find(label.kind);
+        if (kind != label_widths.end() && kind->second && kind->second != field->width)
+            wrong(label.place, subject, "\"", label.kind, "\" needs ", kind->second, " bits, not ",
+                  field->width);
+        if ((field->match == "ternary") == (label.kind == "always"))
+            wrong(label.place, subject,
+                  label.kind == "always" ? "\"always\" is for a field without a mask"
+                                         : "the field has no mask");
     }
 
     void check_uses()

@@ -65,6 +65,13 @@ bool is_comment(const std::string &line)
            (line.compare(indent, 2, "* ") == 0 || line.compare(indent, 3, "// ") == 0);
 }
 
+// A piece of text that stands on a line of its own stays whole.
+bool is_literal(const std::string &line)
+{
+    const std::size_t indent = line.find_first_not_of(' ');
+    return indent != std::string::npos && line[indent] == '"';
+}
+
 // What a comment's further lines begin with; those of a parameter are set in.
 std::string comment_prefix(const std::string &line)
 {
@@ -89,7 +96,7 @@ public:
         if (!rest.empty() && continues(line, prefix))
             return add_comment(rest + " " + line.substr(prefix.size()));
         flush();
-        if (line.size() <= line_width)
+        if (line.size() <= line_width || is_literal(line))
             text += line + '\n';
         else if (is_comment(line))
             add_comment(line, comment_prefix(line));

@@ -1,5 +1,6 @@
 #include "names.h"
 
+#include <iomanip>
 #include <sstream>
 
 namespace pdgen {
@@ -51,6 +52,15 @@ std::string hex(std::uint64_t value)
 {
     std::ostringstream text;
     text << "0x" << std::hex << value;
+    return text.str();
+}
+
+std::string hex(const Mask128 &mask)
+{
+    if (mask.high == 0)
+        return hex(mask.low);
+    std::ostringstream text;
+    text << "0x" << std::hex << mask.high << std::setw(16) << std::setfill('0') << mask.low;
     return text.str();
 }
 

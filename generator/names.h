@@ -25,5 +25,6 @@ std::string prefix_length_member(const std::string &field); // <field>_prefix_le
 std::string width_name(const std::string &field);
 
 std::string hex(std::uint64_t value);
+std::string hex(const Mask128 &mask);
 
 } // namespace pdgen

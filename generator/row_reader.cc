@@ -53,13 +53,18 @@ std::string RowReader::text_or(const char *key, const std::string &otherwise)
 
 std::uint32_t RowReader::number(const char *key)
 {
-    const toml::node *node = find(key, true);
+    return find(key, true) ? number_if_any(key).value_or(0) : 0;
+}
+
+std::optional<std::uint32_t> RowReader::number_if_any(const char *key)
+{
+    const toml::node *node = find(key, false);
     if (!node)
-        return 0;
+        return std::nullopt;
     const auto value = node->value_exact<std::int64_t>();
     if (!value || *value < 0 || *value > std::numeric_limits<std::uint32_t>::max()) {
         wrong(key, "must be an integer of 32 bits, not negative");
-        return 0;
+        return std::nullopt;
     }
     return static_cast<std::uint32_t>(*value);
 }

@@ -26,6 +26,7 @@ public:
     std::string text(const char *key);
     std::string text_or(const char *key, const std::string &otherwise);
     std::uint32_t number(const char *key);
+    std::optional<std::uint32_t> number_if_any(const char *key);
     bool flag_or(const char *key, bool otherwise);
     std::optional<Mask128> mask(const char *key);    // an integer, or a string of hexadecimal digits
     std::vector<std::string> texts(const char *key); // an element that is no string is reported and empty

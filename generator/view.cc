@@ -1,6 +1,7 @@
 #include "view.h"
 
 #include <algorithm>
+#include <bit>
 #include <map>
 
 #include "names.h"
@@ -47,6 +48,17 @@ void push(list &elements, data element, bool last)
     elements.push_back(std::move(element));
 }
 
+// How a format stands in a schema.
+std::string schema_format(const std::string &format)
+{
+    return format == "none" ? "None" : "'" + format + "'";
+}
+
+unsigned bits_in(std::uint64_t mask)
+{
+    return static_cast<unsigned>(std::bit_width(mask));
+}
+
 class View {
 public:
     explicit View(const Catalogue &rows) : catalogue(rows)
@@ -73,6 +85,8 @@ public:
         view.set("profiles", profiles);
         view.set("references", reference_views());
         view.set("all_tables", tables_by_handle());
+        view.set("table_slots", table_slots());
+        view.set("first_table_handle", hex(first_table_handle));
         set_resources(view);
         return view;
     }
@@ -95,6 +109,7 @@ private:
         view.set("width", decimal(parameter.width));
         view.set("width_text", count_of(parameter.width, "bit"));
         view.set("format", parameter.format);
+        view.set("schema_format", schema_format(parameter.format));
         view.set("index_of", parameter.index_of);
         view.set("is_index", data(!parameter.index_of.empty()));
         view.set("index_handle", resource_handle(parameter.index_of));
@@ -157,6 +172,8 @@ private:
         view.set("partition_index", std::string(field.partition_index ? "true" : "false"));
         view.set("key_type", key_type(catalogue, table.name));
         const Mask128 mask = field.mask.value_or(full_mask(field.width));
+        view.set("schema_format", schema_format(field.format));
+        view.set("schema_mask", hex(mask));
         view.set("mask_high", hex(mask.high));
         view.set("mask_low", hex(mask.low));
         return view;
@@ -222,11 +239,48 @@ private:
         view.set("idle_time", std::string(table.idle_time ? "true" : "false"));
         view.set("takes_ttl", data(table.ttl_on_add));
         view.set("ttl_on_add", std::string(table.ttl_on_add ? "true" : "false"));
+        const Labels *labels = catalogue.labels_of(table);
+        view.set("has_labels", data(labels != nullptr));
+        view.set("labels", labels ? label_views(table, *labels) : list{});
         view.set("profile", profile ? profile->name : "");
         view.set("action_table", profile ? hex(profile->action_table) : "0");
         view.set("selector", profile ? hex(profile->selector) : "0");
         view.set("entry_actions", profile ? binding_views(profile->actions, true)
                                           : binding_views(table.actions, !table.key.empty()));
+        return view;
+    }
+
+    list label_views(const Table &table, const Labels &labels) const
+    {
+        return views_of(labels.rows, [&](const Label &label) { return label_view(table, label); });
+    }
+
+    data label_view(const Table &table, const Label &label) const
+    {
+        const Field &field = *table.find_field(label.field);
+        const std::uint64_t mask = field.mask.value_or(full_mask(field.width)).low;
+        const std::uint32_t all = 0xffffffff;
+        const bool always = label.kind == "always";
+        data view = field_view(table, field);
+        view.set("label_kind", label.kind);
+        view.set("text", label.text);
+        view.set("is_mac", data(label.kind == "mac"));
+        view.set("second", label.second);
+        view.set("second_twin", label.second.empty() ? "" : mask_member(label.second));
+        view.set("digits", decimal((bits_in(mask) + 3) / 4));
+        view.set("full", hex(label.full.value_or(static_cast<std::uint32_t>(mask))));
+        view.set("bits", hex(label.bits.value_or(always ? static_cast<std::uint32_t>(mask) : all)));
+        view.set("names_if", hex(label.names_if.value_or(all)));
+        view.set("name_bits", hex(label.name_bits.value_or(all)));
+        view.set("has_names", data(!label.names.empty()));
+        list names;
+        for (const LabelName &name : label.names) {
+            data name_view;
+            name_view.set("name_value", hex(name.value));
+            name_view.set("name_text", name.text);
+            push(names, name_view, &name == &label.names.back());
+        }
+        view.set("names", names);
         return view;
     }
 
@@ -279,6 +333,9 @@ private:
         view.set("is_direct", data(table != nullptr));
         view.set("table", table ? table->name : "");
         view.set("table_handle", table ? hex(table->handle) : "0");
+        view.set("cells_handle", hex(table ? table->handle : resource.handle));
+        view.set("direct", std::string(table ? "true" : "false"));
+        view.set("cell", std::string(table ? "entry_hdl" : "index"));
         return view;
     }
 
@@ -352,13 +409,39 @@ private:
         return {member, group};
     }
 
-    list tables_by_handle() const
+    // One element for each handle from the first to the last; a handle in between that no table has is empty.
+    list table_slots() const
+    {
+        list slots;
+        std::uint32_t next = first_table_handle;
+        const auto add = [&](const std::string &table) {
+            data slot;
+            slot.set("table", table);
+            slot.set("is_table", data(!table.empty()));
+            slots.push_back(slot);
+            ++next;
+        };
+        for (const Table *table : sorted_tables()) {
+            while (next < table->handle)
+                add("");
+            add(table->name);
+        }
+        return slots;
+    }
+
+    std::vector<const Table *> sorted_tables() const
     {
         std::vector<const Table *> tables;
         for (const Group &group : catalogue.groups)
             for (const Table &table : group.tables)
                 tables.push_back(&table);
         std::sort(tables.begin(), tables.end(), [](auto *a, auto *b) { return a->handle < b->handle; });
+        return tables;
+    }
+
+    list tables_by_handle() const
+    {
+        const std::vector<const Table *> tables = sorted_tables();
         list views;
         for (const Table *table : tables)
             push(views, table_view(*table), table == tables.back());

@@ -97,6 +97,10 @@ struct ProfileFunctions {
     pd_status (*get_word_llp_active_members)(pd_sess_hdl, pd_dev_target, pd_word word, pd_word count,
                                              pd_word members);
     pd_status (*sel_get_plcmt_data)(pd_word first, pd_word second);
+    // Text
+    u32 (*schema)(char *buf);
+    u32 (*plcmt_data_value)(void *plcmt_data, char *buf);
+    pd_status (*adt_plcmt_data_print)(int fd, int indent, void *plcmt_data);
 };
 
 // What a table whose entries point at members or groups has in place of actions.
@@ -111,10 +115,49 @@ struct IndirectFunctions {
     pd_status (*get_default_entry)(pd_sess_hdl, pd_dev_target, u8 from_hw, ReferenceResults &to);
 };
 
+// What a table whose entries age has besides.
+struct IdleFunctions {
+    pd_status (*tmo_enable)(pd_sess_hdl, u32 device_id, pd_idle_params);
+    pd_status (*tmo_disable)(pd_sess_hdl, u32 device_id);
+    pd_status (*register_tmo_cb)(pd_sess_hdl, u32 device_id, pd_idle_tmo_cb, pd_word cookie);
+    pd_status (*params_get)(pd_sess_hdl, u32 device_id, pd_idle_params *);
+    pd_status (*set_ttl)(pd_sess_hdl, u32 device_id, pd_entry_hdl, u32 ttl);
+    pd_status (*get_ttl)(pd_sess_hdl, u32 device_id, pd_entry_hdl, u32 *ttl);
+    pd_status (*reset_ttl)(pd_sess_hdl, u32 device_id, pd_entry_hdl);
+    pd_status (*update_hit_state)(pd_sess_hdl, u32 device_id, pd_word first, pd_word second);
+    pd_status (*get_hit_state)(pd_sess_hdl, u32 device_id, pd_entry_hdl, u32 *hit_state);
+};
+
+// How a table tells of its entries in text. What a keyless table does not have is null, and so are labels
+// where there are none.
+struct TableTextFunctions {
+    const char *(*match_spec_schema)();
+    u32 (*schema)(char *buf);
+    u32 (*match_spec_value)(const void *key, char *buf);
+    u32 (*value)(pd_sess_hdl, u8 device_id, pd_entry_hdl, u8 from_hw, char *buf);
+    u32 (*plcmt_data_value)(void *plcmt_data, char *buf);
+    int (*match_spec_print)(int fd, int indent, const void *key);
+    pd_status (*plcmt_data_print)(int fd, int indent, void *plcmt_data);
+    u32 (*match_specs_are_equal)(const void *left, const void *right, char *msg);
+    u32 (*plcmt_data_eq_to_hw)(pd_sess_hdl, u8 device_id, u32 table, pd_entry_hdl, void *plcmt_data,
+                               char *msg);
+    u32 (*match_spec_stringify_for_counter)(const void *key, char *buf);
+    u32 (*stringify_counter_match_spec)(pd_sess_hdl, u8 device_id, pd_entry_hdl, char *buf);
+};
+
+// Likewise an action. Without parameters the record is not looked at, and the last two are null.
+struct ActionTextFunctions {
+    const char *(*schema)();
+    u32 (*value)(const void *action, char *buf);
+    int (*print)(int fd, int indent, const void *action);
+    u32 (*action_specs_are_equal)(const void *left, const void *right, char *msg);
+};
+
 struct TableFunctions {
     const pd::Table *row;
     std::span<const ActionFunctions> actions; // as row->actions
     const IndirectFunctions *indirect;        // null where entries carry their action
+    const IdleFunctions *idle;                // null where entries do not age
     pd_status (*table_delete)(pd_sess_hdl, u32 device_id, pd_entry_hdl);
     pd_status (*table_delete_by_match_spec)(pd_sess_hdl, pd_dev_target, const EntryArguments &);
     pd_status (*match_spec_to_entry_hdl)(pd_sess_hdl, pd_dev_target, const EntryArguments &, pd_entry_hdl *);
@@ -135,6 +178,7 @@ struct TableFunctions {
     pd_status (*register_mat_update_cb)(pd_sess_hdl, u32 device_id, pd_mat_update_cb, pd_word cookie);
     pd_status (*get_mat_table_handle)(u32 *handle);
     u32 (*supports_entry_priority)();
+    TableTextFunctions text;
 };
 
 // All 158 tables, by handle.
@@ -143,8 +187,9 @@ std::span<const TableFunctions *const> tables();
 // The 4 action profiles, in the order that is kept everywhere.
 std::span<const ProfileFunctions *const> profiles();
 
-// All 298 actions, by number.
+// All 298 actions, by number, and how each tells of its parameters in text.
 std::span<const pd::Action *const> actions();
+std::span<const ActionTextFunctions> action_texts();
 
 // Null when there is no such table, or no such action of it.
 const TableFunctions *find_table(std::string_view name);

@@ -10,7 +10,10 @@
 #define PD_H
 
 #include "pd_actions.h"
+#include "pd_inspection.h"
 #include "pd_profiles.h"
+#include "pd_resources.h"
+#include "pd_services.h"
 #include "pd_tables.h"
 #include "pd_types.h"
 

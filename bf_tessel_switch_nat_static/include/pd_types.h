@@ -73,6 +73,23 @@ typedef void (*pd_adt_update_cb)(u32 device_id, u32 table, const void *update, p
 /** Called by the driver for a change to a profile's groups; `update` is the driver's. */
 typedef void (*pd_sel_update_cb)(u32 device_id, u32 table, const void *update, pd_word cookie);
 
+/** Called by the driver when a copy that was asked for is up to date. */
+typedef void (*pd_sync_cb)(u32 device_id, pd_word cookie);
+
+/** Called by the driver for an entry that has been idle for its time to live. */
+typedef void (*pd_idle_tmo_cb)(u32 device_id, u32 table, pd_entry_hdl entry, pd_word cookie);
+
+/** How the entries of a table age. What the parameters mean is the driver's. */
+typedef struct pd_idle_params {
+    u32 idle_mode; /**< 1 is the mode that the parameters belong to */
+    u32 idle_param_1;
+    u32 idle_param_2;
+    u32 idle_param_3;
+    u32 idle_param_4;
+    u32 idle_param_5;
+    u8 idle_flag; /**< not handed on; 0 when read */
+} pd_idle_params;
+
 /** Whether a member takes part in the selection of its group. */
 enum { P4_PD_GRP_MBR_STATE_ACTIVE = 0, P4_PD_GRP_MBR_STATE_INACTIVE = 1 };
 

@@ -4,6 +4,8 @@
 #include <assert.h>
 #include <execinfo.h>
 
+#include <cstdio>
+
 #include "bf_sys.h"
 
 namespace pd {
@@ -13,6 +15,23 @@ namespace {
 constexpr int log_module = 0;
 constexpr int log_level = 2;
 constexpr int backtrace_depth = 128;
+
+// The full name of the function, which need not be kept for the thousands that never fail.
+class FunctionName {
+public:
+    explicit FunctionName(Place place)
+    {
+        if (place.owner)
+            std::snprintf(name, sizeof name, "p4_pd_tessel_switch_%s_%s", place.owner, place.function);
+        else
+            std::snprintf(name, sizeof name, "%s", place.function);
+    }
+
+    const char *get() const { return name; }
+
+private:
+    char name[160];
+};
 
 void log_backtrace()
 {
@@ -26,9 +45,9 @@ void log_backtrace()
 
 } // namespace
 
-void fail(const char *condition, Place place)
+void fail(const char *condition, Place place, const char *source)
 {
-    __assert_fail(condition, source_name, static_cast<unsigned>(place.line), place.function);
+    __assert_fail(condition, source, static_cast<unsigned>(place.line), FunctionName(place).get());
 }
 
 void report(const char *condition, const char *format, Place place)
@@ -37,7 +56,7 @@ void report(const char *condition, const char *format, Place place)
         log_backtrace();
         fail(condition, place);
     }
-    bf_sys_log_and_trace(log_module, log_level, format, place.function, place.line);
+    bf_sys_log_and_trace(log_module, log_level, format, FunctionName(place).get(), place.line);
 }
 
 } // namespace pd

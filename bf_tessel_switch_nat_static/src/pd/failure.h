@@ -5,17 +5,19 @@
 
 namespace pd {
 
-// The source name in every assertion of this directory.
+// The source name in every assertion of this directory; the inspection layer beside it has one of its own.
 inline constexpr char source_name[] = "bf_tessel_switch_nat_static/src/pd";
 
 // Where a failure happened. Made as a default argument it names the caller of the function it belongs to.
+// With an owner, `function` is what follows behind the owner's name: p4_pd_tessel_switch_<owner>_<function>.
 struct Place {
     const char *function;
     int line;
+    const char *owner = nullptr; // a table or profile
 };
 
 // Ends the process through __assert_fail, in every mode.
-[[noreturn, gnu::cold]] void fail(const char *condition, Place place);
+[[noreturn, gnu::cold]] void fail(const char *condition, Place place, const char *source = source_name);
 
 // The failure frame; returns when debug mode is off. `format` is a log line with %s and %d for the place.
 [[gnu::cold]] void report(const char *condition, const char *format, Place place);

@@ -1,33 +1,10 @@
 #include "groups.h"
 
-#include "bf_sys.h"
+#include "sys_array.h"
 
 namespace pd {
 
 namespace {
-
-// The members of a group at the moment of its deletion.
-class MemberList {
-public:
-    explicit MemberList(u32 count)
-        : members(static_cast<pd_mbr_hdl *>(bf_sys_calloc(count, sizeof(pd_mbr_hdl)))),
-          states(members ? static_cast<u8 *>(bf_sys_calloc(count, sizeof(u8))) : nullptr)
-    {
-    }
-
-    MemberList(const MemberList &) = delete;
-
-    ~MemberList()
-    {
-        if (members)
-            bf_sys_free(members);
-        if (states)
-            bf_sys_free(states);
-    }
-
-    pd_mbr_hdl *const members;
-    u8 *const states; // one byte for each, which the driver wants to fill
-};
 
 // Takes the group out of the driver, then out of the member-selection store, whose status counts here.
 pd_status del_group_with(const Profile &profile, pd_sess_hdl sess, u32 device_id, pd_grp_hdl group, u32 count,
@@ -50,14 +27,15 @@ pd_status del_group(const Profile &profile, pd_sess_hdl sess, u32 device_id, pd_
         return status;
     if (count == 0)
         return del_group_with(profile, sess, device_id, group, 0, nullptr);
-    const MemberList list(count);
-    if (!list.members || !list.states)
+    const SysArray<pd_mbr_hdl> members(count);
+    const SysArray<u8> states(count); // the driver wants to tell them
+    if (!members || !states)
         return out_of_memory;
-    status = pipe_mgr_sel_grp_mbrs_get(sess, device_id, profile.selector, group, count, list.members,
-                                       list.states, &written, 0);
+    status = pipe_mgr_sel_grp_mbrs_get(sess, device_id, profile.selector, group, count, members.get(),
+                                       states.get(), &written, 0);
     if (status != success)
         return status;
-    return del_group_with(profile, sess, device_id, group, written, list.members);
+    return del_group_with(profile, sess, device_id, group, written, members.get());
 }
 
 // Here the store is asked first, for the driver wants the member's action. The group takes that action over:

@@ -4,8 +4,8 @@
 
 namespace pd {
 
-// The store is asked for resources as well; its answer and its status are ignored, deliberately: no resource
-// goes to the driver by this road.
+// The store is asked for resources as well, and its answer is ignored, deliberately: an entry like this
+// brings the driver none.
 pd_status refer(const Profile &profile, u32 device_id, Reference to, ReferenceRecord &record)
 {
     zero<sizeof record.spec>(&record.spec);

@@ -96,7 +96,10 @@ struct MemberReader {
 };
 
 template <const Profile &profile>
-inline constexpr MemberReader member_reader{profile.action_table, profile.state, action_readers<profile>};
+constexpr MemberReader make_member_reader()
+{
+    return {profile.action_table, profile.state, action_readers<profile>};
+}
 
 pd_status get_member(const MemberReader &profile, u32 device_id, pd_mbr_hdl member, u8 from_hw,
                      const ActionOut &action, Place place = {__builtin_FUNCTION(), __builtin_LINE()});

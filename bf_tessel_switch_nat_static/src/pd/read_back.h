@@ -33,9 +33,6 @@ constexpr TableReader make_reader()
     return reader;
 }
 
-template <const Table &table>
-inline constexpr TableReader reader = make_reader<table>();
-
 // Where a caller wants an entry. What a table does not have is null.
 struct KeyOut {
     void *key = nullptr;

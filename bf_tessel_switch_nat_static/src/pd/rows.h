@@ -23,8 +23,9 @@ struct Mask {
 struct Field {
     const char *name;    // the record member
     const char *display; // the short name that people see
+    const char *twin;    // <name>_mask or <name>_prefix_length, where there is one
     u16 offset;          // in the caller's record
-    u16 twin_offset;     // of <name>_mask or <name>_prefix_length, where there is one
+    u16 twin_offset;     // of that one
     u8 width;            // bits
     Match match;
     Format format;
@@ -80,6 +81,53 @@ struct Profile {
     u32 selector;
     std::span<const Binding> actions; // by name
     pd_word *state;                   // its word of member-selection state
+};
+
+// A counter is named by what the driver knows its cells by: its own handle and an index, or the match table
+// that it is direct to and an entry.
+struct Counter {
+    const char *name;
+    u32 handle;
+    bool direct;
+};
+
+struct Meter {
+    const char *name;
+    u32 handle;
+    u32 table; // that it is direct to, 0 for an indexed one
+};
+
+// A register or a parser value set.
+struct Resource {
+    const char *name;
+    u32 handle;
+};
+
+struct DigestField {
+    const char *name;
+    u32 offset; // in an entry, whose fields follow each other without gaps
+    u32 bytes;
+};
+
+struct Digest {
+    const char *name;
+    u32 handle;
+    u32 entry_bytes;
+    std::span<const DigestField> fields;
+};
+
+// A hash calculation has one input and one algorithm to choose from.
+struct Hash {
+    const char *name;
+    u32 handle;
+    u32 input;
+    u32 algorithm;
+};
+
+// Where the fields of a snapshot record lie whose bytes have an order.
+struct SnapshotLayout {
+    std::span<const u16> two_bytes;
+    std::span<const u16> four_bytes;
 };
 
 // ---- What follows from a row ----------------------------------------------------------------------------

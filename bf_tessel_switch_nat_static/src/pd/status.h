@@ -9,6 +9,7 @@ namespace pd {
 inline constexpr pd_status success = 0;
 inline constexpr pd_status out_of_memory = 2;
 inline constexpr pd_status bad_placement_data = 3;
+inline constexpr pd_status unknown_choice = 3;
 inline constexpr pd_status unreadable_answer = 15;
 inline constexpr pd_status wrong_action = ~pd_status{0};
 

@@ -1,0 +1,78 @@
+#include "snapshots.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "bf_snapshot.h"
+#include "rows_services.h"
+#include "status.h"
+#include "sys_array.h"
+
+namespace pd {
+
+namespace {
+
+// Says which layout the record of a snapshot has.
+constexpr u32 layout_bit = 2;
+
+[[gnu::always_inline]] inline void swap_two_bytes(u8 *field)
+{
+    u16 value;
+    std::memcpy(&value, field, sizeof value);
+    value = __builtin_bswap16(value);
+    std::memcpy(field, &value, sizeof value);
+}
+
+[[gnu::always_inline]] inline void swap_four_bytes(u8 *field)
+{
+    u32 value;
+    std::memcpy(&value, field, sizeof value);
+    value = __builtin_bswap32(value);
+    std::memcpy(field, &value, sizeof value);
+}
+
+template <const SnapshotLayout &layout>
+void swap_fields(u8 *record)
+{
+    [&]<std::size_t... fields>(std::index_sequence<fields...>)
+    {
+        (swap_two_bytes(record + layout.two_bytes[fields]), ...);
+    }
+    (std::make_index_sequence<layout.two_bytes.size()>{});
+    [&]<std::size_t... fields>(std::index_sequence<fields...>)
+    {
+        (swap_four_bytes(record + layout.four_bytes[fields]), ...);
+    }
+    (std::make_index_sequence<layout.four_bytes.size()>{});
+}
+
+} // namespace
+
+pd_status snapshot_capture_trigger_set(u32 snapshot, const pd_snapshot_phv *spec, const pd_snapshot_phv *mask)
+{
+    pd_snapshot_phv spec_copy = *spec, mask_copy = *mask;
+    const auto swap = snapshot & layout_bit ? swap_fields<snapshots::B> : swap_fields<snapshots::A>;
+    swap(spec_copy.bytes);
+    swap(mask_copy.bytes);
+    return bf_snapshot_capture_trigger_set(snapshot, spec_copy.bytes, mask_copy.bytes);
+}
+
+// Deliberate: a capture keeps the driver's byte order, and is copied even when the driver did not give one.
+pd_status snapshot_capture_data_get(u32 snapshot, pd_word second, pd_snapshot_phv *capture, pd_word control,
+                                    u32 *count)
+{
+    *count = 0;
+    u32 total_bytes = 0, stage_bytes = 0;
+    bf_snapshot_capture_phv_fields_dict_size(snapshot, &total_bytes, &stage_bytes);
+    const SysArray<u8> buffer(1, total_bytes);
+    if (!buffer)
+        return out_of_memory;
+    const pd_status status = bf_snapshot_capture_get(snapshot, second, buffer.get(), control, count);
+    const u32 stages = std::min(total_bytes / stage_bytes, max_stages);
+    for (u32 stage = 0; stage < stages; ++stage)
+        std::memcpy(capture[stage].bytes, &buffer[stage * stage_bytes], sizeof capture[stage].bytes);
+    return status;
+}
+
+} // namespace pd

@@ -1,0 +1,17 @@
+// Equality of two records, under the bits that count. Telling of the first difference, in words.
+#pragma once
+
+#include "texts.h"
+
+namespace pd_tessel {
+
+// 1 when equal, with `msg` left alone; else 0.
+u32 match_specs_are_equal(const TableText &table, const void *left, const void *right, char *msg);
+u32 action_specs_are_equal(const ActionText &action, const void *left, const void *right, char *msg);
+
+// Compares an entry as placed with what the chip has. 1 when they agree, but for one way to the answer, which
+// gives the chip's flag.
+u32 plcmt_data_eq_to_hw(const TableText &table, pd_sess_hdl sess, u8 device_id, pd_entry_hdl entry,
+                        void *plcmt_data, char *msg);
+
+} // namespace pd_tessel
