@@ -100,6 +100,8 @@ constexpr std::string_view modify_text =
 constexpr std::string_view lookup_text =
     R"(  Every field takes a plain value, as a packet has it: no masks, no prefixes, no priority.
   Where the entry points at a group, hash=A,B gives the two words by which it picks a member (0,0 without).
+  With packets=N, and bytes=N, the look-up counts as so many packets: in counters, for ageing and for armed
+  snapshots.
 )";
 
 constexpr std::string_view member_text =
@@ -122,6 +124,78 @@ constexpr std::string_view group_text =
   GROUP and MEMBER are handles, or names that create and 'member add' gave.
 )";
 
+constexpr std::string_view counter_text =
+    R"(  TABLE|COUNTER                            lists the entries of a table with their counts
+  read COUNTER CELL                        prints both counts of a cell
+  write COUNTER CELL : packets=N bytes=N   sets them; bytes is 0 when it is left out
+  sync COUNTER                             has the driver bring its counts up to date with the hardware's
+  CELL is an index; of a counter that is direct to a table, an entry's handle, its key, or 'default'.
+  Counts are those that the driver remembers; --hw brings them up to date first.
+)";
+
+constexpr std::string_view meter_text =
+    R"(  set METER CELL : committed_rate=N committed_burst=N peak_rate=N peak_burst=N type=aware|unaware
+  read METER CELL        prints them
+  adjust METER [BYTES]   prints, or sets, how many bytes it adds to each packet
+  CELL is an index; of a meter that is direct to a table, an entry's handle, its key, or 'default'.
+)";
+
+constexpr std::string_view register_text =
+    R"(  read REGISTER INDEX [count=N]      prints cells, each with its value in every pipe; --hw asks the hardware
+  write REGISTER INDEX VALUE         sets a cell to 0 or 1
+  fill REGISTER VALUE                sets all cells
+  reset REGISTER [INDEX [count=N]]   gives cells, or all, the value that they start with
+  sync REGISTER                      has the driver bring its values up to date with the hardware's
+)";
+
+constexpr std::string_view idle_text =
+    R"(  enable TABLE [mode=N] [param_1=N] ... [param_5=N]   lets entries age; clock tells which ran idle
+  disable TABLE                                       ends that
+  params TABLE                                        prints what enable was given
+  show TABLE                                          lists the entries with time to live and state
+  ttl TABLE ENTRY [ttl=N]                             prints the time to live and the state, or sets the time
+  restart TABLE ENTRY                                 lets the time to live begin again
+  hit TABLE ENTRY, expire TABLE ENTRY                 makes the entry active, or idle
+  ENTRY is a handle or a key. An entry without a time to live does not age.
+)";
+
+constexpr std::string_view digest_text =
+    R"(  watch DIGEST [on|off|hold]   prints what comes in and acknowledges it; with hold, only prints
+  send DIGEST FIELDS           the chip sends a message; a lone ':' stands between the entries of one message
+  ack DIGEST                   acknowledges the messages that are held
+  pending DIGEST               how many messages are not acknowledged
+  timeout [N]                  prints, or sets, how long the chip waits for a message to fill
+  Digests are macLearningDigest with smac, ingL2Domain, ingL2Aintf, and ptpDigest with ingress_mac_tstamp and
+  ingL2Aintf.
+)";
+
+constexpr std::string_view pvs_text =
+    R"(  add SET key=VALUE [scope=A,B,C]       adds an entry; the handle is printed as by add
+  modify SET HANDLE key=VALUE           gives it another key
+  delete SET HANDLE                     deletes it
+  find SET key=VALUE [scope=A,B,C]      prints the handle of the entry with this key
+  show SET [scope=A,B,C]                lists the entries of the scope
+  property SET NUMBER [VALUE] [argument=N]   prints a property, or sets it
+  VALUE of a key is written like that of a ternary field. A scope that is left out is 0,0,0.
+)";
+
+constexpr std::string_view hash_text =
+    R"(  value CALCULATION WIDTH:VALUE...             the hash of fields of these widths in bits, 128 at most
+  show CALCULATION                             prints input, algorithm, seed and attributes
+  input CALCULATION N, algorithm CALCULATION N chooses one; each calculation has number 0 alone
+  seed CALCULATION N [SECOND]                  sets the seed; 0 is the algorithm's own
+  attributes CALCULATION [FIELD,TYPE,VALUE]... sets the attributes of input fields in place of all before
+)";
+
+constexpr std::string_view snapshot_text =
+    R"(  create ingress|egress [first_stage=N] [last_stage=N] [pipe=N]
+  trigger SNAPSHOT [OFFSET=VALUE]...   arms it: fields by the offset of their first byte, values as of ternary
+                                       fields
+  show SNAPSHOT                        what each stage has captured, in hex without the zeros at the end
+  delete SNAPSHOT
+  SNAPSHOT is the handle that create prints like add. 'lookup' with packets=N is what an armed one captures.
+)";
+
 constexpr std::string_view restart_text =
     R"(  Logs what the library has of members and groups, forgets it, lets the driver rebuild it as after a restart,
   and compares: tells that it is the same, or the first difference with both values.
@@ -131,14 +205,49 @@ constexpr std::string_view read_text =
     R"(  --json prints a JSON object for each entry, --hw reads from the hardware instead of the driver's memory.
 )";
 
+constexpr std::string_view schema_text =
+    R"(  The library's own description of key fields, actions and parameters; --json prints it taken apart.
+)";
+
+constexpr std::string_view value_text =
+    R"(  ENTRY is a handle, a key or 'default', MEMBER a handle or name. --hw reads from the hardware.
+  parse reads such a text back: an entry, a placement, a key, an action, a member or a reference. TEXT goes
+  to the end of the line as it is, quotation marks and blanks included.
+)";
+
+constexpr std::string_view print_text =
+    R"(  The library's lines for people, from placement data. ENTRY is a handle, a key or 'default'.
+)";
+
+constexpr std::string_view label_text =
+    R"(  What the entry of a counted table matches on, as the hardware has it. ENTRY is a handle, a key or 'default'.
+)";
+
+constexpr std::string_view diff_text =
+    R"(  Compares each entry and the default entry, as placed, with the hardware: every key field and every parameter,
+  by the bits that the schema lists. Priorities are not compared, groups only by presence.
+)";
+
+constexpr std::string_view corrupt_text =
+    R"(  Alters the hardware's action or key of an entry, or takes the entry out of the hardware, and leaves software
+  as it is: a fault for diff to find. Writing the entry's action puts both in step again.
+)";
+
+constexpr std::string_view decode_text =
+    R"(  match TABLE VALUE [MASK] [partition=N]  the key of these images, as trace prints them; without MASK all
+                                          bits count
+  action ACTION [DATA]                    the parameters of this image
+  Images are in hex. An index of a counter or meter stands in no image and shows as 65535.
+)";
+
 constexpr std::string_view default_text =
     R"(  With a colon and an action, sets the default entry. Without meter=, a direct meter is detached from it.
 )";
 
 constexpr std::string_view save_text =
     R"(  Writes the commands that bring all tables, or those that are named, to their state, to FILE, which appears
-  when it is whole. A table of an action profile brings its members and groups along. Meters and times to
-  live cannot be read back; the file says what it has in their place.
+  when it is whole. A table of an action profile brings its members and groups along, an entry its meter and
+  time to live. Counts, properties and what is no part of a table are not saved.
 )";
 
 constexpr Command all_commands[] = {
@@ -161,8 +270,8 @@ constexpr Command all_commands[] = {
     {"delete", "TABLE HANDLE|KEY [priority=N]", "deletes an entry", "", {}, run_delete},
     {"find", "TABLE KEY [priority=N]", "prints the handle of the entry with this key", key_text, json_option,
      run_find},
-    {"lookup", "TABLE KEY [hash=A,B]", "tells which entry a packet with this key would hit, and why",
-     lookup_text, json_option, run_lookup},
+    {"lookup", "TABLE KEY [hash=A,B] [packets=N [bytes=N]]",
+     "tells which entry a packet with this key would hit, and why", lookup_text, json_option, run_lookup},
     {"show", "TABLE|PROFILE", "prints all entries of a table, or all that a profile holds", read_text,
      read_options, run_show},
     {"entry", "TABLE HANDLE", "prints one entry, read back", read_text, read_options, run_entry},
@@ -175,12 +284,47 @@ constexpr Command all_commands[] = {
      group_text, json_option, run_group},
     {"restart", "", "loses and rebuilds the member-selection state, and compares", restart_text, json_option,
      run_restart},
+    {"schema", "TABLE|PROFILE|ACTION", "prints the schema text of a table, profile or action", schema_text,
+     json_option, run_schema},
+    {"value", "TABLE ENTRY | PROFILE MEMBER | parse TABLE|PROFILE TEXT",
+     "prints an entry or member as value text, or reads such a text", value_text, read_options, run_value},
+    {"print", "TABLE ENTRY | PROFILE MEMBER", "prints an entry or member, one field a line", print_text,
+     json_option, run_print},
+    {"label", "TABLE ENTRY", "tells in words what an entry of a counted table matches on", label_text,
+     json_option, run_label},
+    {"diff", "TABLE", "prints every difference between software and hardware", diff_text, json_option,
+     run_diff},
+    {"corrupt",
+     "TABLE ENTRY : ACTION PARAMETERS|key KEY|missing",
+     "makes the hardware differ from software",
+     corrupt_text,
+     {},
+     run_corrupt},
+    {"decode", "match TABLE VALUE [MASK] [partition=N] | action ACTION [DATA]",
+     "prints the fields of a match or action image", decode_text, json_option, run_decode},
     {"count", "[TABLE]", "the number of entries of a table, or of all that have any", "", json_option,
      run_count},
     {"property", "TABLE NUMBER [VALUE [SECOND_VALUE]]",
      "prints both values of a table's property, or sets them",
      "  The numbers and what their values mean are the driver's. SECOND_VALUE is 0 when it is left out.\n",
      json_option, run_property},
+    {"counter", "TABLE|COUNTER | read|write|sync COUNTER ...", "the counts of entries and of counter cells",
+     counter_text, read_options, run_counter},
+    {"meter", "set|read|adjust METER ...", "the meters of entries and meter cells", meter_text, json_option,
+     run_meter},
+    {"register", "read|write|fill|reset|sync REGISTER ...", "the cells of registers", register_text,
+     read_options, run_register},
+    {"idle", "enable|disable|params|show|ttl|restart|hit|expire TABLE ...", "the ageing of entries",
+     idle_text, json_option, run_idle},
+    {"clock", "TICKS", "lets time pass, and tells which entries ran idle", "", json_option, run_clock},
+    {"digest", "watch|send|ack|pending DIGEST ... | timeout [N]",
+     "messages about packets, such as new stations", digest_text, json_option, run_digest},
+    {"pvs", "add|modify|delete|find|show|property SET ...", "the entries of parser value sets", pvs_text,
+     json_option, run_pvs},
+    {"hash", "value|show|input|algorithm|seed|attributes CALCULATION ...", "hash calculations", hash_text,
+     json_option, run_hash},
+    {"snapshot", "create|trigger|show|delete ...", "what packets look like in the stages of a pipe",
+     snapshot_text, json_option, run_snapshot},
     {"watch",
      "TABLE [on|off]",
      "prints the updates of a table behind the commands that make them",

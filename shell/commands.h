@@ -54,11 +54,51 @@ void run_group(Session &session, Words &words);
 // restart.cc
 void run_restart(Session &session, Words &words);
 
+// inspection.cc
+void run_schema(Session &session, Words &words);
+void run_value(Session &session, Words &words);
+void run_print(Session &session, Words &words);
+void run_label(Session &session, Words &words);
+
+// diff.cc
+void run_diff(Session &session, Words &words);
+
+// corrupt.cc
+void run_corrupt(Session &session, Words &words);
+
+// decode.cc
+void run_decode(Session &session, Words &words);
+
 // properties.cc
 void run_property(Session &session, Words &words);
 
 // watches.cc
 void run_watch(Session &session, Words &words);
+
+// counters.cc
+void run_counter(Session &session, Words &words);
+
+// meters.cc
+void run_meter(Session &session, Words &words);
+
+// registers.cc
+void run_register(Session &session, Words &words);
+
+// idle.cc
+void run_idle(Session &session, Words &words);
+void run_clock(Session &session, Words &words);
+
+// digests.cc
+void run_digest(Session &session, Words &words);
+
+// value_sets.cc
+void run_pvs(Session &session, Words &words);
+
+// hashes.cc
+void run_hash(Session &session, Words &words);
+
+// snapshots.cc
+void run_snapshot(Session &session, Words &words);
 
 // save.cc
 void run_save(Session &session, Words &words);

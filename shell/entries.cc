@@ -4,6 +4,7 @@
 #include "commands.h"
 #include "driver.h"
 #include "entry_body.h"
+#include "entry_key.h"
 #include "json.h"
 
 namespace shell {
@@ -11,26 +12,6 @@ namespace shell {
 namespace {
 
 using reflection::TableFunctions;
-
-bool is_handle(std::string_view word)
-{
-    return !word.empty() && word != ":" && word.find('=') == std::string_view::npos;
-}
-
-void expect_priority(const Options &options, const Words &words, const pd::Table &table)
-{
-    if (options.takes_priority && !options.priority)
-        throw BadLine{words.rest(), std::string{table.name} + " has a ternary field: give priority=N"};
-}
-
-// The key of an entry, up to the colon or the end.
-Record take_key(Words &words, const pd::Table &table, Options &options)
-{
-    options.takes_priority = pd::has_priority(table);
-    Record key{table, KeyOf::entry};
-    take_assignments(words, key, table.name, options);
-    return key;
-}
 
 // The key of an entry with nothing behind it.
 Record take_last_key(Words &words, const pd::Table &table, Options &options)

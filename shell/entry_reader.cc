@@ -19,20 +19,36 @@ EntryReader::EntryReader(const reflection::TableFunctions &table, bool from_hard
 {
 }
 
-void EntryReader::read(pd_entry_hdl entry)
+// Where an entry is read to.
+reflection::EntryResults EntryReader::results()
 {
+    is_default_ = table().key.empty(); // which a keyless table does not say
     reflection::EntryResults results;
     results.key = key_.data();
     results.priority = &priority_;
     results.is_default = &is_default_;
     results.action = &action_.out().parameters;
     results.action_number = &action_.out().action_number;
+    return results;
+}
+
+void EntryReader::read(pd_entry_hdl entry)
+{
     reference_ = {};
     expect_success(
         functions_.indirect
-            ? functions_.indirect->get_entry(driver_session, device.device_id, entry, from_hardware_, results,
-                                             reference_)
-            : functions_.get_entry(driver_session, device.device_id, entry, from_hardware_, results));
+            ? functions_.indirect->get_entry(driver_session, device.device_id, entry, from_hardware_,
+                                             results(), reference_)
+            : functions_.get_entry(driver_session, device.device_id, entry, from_hardware_, results()));
+    handle_ = entry;
+}
+
+void EntryReader::read_placement(pd_entry_hdl entry, void *plcmt_data)
+{
+    reference_ = {};
+    expect_success(functions_.indirect
+                       ? functions_.indirect->get_entry_from_plcmt_data(plcmt_data, results(), reference_)
+                       : functions_.get_entry_from_plcmt_data(plcmt_data, results(), &action_.out()));
     handle_ = entry;
 }
 
@@ -73,16 +89,28 @@ void EntryReader::append_json(std::string &to) const
     Json json{to};
     json.open_object().key("table").text(table().name);
     if (!is_default()) {
-        json.key("entry").number(handle_).key("key");
-        shell::append_json(json, key_fields_, key());
-        if (pd::has_priority(table()))
-            json.key("priority").number(priority_);
+        json.key("entry").number(handle_);
+        append_key(json);
     }
     if (names_)
         shell::append_json(json, *names_, reference());
     else
         action_.append_json(json);
     json.close_object();
+}
+
+void EntryReader::append_key(std::string &to) const
+{
+    to += assignments(key_fields_, key());
+    if (pd::has_priority(table()))
+        to.append(to.empty() ? "priority=" : " priority=").append(std::to_string(priority_));
+}
+
+void EntryReader::append_key(Json &to) const
+{
+    shell::append_json(to.key("key"), key_fields_, key());
+    if (pd::has_priority(table()))
+        to.key("priority").number(priority_);
 }
 
 void EntryReader::append_body(std::string &to) const

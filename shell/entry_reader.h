@@ -21,6 +21,8 @@ public:
     // Each throws BadLine when the driver refuses.
     void read(pd_entry_hdl entry);
     void read_default();
+    // From the placement data of `entry`: what software placed.
+    void read_placement(pd_entry_hdl entry, void *plcmt_data);
     // Calls `visit` for each entry, read.
     void walk(const std::function<void()> &visit);
 
@@ -39,10 +41,16 @@ public:
 
     // The entry as a JSON object, with its key unless it is the default entry.
     void append_json(std::string &to) const;
+    // "dmac=00:11:22:33:44:55 priority=10"
+    void append_key(std::string &to) const;
+    // The keys "key" and, where the table has one, "priority" with their values.
+    void append_key(Json &to) const;
     // "setNextHop nextHop=7", "group web"
     void append_body(std::string &to) const;
 
 private:
+    reflection::EntryResults results();
+
     const reflection::TableFunctions &functions_;
     const u8 from_hardware_;
     const ProfileNames *const names_;

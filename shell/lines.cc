@@ -9,9 +9,12 @@
 
 #ifdef TESSEL_SHELL_HAS_EDITLINE
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include <editline/readline.h>
+
+#include "complete.h"
 #endif
 
 namespace shell {
@@ -66,6 +69,67 @@ FileLines::FileLines(const std::string &name, std::ostream *terminal)
 
 #ifdef TESSEL_SHELL_HAS_EDITLINE
 
+namespace {
+
+constexpr int kept_lines = 1000;
+
+// Empty when there is no place for it.
+std::filesystem::path history_file()
+{
+    const char *state = std::getenv("XDG_STATE_HOME"), *home = std::getenv("HOME");
+    std::filesystem::path folder;
+    if (state && *state == '/')
+        folder = state;
+    else if (home && *home)
+        folder = std::filesystem::path{home} / ".local" / "state";
+    else
+        return {};
+    return folder / "tessel-shell" / "history";
+}
+
+// The line editor asks for one candidate after the other.
+char *next_candidate(const char *, int index)
+{
+    static std::vector<std::string> candidates;
+    if (index == 0)
+        candidates = complete({rl_line_buffer, static_cast<std::size_t>(rl_point)});
+    const auto at = static_cast<std::size_t>(index);
+    if (at >= candidates.size())
+        return nullptr;
+    rl_completion_append_character = candidates[at].ends_with('=') ? '\0' : ' ';
+    return strdup(candidates[at].c_str());
+}
+
+char **complete_word(const char *begun, int, int)
+{
+    rl_attempted_completion_over = !completes_a_file({rl_line_buffer, static_cast<std::size_t>(rl_point)});
+    return rl_completion_matches(begun, next_candidate);
+}
+
+} // namespace
+
+TerminalLines::TerminalLines()
+{
+    static char blanks[] = " \t";
+    rl_completer_word_break_characters = blanks;
+    rl_attempted_completion_function = complete_word;
+    using_history();
+    stifle_history(kept_lines);
+    if (const auto file = history_file(); !file.empty())
+        read_history(file.c_str());
+}
+
+// A history that cannot be kept is no reason to fail.
+TerminalLines::~TerminalLines()
+{
+    const std::filesystem::path file = history_file();
+    std::error_code failed;
+    if (file.empty())
+        return;
+    std::filesystem::create_directories(file.parent_path(), failed);
+    write_history(file.c_str());
+}
+
 bool TerminalLines::next(std::string &line)
 {
     const std::unique_ptr<char, decltype(&std::free)> typed{readline(prompt), &std::free};
@@ -80,6 +144,9 @@ bool TerminalLines::next(std::string &line)
 }
 
 #else
+
+TerminalLines::TerminalLines() = default;
+TerminalLines::~TerminalLines() = default;
 
 bool TerminalLines::next(std::string &line)
 {

@@ -47,9 +47,12 @@ private:
     std::optional<StreamLines> lines_;
 };
 
-// Prompts for each line; with editing and history where the shell was built with them.
+// Prompts for each line; with editing, completion and a history that outlasts the session where the shell was
+// built with them.
 class TerminalLines : public LineSource {
 public:
+    TerminalLines();
+    ~TerminalLines() override;
     bool next(std::string &line) override;
 };
 

@@ -204,6 +204,17 @@ Record take_packet(Words &words, const pd::Table &table, Options &options)
     return record;
 }
 
+// With packets, as the chip does it for them.
+pd_status look_up(const pd::Table &table, const PacketKey &key, const Options &options, ts_model_hit &hit)
+{
+    const auto bytes = static_cast<u32>(key.image.size());
+    if (!options.packets)
+        return ts_model_lookup(device.device_id, table.handle, key.image.data(), bytes, key.partition_index,
+                               &hit);
+    return ts_model_counted_lookup(device.device_id, table.handle, key.image.data(), bytes,
+                                   key.partition_index, *options.packets, options.bytes.value_or(0), &hit);
+}
+
 } // namespace
 
 void run_lookup(Session &session, Words &words)
@@ -212,10 +223,12 @@ void run_lookup(Session &session, Words &words)
     const pd::Table &table = *functions.row;
     Options options;
     options.takes_hash = functions.indirect != nullptr;
+    options.takes_packets = true;
     const PacketKey key = packet_key(table, take_packet(words, table, options));
+    if (options.bytes && !options.packets)
+        throw BadLine{words.rest(), "bytes=N needs packets=N: a look-up without packets counts nothing"};
     ts_model_hit hit{};
-    expect_success(ts_model_lookup(device.device_id, table.handle, key.image.data(),
-                                   static_cast<u32>(key.image.size()), key.partition_index, &hit));
+    expect_success(look_up(table, key, options, hit));
     std::optional<Selection> selection;
     if (functions.indirect)
         selection.emplace(session, functions).select(hit, options.hash.value_or(FlowHash{}));

@@ -20,6 +20,8 @@ const char *kind_name(Kind kind);
 struct Object {
     Kind kind;
     u32 handle; // 0 for none
+
+    bool operator==(const Object &) const = default;
 };
 
 // The names of one profile's members, or of its groups.

@@ -53,6 +53,19 @@ FlowHash parse_hash(std::string_view text)
     return hash;
 }
 
+ValueSetScope parse_scope(std::string_view text)
+{
+    const std::size_t first = text.find(',');
+    const std::size_t second = text.find(',', first == std::string_view::npos ? first : first + 1);
+    if (second == std::string_view::npos)
+        throw BadLine{text, "scope: too few parts: write scope=A,B,C"};
+    ValueSetScope scope;
+    scope.a = parse_u32(text.substr(0, first), ~u32{0}, "first part of the scope");
+    scope.b = parse_u32(text.substr(first + 1, second - first - 1), ~u32{0}, "second part of the scope");
+    scope.c = static_cast<u8>(parse_u32(text.substr(second + 1), 0xff, "third part of the scope"));
+    return scope;
+}
+
 // False when there is no such option.
 bool assign_option(Options &options, std::string_view name, std::string_view value)
 {
@@ -61,7 +74,8 @@ bool assign_option(Options &options, std::string_view name, std::string_view val
                      "with the key of an entry, for a table that has a ternary field");
         set_once(options.priority, parse_u32(value, ~u32{0}, name), name);
     } else if (name == "ttl") {
-        expect_taken(options.takes_ttl, name, "in add, for a table whose entries take a time to live");
+        expect_taken(options.takes_ttl, name,
+                     "in add, for a table whose entries take a time to live, and in idle ttl");
         set_once(options.ttl, parse_u32(value, ~u32{0}, name), name);
     } else if (name == "meter") {
         expect_taken(options.takes_meter, name, "in add and modify, for a table with a direct meter");
@@ -69,6 +83,12 @@ bool assign_option(Options &options, std::string_view name, std::string_view val
     } else if (name == "hash") {
         expect_taken(options.takes_hash, name, "in lookup, for a table of an action profile");
         set_once(options.hash, parse_hash(value), name);
+    } else if (name == "packets" || name == "bytes") {
+        expect_taken(options.takes_packets, name, "in lookup");
+        set_once(name == "packets" ? options.packets : options.bytes, parse_value(value, 64, name).low, name);
+    } else if (name == "scope") {
+        expect_taken(options.takes_scope, name, "in pvs add, find and show");
+        set_once(options.scope, parse_scope(value), name);
     } else {
         return false;
     }

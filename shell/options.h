@@ -16,17 +16,29 @@ struct FlowHash {
     u32 second = 0;
 };
 
+// Which part of the parser an entry of a value set is for.
+struct ValueSetScope {
+    u32 a = 0;
+    u32 b = 0;
+    u8 c = 0;
+};
+
 // The words of a command that name neither field nor parameter; none is taken unless told so.
 struct Options {
     bool takes_priority = false;
     bool takes_ttl = false;
     bool takes_meter = false;
     bool takes_hash = false;
+    bool takes_packets = false; // and bytes
+    bool takes_scope = false;
 
     std::optional<u32> priority;
     std::optional<u32> ttl;
     std::optional<pd_meter_spec> meter;
     std::optional<FlowHash> hash;
+    std::optional<u64> packets;
+    std::optional<u64> bytes;
+    std::optional<ValueSetScope> scope;
 };
 
 // Takes words up to a colon or the end, and sees that no field of `record` is missing. A name is a field's

@@ -6,6 +6,7 @@
 #include "commands.h"
 #include "driver.h"
 #include "entry_reader.h"
+#include "meters.h"
 #include "new_file.h"
 #include "save_profile.h"
 #include "tables.h"
@@ -16,44 +17,56 @@ namespace {
 
 using reflection::TableFunctions;
 
-constexpr char unknown_meter[] = " meter=0,0,0,0,aware";
-
-// What the library cannot read back, and what is written in its place.
-void save_remarks(NewFile &file, const pd::Table &table)
+// " meter=CR,CB,PR,PB,TYPE" where the entry has a meter.
+std::string meter(const TableFunctions &table, pd_entry_hdl entry)
 {
-    const std::string name = table.name;
-    if (table.ttl_on_add)
-        file.write_line("# " + name + ": times to live are not saved; entries get ttl=0");
-    if (table.direct_meter)
-        file.write_line("# " + name + ": meters are not saved; entries get" + unknown_meter +
-                        ", the default none");
+    const std::string option = meter_option(table, entry);
+    return option.empty() ? option : ' ' + option;
 }
 
-void save_default(NewFile &file, EntryReader &reader)
+std::string default_meter(const TableFunctions &table)
+{
+    if (!table.row->direct_meter)
+        return {};
+    pd_entry_hdl entry = 0;
+    expect_success(table.get_default_entry_handle(driver_session, device, &entry));
+    return meter(table, entry);
+}
+
+// " ttl=N" where the entry has a time to live.
+std::string time_to_live(const TableFunctions &table, pd_entry_hdl entry)
+{
+    u32 ttl = 0;
+    if (table.idle)
+        expect_success(table.idle->get_ttl(driver_session, device.device_id, entry, &ttl));
+    return ttl == 0 ? std::string{} : " ttl=" + std::to_string(ttl);
+}
+
+void save_default(NewFile &file, EntryReader &reader, const TableFunctions &table)
 {
     reader.read_default();
     if (reader.names() && reader.reference().handle == 0)
         return; // no command makes an entry point at nothing
     std::string line = std::string{"default "} + reader.table().name + " : ";
     reader.append_body(line);
-    file.write_line(line);
+    file.write_line(line + default_meter(table));
 }
 
-void save_entries(NewFile &file, EntryReader &reader)
+void save_entries(NewFile &file, EntryReader &reader, const TableFunctions &table)
 {
-    const pd::Table &table = reader.table();
-    const std::string add = std::string{"add "} + table.name;
-    std::string line;
+    const std::string name = table.row->name;
+    const bool ttl_behind = table.idle && !table.row->ttl_on_add;
+    std::string line, key;
     reader.walk([&] {
-        line = add;
-        append_assignments(line, reader.key_fields(), reader.key());
-        if (pd::has_priority(table))
-            line += " priority=" + std::to_string(reader.priority());
-        line += " : ";
+        key.clear();
+        reader.append_key(key);
+        line = "add " + name + ' ' + key + " : ";
         reader.append_body(line);
-        if (table.direct_meter)
-            line += unknown_meter;
-        file.write_line(line);
+        line += meter(table, reader.handle());
+        const std::string ttl = time_to_live(table, reader.handle());
+        file.write_line(ttl_behind ? line : line + ttl);
+        if (ttl_behind && !ttl.empty())
+            file.write_line("idle ttl " + name + ' ' + key + ttl);
     });
 }
 
@@ -65,11 +78,10 @@ void save_table(NewFile &file, const TableFunctions &table, Session &session)
         save_profile(file, *table.indirect->profile, *names);
     }
     EntryReader reader{table, false, names ? &*names : nullptr};
-    save_remarks(file, *table.row);
     if (names || pd::has_default_action(table.row->actions))
-        save_default(file, reader);
+        save_default(file, reader, table);
     if (!table.row->key.empty())
-        save_entries(file, reader);
+        save_entries(file, reader, table);
 }
 
 // The tables that the rest of the command names, or all that can be saved.

@@ -71,6 +71,8 @@ Session::~Session()
 {
     set_trace(false);
     watches_.clear();
+    idle_watches_.clear();
+    digest_watches_.clear();
     p4_pd_tessel_switch_cleanup();
 }
 

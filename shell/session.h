@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "digests.h"
+#include "idle.h"
 #include "lines.h"
 #include "names.h"
 #include "reflection.h"
@@ -48,6 +50,8 @@ public:
     bool from_hardware() const { return from_hardware_; }
     void set_trace(bool on);
     Watches &watches() { return watches_; }
+    IdleWatches &idle_watches() { return idle_watches_; }
+    DigestWatches &digest_watches() { return digest_watches_; }
     ProfileNames &names(const reflection::ProfileFunctions &profile) { return names_[&profile]; }
     // Of the table's action profile; null where entries carry their action.
     const ProfileNames *names(const reflection::TableFunctions &table);
@@ -70,6 +74,8 @@ private:
     std::ostream &err_;
     SessionOptions options_;
     Watches watches_{*this};
+    IdleWatches idle_watches_;
+    DigestWatches digest_watches_{*this};
     std::map<const reflection::ProfileFunctions *, ProfileNames> names_;
     bool done_ = false;
     bool stopping_ = false; // a bad line ends the files, down to the prompt if there is one

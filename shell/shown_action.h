@@ -19,7 +19,8 @@ public:
     // Where the library writes the action.
     pd_action_out &out() { return out_; }
 
-    const char *name() const { return actions_[used()].action->name; }
+    const pd::Action &row() const { return *actions_[used()].action; }
+    const char *name() const { return row().name; }
     const std::vector<ShownField> &fields() const { return fields_[used()]; }
     const void *parameters() const { return &out_.parameters; }
 

@@ -7,14 +7,6 @@ namespace shell {
 
 namespace {
 
-std::vector<std::string_view> table_names()
-{
-    std::vector<std::string_view> names;
-    for (const reflection::TableFunctions *table : reflection::tables())
-        names.push_back(table->row->name);
-    return names;
-}
-
 bool serves(const reflection::ActionFunctions &action, ActionOf use)
 {
     return use == ActionOf::entry ? action.add != nullptr : action.set_default_action != nullptr;
@@ -30,6 +22,14 @@ std::vector<std::string_view> action_names(const reflection::TableFunctions &tab
 }
 
 } // namespace
+
+std::vector<std::string_view> table_names()
+{
+    std::vector<std::string_view> names;
+    for (const reflection::TableFunctions *table : reflection::tables())
+        names.push_back(table->row->name);
+    return names;
+}
 
 const reflection::TableFunctions &take_table(Words &words)
 {
@@ -65,6 +65,23 @@ const reflection::ActionFunctions &take_action(Words &words, const reflection::T
                                 (use == ActionOf::entry ? "" : " as default")};
     words.take();
     return *action;
+}
+
+std::vector<std::string_view> all_action_names()
+{
+    std::vector<std::string_view> names;
+    for (const pd::Action *action : reflection::actions())
+        names.push_back(action->name);
+    return names;
+}
+
+const pd::Action &take_any_action(Words &words)
+{
+    const std::string_view name = words.take("action name");
+    for (const pd::Action *action : reflection::actions())
+        if (name == action->name)
+            return *action;
+    throw BadLine{name, "unknown action " + quoted(name) + suggestion(name, all_action_names())};
 }
 
 const char *match_name(pd::Match match)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "reflection.h"
 #include "words.h"
@@ -11,11 +12,16 @@ namespace shell {
 // What an action is for: a table's actions for entries and for its default entry differ.
 enum class ActionOf { entry, default_entry };
 
+std::vector<std::string_view> table_names();
+std::vector<std::string_view> all_action_names();
+
 // Each takes the next word and throws BadLine when it names nothing.
 const reflection::TableFunctions &take_table(Words &words);
 const reflection::TableFunctions &take_keyed_table(Words &words);
 const reflection::ActionFunctions &take_action(Words &words, const reflection::TableFunctions &table,
                                                ActionOf use);
+// Any action of the program, whatever tables have it.
+const pd::Action &take_any_action(Words &words);
 
 // "exact", "ternary" or "lpm"; for a table "keyless" as well.
 const char *match_name(pd::Match match);

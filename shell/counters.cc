@@ -1,0 +1,187 @@
+// The counter command.
+#include <algorithm>
+
+#include "columns.h"
+#include "commands.h"
+#include "driver.h"
+#include "entry_body.h"
+#include "entry_key.h"
+#include "entry_reader.h"
+#include "named.h"
+#include "resources.h"
+#include "settings.h"
+#include "verbs.h"
+
+namespace shell {
+
+namespace {
+
+using reflection::CounterFunctions;
+using CounterVerb = void(Session &session, Words &words, const CounterFunctions &counter);
+
+constexpr std::size_t count_width = 12;
+
+// Null for an indexed counter.
+const reflection::TableFunctions *table_of(const CounterFunctions &counter)
+{
+    return counter.row->direct ? reflection::find_table(counter.row->handle) : nullptr;
+}
+
+pd_counter_value read_cell(const Session &session, const CounterFunctions &counter, u32 cell)
+{
+    pd_counter_value value{};
+    expect_success(counter.read(driver_session, device, cell, session.from_hardware(), &value));
+    return value;
+}
+
+void append_json(Json &to, const pd_counter_value &value)
+{
+    to.key("packets").number(value.first_count).key("bytes").number(value.second_count);
+}
+
+Cell take_last_cell(Words &words, const CounterFunctions &counter)
+{
+    Options none;
+    Cell cell{words, counter.row->name, table_of(counter), none};
+    words.expect_end();
+    return cell;
+}
+
+void read(Session &session, Words &words, const CounterFunctions &counter)
+{
+    const u32 cell = take_last_cell(words, counter).find();
+    const pd_counter_value value = read_cell(session, counter, cell);
+    std::string line;
+    if (session.json()) {
+        Json json{line};
+        json.open_object().key("counter").text(counter.row->name);
+        json.key(counter.row->direct ? "entry" : "index").number(cell);
+        append_json(json, value);
+        json.close_object();
+    } else {
+        line =
+            "packets=" + std::to_string(value.first_count) + " bytes=" + std::to_string(value.second_count);
+    }
+    session.print(line);
+}
+
+void write(Session &, Words &words, const CounterFunctions &counter)
+{
+    static constexpr Setting settings[] = {{"packets", 64}, {"bytes", 64, 0}};
+    Options none;
+    const Cell cell{words, counter.row->name, table_of(counter), none};
+    take_colon(words, "packets=N [bytes=M]");
+    const std::vector<u64> counts = take_settings(words, counter.row->name, settings);
+    expect_success(counter.write(driver_session, device, cell.find(), {counts[0], counts[1]}));
+}
+
+// The copies are in step when the driver calls back, which it does before it returns.
+void sync(Session &, Words &words, const CounterFunctions &counter)
+{
+    words.expect_end();
+    expect_success(counter.hw_sync(
+        driver_session, device, [](u32, pd_word) {}, 0));
+}
+
+constexpr Verb<CounterVerb> verbs[] = {{"read", read}, {"write", write}, {"sync", sync}};
+
+bool is_verb(std::string_view word)
+{
+    return std::ranges::find(verbs, word, &Verb<CounterVerb>::name) != std::end(verbs);
+}
+
+// Takes the name of a direct counter or of the table that it is direct to.
+const CounterFunctions &take_listed(Words &words)
+{
+    std::vector<std::string_view> names;
+    for (const CounterFunctions &counter : reflection::counters()) {
+        if (!counter.row->direct)
+            continue;
+        if (words.peek() == counter.row->name || words.peek() == table_of(counter)->row->name) {
+            words.take();
+            return counter;
+        }
+        names.push_back(counter.row->name);
+    }
+    throw BadLine{words.peek(), quoted(words.peek()) +
+                                    " is none of read, write, sync, no table with a direct " +
+                                    "counter and none of these: " + listed(names)};
+}
+
+std::string json_line(const CounterFunctions &counter, const EntryReader &reader,
+                      const pd_counter_value &value)
+{
+    std::string line;
+    Json json{line};
+    json.open_object().key("counter").text(counter.row->name);
+    if (reader.is_default())
+        json.key("default").flag(true);
+    else
+        json.key("entry").number(reader.handle());
+    append_json(json, value);
+    if (!reader.is_default())
+        reader.append_key(json);
+    json.close_object();
+    return line;
+}
+
+class CountLines {
+public:
+    std::string_view heading() { return line("entry", "packets", "bytes", "key"); }
+    std::string_view line(const EntryReader &reader, const pd_counter_value &value)
+    {
+        std::string key;
+        if (!reader.is_default())
+            reader.append_key(key);
+        return line(reader.is_default() ? "default" : std::to_string(reader.handle()),
+                    std::to_string(value.first_count), std::to_string(value.second_count), key);
+    }
+
+private:
+    std::string_view line(std::string_view entry, std::string_view packets, std::string_view bytes,
+                          std::string_view key)
+    {
+        columns_.begin();
+        columns_.cell(entry, Columns::digits, Columns::Aligned::right);
+        columns_.cell(packets, count_width, Columns::Aligned::right);
+        columns_.cell(bytes, count_width, Columns::Aligned::right);
+        columns_.cell(key, 0, Columns::Aligned::left);
+        return columns_.end();
+    }
+
+    Columns columns_;
+};
+
+// The entries with their counts, and at the end what missed them all.
+void list(Session &session, const CounterFunctions &counter)
+{
+    const reflection::TableFunctions &table = *table_of(counter);
+    EntryReader reader{table, false, session.names(table)};
+    CountLines lines;
+    const auto print = [&](pd_entry_hdl entry) {
+        const pd_counter_value value = read_cell(session, counter, entry);
+        session.print(session.json() ? json_line(counter, reader, value) : lines.line(reader, value));
+    };
+    if (!session.json())
+        session.print(lines.heading());
+    reader.walk([&] { print(reader.handle()); });
+    pd_entry_hdl entry = 0;
+    expect_success(table.get_default_entry_handle(driver_session, device, &entry));
+    reader.read_default();
+    print(entry);
+}
+
+} // namespace
+
+void run_counter(Session &session, Words &words)
+{
+    if (!words.empty() && !is_verb(words.peek())) {
+        const CounterFunctions &counter = take_listed(words);
+        words.expect_end();
+        return list(session, counter);
+    }
+    CounterVerb *const run = take_verb<CounterVerb>(words, verbs);
+    run(session, words, take_named(words, reflection::counters(), "counter"));
+}
+
+} // namespace shell

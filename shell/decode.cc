@@ -1,0 +1,95 @@
+// The decode command: fields out of the images that a driver has for keys and actions.
+#include <dlfcn.h>
+
+#include "commands.h"
+#include "images.h"
+#include "pipe_mgr_records.h"
+#include "tables.h"
+#include "value_lines.h"
+#include "verbs.h"
+
+namespace shell {
+
+namespace {
+
+using Bytes = std::vector<u8>;
+
+// Takes an image of `size` bytes in hex.
+Bytes take_image(Words &words, const std::string &what, std::size_t size)
+{
+    constexpr std::string_view digits = "0123456789abcdef0123456789ABCDEF";
+    const std::string form =
+        what + " of " + std::to_string(size) + " bytes, " + std::to_string(2 * size) + " hex digits";
+    const std::string_view word = words.take(form);
+    Bytes image(size);
+    for (std::size_t i = 0; i < word.size(); ++i) {
+        const std::size_t digit = digits.find(word[i]);
+        if (digit == std::string_view::npos)
+            throw BadLine{word.substr(i), quoted(word.substr(i, 1)) + " is no hex digit: give " + form};
+        if (i / 2 < size)
+            image[i / 2] = static_cast<u8>(image[i / 2] << 4 | digit % 16);
+    }
+    if (word.size() != 2 * size)
+        throw BadLine{word, quoted(word) + " has " + std::to_string(word.size()) + " digits: give " + form};
+    return image;
+}
+
+void decode_match(Session &session, Words &words)
+{
+    constexpr std::string_view partition = "partition=";
+    const reflection::TableFunctions &table = take_keyed_table(words);
+    const pd::ImageSize size = pd::image_size(table.row->key);
+    Bytes value = take_image(words, "the value image", size.bytes);
+    Bytes mask = words.empty() || words.peek().starts_with(partition)
+                     ? full_mask(*table.row)
+                     : take_image(words, "the mask image", size.bytes);
+    u32 partition_index = 0;
+    if (words.peek().starts_with(partition))
+        partition_index = parse_u32(words.take().substr(partition.size()), 0xffff, "partition");
+    words.expect_end();
+    const pipe_match_spec spec{value.data(), mask.data(), partition_index, 0, size.bits, size.bytes, 0};
+    ParsedValue fields;
+    fields.key.resize(table.row->record_size / sizeof(u64) + 1);
+    table.unbuild_key(&spec, fields.key.data());
+    if (table.unbuild_mask) // masks of exact keys say nothing
+        table.unbuild_mask(&spec, fields.key.data());
+    print_value(session, "table", table.row->name, table.row, fields);
+}
+
+// The library's functions for this are told apart by name alone.
+void unbuild(const pd::Action &action, pipe_action_data data, void *parameters)
+{
+    using Unbuild = void(const pipe_action_data *, const pd_res_ref *, u32 count, void *parameters);
+    const std::string name = std::string{"unbuild_action_spec_"} + action.name;
+    auto *const function = reinterpret_cast<Unbuild *>(dlsym(RTLD_DEFAULT, name.c_str()));
+    if (!function)
+        throw BadLine{{}, "the library has no " + name};
+    function(&data, nullptr, 0, parameters);
+}
+
+void decode_action(Session &session, Words &words)
+{
+    const pd::Action &action = take_any_action(words);
+    const pd::ImageSize size = pd::image_size(action.parameters);
+    ParsedValue fields;
+    fields.action = &action;
+    fields.parameters.resize(action.record_size / sizeof(u64) + 1);
+    if (size.bytes != 0) {
+        Bytes image = take_image(words, "the image", size.bytes);
+        unbuild(action, {size.bits, size.bytes, image.data()}, fields.parameters.data());
+    }
+    words.expect_end();
+    print_value(session, nullptr, nullptr, nullptr, fields);
+}
+
+using DecodeVerb = void(Session &session, Words &words);
+constexpr Verb<DecodeVerb> verbs[] = {{"match", decode_match}, {"action", decode_action}};
+
+} // namespace
+
+void run_decode(Session &session, Words &words)
+{
+    take_verb<DecodeVerb>(words, verbs)(session, words);
+}
+
+} // namespace shell

@@ -1,0 +1,246 @@
+// The diff command: what software placed in a table against what the chip has, field by field.
+#include <functional>
+
+#include "commands.h"
+#include "driver.h"
+#include "entry_reader.h"
+#include "placement.h"
+#include "tables.h"
+
+namespace shell {
+
+namespace {
+
+using reflection::TableFunctions;
+
+// One member of a record, as the library compares it: a mask or prefix length by itself, and only the bits of
+// the schema.
+struct Part {
+    std::string name;
+    ShownField shown;
+    Value bits;
+    bool is_mask = false;
+};
+
+std::vector<Part> parts_of(const pd::Table &table)
+{
+    std::vector<Part> parts;
+    const auto add = [&](const char *name, u16 offset, unsigned width, Form form, Value bits, bool is_mask) {
+        parts.push_back({name, {name, form, width, pd::Match::exact, {offset, 0}, {}}, bits, is_mask});
+    };
+    for (const pd::Field &field : table.key) {
+        const Form form = form_of(field.format, field.width);
+        const Value bits{field.mask.high, field.mask.low};
+        add(field.name, field.offset, field.width, form, bits, false);
+        if (field.match == pd::Match::ternary)
+            add(field.twin, field.twin_offset, field.width, form, bits, true);
+        else if (field.match == pd::Match::lpm)
+            add(field.twin, field.twin_offset, 16, Form::number, ones(16), false);
+    }
+    return parts;
+}
+
+std::vector<Part> parts_of(const pd::Action &action)
+{
+    std::vector<Part> parts;
+    for (const pd::Parameter &parameter : action.parameters)
+        parts.push_back({std::string{"action_"} + parameter.name,
+                         {parameter.name,
+                          form_of(parameter.format, parameter.width),
+                          parameter.width,
+                          pd::Match::exact,
+                          {parameter.offset, 0},
+                          {}},
+                         ones(parameter.width)});
+    return parts;
+}
+
+Value value_of(const Part &part, const void *record)
+{
+    const Value value =
+        load(part.shown.width, static_cast<const std::byte *>(record) + part.shown.place.value);
+    return {value.high & part.bits.high, value.low & part.bits.low};
+}
+
+std::string text_of(const Part &part, const void *record)
+{
+    std::string text;
+    if (part.is_mask)
+        append_mask_text(text, value_of(part, record), part.shown.form);
+    else
+        append_text(text, value_of(part, record), part.shown.form);
+    return text;
+}
+
+struct Difference {
+    std::string what;
+    std::string software;
+    std::string hardware;
+};
+
+void compare(std::vector<Difference> &to, const std::vector<Part> &parts, const void *software,
+             const void *hardware)
+{
+    for (const Part &part : parts)
+        if (value_of(part, software) != value_of(part, hardware))
+            to.push_back({part.name, text_of(part, software), text_of(part, hardware)});
+}
+
+std::string body_of(const EntryReader &entry)
+{
+    std::string text;
+    entry.append_body(text);
+    return text;
+}
+
+void compare_bodies(std::vector<Difference> &to, const EntryReader &software, const EntryReader &hardware)
+{
+    if (software.names()) {
+        // The library compares members by handle, groups by presence.
+        const Object left = software.reference(), right = hardware.reference();
+        if (left.kind != right.kind || (left.kind == Kind::member && left.handle != right.handle))
+            to.push_back({"points at", body_of(software), body_of(hardware)});
+    } else if (&software.action().row() != &hardware.action().row()) {
+        to.push_back({"action", body_of(software), body_of(hardware)});
+    } else {
+        compare(to, parts_of(software.action().row()), software.action().parameters(),
+                hardware.action().parameters());
+    }
+}
+
+class Comparison {
+public:
+    Comparison(Session &session, const TableFunctions &table)
+        : session_(session), table_(table), software_(table, false, session.names(table)),
+          hardware_(table, true, session.names(table)), key_(parts_of(*table.row))
+    {
+    }
+
+    void run();
+
+private:
+    void compare_entry(pd_entry_hdl entry);
+    std::vector<Difference> differences() const;
+    void expect_agreement(void *plcmt_data, const std::vector<Difference> &found) const;
+    std::string subject() const;
+    void print(const Difference &difference) const;
+    void print_missing(const std::string &why) const;
+    void print_totals() const;
+    std::string json_line(const std::function<void(Json &)> &append) const;
+
+    Session &session_;
+    const TableFunctions &table_;
+    EntryReader software_, hardware_;
+    const std::vector<Part> key_;
+    u32 compared_ = 0;
+    u32 different_ = 0;
+};
+
+void Comparison::run()
+{
+    software_.walk([&] { compare_entry(software_.handle()); });
+    pd_entry_hdl default_entry = 0;
+    expect_success(table_.get_default_entry_handle(driver_session, device, &default_entry));
+    compare_entry(default_entry);
+    print_totals();
+}
+
+void Comparison::compare_entry(pd_entry_hdl entry)
+{
+    const Placement placement{table_.get_plcmt_data, entry};
+    software_.read_placement(entry, placement.data());
+    ++compared_;
+    try {
+        hardware_.read(entry);
+    } catch (const BadLine &refused) {
+        ++different_;
+        return print_missing(refused.what);
+    }
+    const std::vector<Difference> found = differences();
+    expect_agreement(placement.data(), found);
+    different_ += !found.empty();
+    for (const Difference &difference : found)
+        print(difference);
+}
+
+std::vector<Difference> Comparison::differences() const
+{
+    std::vector<Difference> found;
+    if (software_.is_default() && !hardware_.is_default())
+        found.push_back({"entry", "the default entry", "one with a key"});
+    else if (!software_.is_default())
+        compare(found, key_, software_.key(), hardware_.key());
+    compare_bodies(found, software_, hardware_);
+    return found;
+}
+
+void Comparison::expect_agreement(void *plcmt_data, const std::vector<Difference> &found) const
+{
+    char message[128];
+    const u32 equal =
+        table_.text.plcmt_data_eq_to_hw(driver_session, static_cast<u8>(device.device_id), table_.row->handle,
+                                        software_.handle(), plcmt_data, message);
+    if ((equal != 0) != found.empty())
+        throw BadLine{{}, subject() + ": the library compares otherwise: " + (equal ? "equal" : message)};
+}
+
+std::string Comparison::subject() const
+{
+    return software_.is_default() ? "default entry" : "entry " + std::to_string(software_.handle());
+}
+
+void Comparison::print(const Difference &difference) const
+{
+    session_.print(session_.json() ? json_line([&](Json &json) {
+        json.key("difference").text(difference.what).key("software").text(difference.software);
+        json.key("hardware").text(difference.hardware);
+    })
+                                   : subject() + ": " + difference.what + ": " + difference.software +
+                                         " in software, " + difference.hardware + " in hardware");
+}
+
+void Comparison::print_missing(const std::string &why) const
+{
+    session_.print(session_.json() ? json_line([&](Json &json) {
+        json.key("missing").text("hardware").key("why").text(why);
+    })
+                                   : subject() + ": not in hardware: " + why);
+}
+
+// An object about the entry that was compared last.
+std::string Comparison::json_line(const std::function<void(Json &)> &append) const
+{
+    std::string line;
+    Json json{line};
+    json.open_object().key("table").text(table_.row->name);
+    if (!software_.is_default())
+        json.key("entry").number(software_.handle());
+    append(json);
+    json.close_object();
+    return line;
+}
+
+void Comparison::print_totals() const
+{
+    std::string line;
+    if (session_.json()) {
+        Json json{line};
+        json.open_object().key("table").text(table_.row->name);
+        json.key("compared").number(compared_).key("different").number(different_).close_object();
+    } else {
+        line = std::to_string(compared_) + " compared, the default entry among them, " +
+               std::to_string(different_) + " different";
+    }
+    session_.print(line);
+}
+
+} // namespace
+
+void run_diff(Session &session, Words &words)
+{
+    const TableFunctions &table = take_table(words);
+    words.expect_end();
+    Comparison{session, table}.run();
+}
+
+} // namespace shell

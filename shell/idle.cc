@@ -1,0 +1,243 @@
+// The commands around entries that age: idle, clock.
+#include "idle.h"
+
+#include "columns.h"
+#include "commands.h"
+#include "driver.h"
+#include "entry_key.h"
+#include "entry_reader.h"
+#include "json.h"
+#include "model.h"
+#include "settings.h"
+#include "tables.h"
+#include "verbs.h"
+
+namespace shell {
+
+namespace {
+
+using reflection::TableFunctions;
+using IdleVerb = void(Session &session, Words &words, const TableFunctions &table);
+
+constexpr u32 idle_state = 0, active_state = 1;
+
+// In the order of pd_idle_params. The mode is the one whose parameters are told.
+constexpr Setting parameters[] = {{"mode", 32, 1},    {"param_1", 32, 0}, {"param_2", 32, 0},
+                                  {"param_3", 32, 0}, {"param_4", 32, 0}, {"param_5", 32, 0}};
+
+const TableFunctions &take_ageing_table(Words &words)
+{
+    const std::string_view name = words.peek();
+    const TableFunctions &table = take_keyed_table(words);
+    if (!table.idle)
+        throw BadLine{name, std::string{table.row->name} + " has entries that do not age"};
+    return table;
+}
+
+// The entry that the rest of the command names.
+pd_entry_hdl take_last_entry(Words &words, const TableFunctions &table, Options &options)
+{
+    const Cell cell{words, table.row->name, &table, options};
+    words.expect_end();
+    return cell.find();
+}
+
+void enable(Session &session, Words &words, const TableFunctions &table)
+{
+    const std::vector<u64> given = take_settings(words, "idle enable", parameters);
+    const auto word = [&](std::size_t i) { return static_cast<u32>(given[i]); };
+    expect_success(table.idle->tmo_enable(driver_session, device.device_id,
+                                          {word(0), word(1), word(2), word(3), word(4), word(5), 0}));
+    session.idle_watches().add(table);
+}
+
+void disable(Session &session, Words &words, const TableFunctions &table)
+{
+    words.expect_end();
+    expect_success(table.idle->tmo_disable(driver_session, device.device_id));
+    session.idle_watches().remove(table);
+}
+
+void params(Session &session, Words &words, const TableFunctions &table)
+{
+    words.expect_end();
+    pd_idle_params read{};
+    expect_success(table.idle->params_get(driver_session, device.device_id, &read));
+    const u32 values[] = {read.idle_mode,    read.idle_param_1, read.idle_param_2,
+                          read.idle_param_3, read.idle_param_4, read.idle_param_5};
+    std::string text, object;
+    Json json{object};
+    json.open_object().key("table").text(table.row->name);
+    for (std::size_t i = 0; i < std::size(values); ++i) {
+        if (i != 0)
+            text += ' ';
+        text += std::string{parameters[i].name} + '=' + std::to_string(values[i]);
+        json.key(parameters[i].name).number(values[i]);
+    }
+    json.close_object();
+    session.print(session.json() ? object : text);
+}
+
+struct Age {
+    u32 ttl;
+    bool active;
+    const char *state() const { return active ? "active" : "idle"; }
+};
+
+Age age_of(const TableFunctions &table, pd_entry_hdl entry)
+{
+    u32 ttl = 0, state = 0;
+    expect_success(table.idle->get_ttl(driver_session, device.device_id, entry, &ttl));
+    expect_success(table.idle->get_hit_state(driver_session, device.device_id, entry, &state));
+    return {ttl, state != idle_state};
+}
+
+void open_json(Json &to, const TableFunctions &table, pd_entry_hdl entry)
+{
+    to.open_object().key("table").text(table.row->name).key("entry").number(entry);
+}
+
+void append_json(Json &to, const Age &age)
+{
+    to.key("ttl").number(age.ttl).key("active").flag(age.active);
+}
+
+// With ttl=N, sets it.
+void ttl(Session &session, Words &words, const TableFunctions &table)
+{
+    Options options;
+    options.takes_ttl = true;
+    const pd_entry_hdl entry = take_last_entry(words, table, options);
+    if (options.ttl)
+        return expect_success(table.idle->set_ttl(driver_session, device.device_id, entry, *options.ttl));
+    const Age age = age_of(table, entry);
+    std::string line = "ttl=" + std::to_string(age.ttl) + ", " + age.state();
+    if (session.json()) {
+        line.clear();
+        Json json{line};
+        open_json(json, table, entry);
+        append_json(json, age);
+        json.close_object();
+    }
+    session.print(line);
+}
+
+void restart(Session &, Words &words, const TableFunctions &table)
+{
+    Options none;
+    const pd_entry_hdl entry = take_last_entry(words, table, none);
+    expect_success(table.idle->reset_ttl(driver_session, device.device_id, entry));
+}
+
+template <u32 state>
+void set_state(Session &, Words &words, const TableFunctions &table)
+{
+    Options none;
+    const pd_entry_hdl entry = take_last_entry(words, table, none);
+    expect_success(table.idle->update_hit_state(driver_session, device.device_id, entry, state));
+}
+
+std::string_view list_line(Columns &columns, std::string_view entry, std::string_view ttl,
+                           std::string_view state, std::string_view key)
+{
+    columns.begin();
+    columns.cell(entry, Columns::digits, Columns::Aligned::right);
+    columns.cell(ttl, Columns::digits, Columns::Aligned::right);
+    columns.cell(state, sizeof "active" - 1, Columns::Aligned::left);
+    columns.cell(key, 0, Columns::Aligned::left);
+    return columns.end();
+}
+
+void show(Session &session, Words &words, const TableFunctions &table)
+{
+    words.expect_end();
+    EntryReader reader{table, false, session.names(table)};
+    Columns columns;
+    if (!session.json())
+        session.print(list_line(columns, "entry", "ttl", "state", "key"));
+    std::string line;
+    reader.walk([&] {
+        const Age age = age_of(table, reader.handle());
+        line.clear();
+        if (!session.json()) {
+            reader.append_key(line);
+            return session.print(list_line(columns, std::to_string(reader.handle()), std::to_string(age.ttl),
+                                           age.state(), line));
+        }
+        Json json{line};
+        open_json(json, table, reader.handle());
+        append_json(json, age);
+        reader.append_key(json);
+        json.close_object();
+        session.print(line);
+    });
+}
+
+constexpr Verb<IdleVerb> verbs[] = {{"enable", enable},
+                                    {"disable", disable},
+                                    {"params", params},
+                                    {"show", show},
+                                    {"ttl", ttl},
+                                    {"restart", restart},
+                                    {"hit", set_state<active_state>},
+                                    {"expire", set_state<idle_state>}};
+
+void print_expired(Session &session, const TableFunctions &table, pd_entry_hdl entry)
+{
+    EntryReader reader{table, false, session.names(table)};
+    reader.read(entry);
+    std::string line;
+    if (session.json()) {
+        Json json{line};
+        json.open_object().key("idle").text(table.row->name).key("entry").number(entry);
+        reader.append_key(json);
+        json.close_object();
+    } else {
+        line = std::string{table.row->name} + ": entry " + std::to_string(entry) + " ran idle: ";
+        reader.append_key(line);
+    }
+    session.print(line);
+}
+
+} // namespace
+
+void IdleWatches::add(const TableFunctions &table)
+{
+    const auto keep = [](u32, u32 table_handle, pd_entry_hdl entry, pd_word cookie) {
+        reinterpret_cast<IdleWatches *>(cookie)->expired_.emplace_back(reflection::find_table(table_handle),
+                                                                       entry);
+    };
+    expect_success(
+        table.idle->register_tmo_cb(driver_session, device.device_id, keep, reinterpret_cast<pd_word>(this)));
+    tables_.insert(&table);
+}
+
+void IdleWatches::remove(const TableFunctions &table)
+{
+    if (tables_.erase(&table) != 0)
+        expect_success(table.idle->register_tmo_cb(driver_session, device.device_id, nullptr, 0));
+}
+
+void IdleWatches::clear()
+{
+    for (const TableFunctions *table : tables_)
+        table->idle->register_tmo_cb(driver_session, device.device_id, nullptr, 0);
+    tables_.clear();
+}
+
+void run_idle(Session &session, Words &words)
+{
+    IdleVerb *const run = take_verb<IdleVerb>(words, verbs);
+    run(session, words, take_ageing_table(words));
+}
+
+void run_clock(Session &session, Words &words)
+{
+    const u32 ticks = parse_u32(words.take("number of ticks"), ~u32{0}, "ticks");
+    words.expect_end();
+    expect_success(ts_model_advance_clock(device.device_id, ticks));
+    for (const auto &[table, entry] : session.idle_watches().take_expired())
+        print_expired(session, *table, entry);
+}
+
+} // namespace shell

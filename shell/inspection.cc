@@ -1,0 +1,292 @@
+// The commands that show the library's own texts: schema, value, print, label.
+#include <algorithm>
+#include <functional>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include "commands.h"
+#include "driver.h"
+#include "entry_key.h"
+#include "entry_reader.h"
+#include "forms.h"
+#include "member_reader.h"
+#include "model.h"
+#include "placement.h"
+#include "profiles.h"
+#include "schema.h"
+#include "tables.h"
+#include "text_buffer.h"
+#include "value_lines.h"
+
+namespace shell {
+
+namespace {
+
+using reflection::ProfileFunctions;
+using reflection::TableFunctions;
+
+// ---- Entries and members --------------------------------------------------------------------------------
+
+// What a line is about: an entry of a table, or a member of a profile.
+struct Subject {
+    const TableFunctions *table = nullptr;
+    const ProfileFunctions *profile = nullptr;
+    u32 handle = 0;
+
+    const char *kind() const { return table ? "table" : "profile"; }
+    const char *name() const { return table ? table->row->name : profile->row->name; }
+};
+
+pd_entry_hdl take_entry(Words &words, const TableFunctions &table)
+{
+    Options options;
+    const Cell entry{words, table.row->name, &table, options};
+    words.expect_end();
+    return entry.find();
+}
+
+Subject take_subject(Session &session, Words &words)
+{
+    if (const ProfileFunctions *profile = take_profile_if_named(words)) {
+        const u32 member = take_object(words, *profile, session.names(*profile).members);
+        words.expect_end();
+        return {nullptr, profile, member};
+    }
+    const TableFunctions &table = take_table(words);
+    return {&table, nullptr, take_entry(words, table)};
+}
+
+// Prints a text as it is or, as JSON, under `key` behind what it is about.
+void print_text_of(Session &session, const Subject &subject, std::string_view key, std::string_view text)
+{
+    if (!session.json())
+        return session.print(text);
+    std::string line;
+    Json json{line};
+    json.open_object().key(subject.kind()).text(subject.name());
+    if (subject.handle != TS_MODEL_DEFAULT_ENTRY)
+        json.key(subject.table ? "entry" : "member").number(subject.handle);
+    json.key(key).text(text).close_object();
+    session.print(line);
+}
+
+// The text functions do not tell why the driver refused, reading the entry does.
+void expect_readable(const Subject &subject, bool from_hardware)
+{
+    EntryReader{*subject.table, from_hardware, nullptr}.read(subject.handle);
+}
+
+std::string value_of(const Subject &subject, bool from_hardware)
+{
+    if (subject.profile) {
+        MemberReader reader{*subject.profile, from_hardware};
+        reader.read(subject.handle);
+        return text_of([&](char *buffer) {
+            return reflection::action_texts()[reader.action().row().number].value(
+                reader.action().parameters(), buffer);
+        });
+    }
+    const std::string text = text_of([&](char *buffer) {
+        return subject.table->text.value(driver_session, static_cast<u8>(device.device_id), subject.handle,
+                                         from_hardware, buffer);
+    });
+    if (text.empty())
+        expect_readable(subject, from_hardware);
+    return text;
+}
+
+// What `print(fd)` prints, without the last line end.
+template <typename Print>
+std::string printed_by(const Print &print)
+{
+    const int fd = memfd_create("print", 0);
+    if (fd < 0)
+        throw BadLine{{}, "there is no memory for the text"};
+    const pd_status status = print(fd);
+    std::string text(static_cast<std::size_t>(lseek(fd, 0, SEEK_CUR)), '\0');
+    const ssize_t size = pread(fd, text.data(), text.size(), 0);
+    close(fd);
+    expect_success(status);
+    text.resize(size > 0 ? static_cast<std::size_t>(size) - 1 : 0);
+    return text;
+}
+
+// ---- Schemas --------------------------------------------------------------------------------------------
+
+std::string hex_text(Value mask)
+{
+    std::string text;
+    append_mask_text(text, mask, Form::number);
+    return text;
+}
+
+void append_format(Json &to, const std::string &format)
+{
+    if (!format.empty())
+        to.key("format").text(format);
+}
+
+void append_schema(Json &to, const std::vector<SchemaField> &key)
+{
+    to.open_array();
+    for (const SchemaField &field : key) {
+        to.open_object().key("field").text(field.display).key("member").text(field.name);
+        to.key("width").number(field.width).key("mask").text(hex_text(field.mask));
+        append_format(to, field.format);
+        to.close_object();
+    }
+    to.close_array();
+}
+
+void append_schema(Json &to, const SchemaAction &action)
+{
+    to.key("action").text(action.name).key("parameters").open_array();
+    for (const SchemaParameter &parameter : action.parameters) {
+        to.open_object().key("parameter").text(parameter.name).key("width").number(parameter.width);
+        append_format(to, parameter.format);
+        to.close_object();
+    }
+    to.close_array();
+}
+
+void append_schema(Json &to, const std::vector<SchemaAction> &actions)
+{
+    to.open_array();
+    for (const SchemaAction &action : actions) {
+        to.open_object();
+        append_schema(to, action);
+        to.close_object();
+    }
+    to.close_array();
+}
+
+void print_schema(Session &session, const std::string &text, const std::function<void(Json &)> &append)
+{
+    if (!session.json())
+        return session.print(text);
+    std::string line;
+    Json json{line};
+    json.open_object();
+    append(json);
+    json.close_object();
+    session.print(line);
+}
+
+void print_schema(Session &session, const TableFunctions &table)
+{
+    const std::string text = schema_text(table);
+    print_schema(session, text, [&](Json &json) {
+        const Schema schema = parse_table_schema(text);
+        json.key("table").text(table.row->name).key("indirect").flag(schema.indirect);
+        append_schema(json.key("key"), schema.key);
+        append_schema(json.key("actions"), schema.actions);
+    });
+}
+
+void print_schema(Session &session, const ProfileFunctions &profile)
+{
+    const std::string text = schema_text(profile);
+    print_schema(session, text, [&](Json &json) {
+        json.key("profile").text(profile.row->name);
+        append_schema(json.key("actions"), parse_profile_schema(text).actions);
+    });
+}
+
+void print_schema(Session &session, const pd::Action &action)
+{
+    const std::string text = reflection::action_texts()[action.number].schema();
+    print_schema(session, text, [&](Json &json) { append_schema(json, parse_action_schema(text)); });
+}
+
+bool is_one_of(const std::vector<std::string_view> &names, std::string_view word)
+{
+    return std::ranges::find(names, word) != names.end();
+}
+
+// ---- Reading a value back -------------------------------------------------------------------------------
+
+void parse_value(Session &session, Words &words)
+{
+    const ProfileFunctions *profile = take_profile_if_named(words);
+    const TableFunctions *table = profile ? nullptr : &take_table(words);
+    if (words.empty())
+        throw BadLine{words.rest(), "missing value text, such as 'value' prints"};
+    std::string_view text = words.rest();
+    while (is_blank(text.back()))
+        text.remove_suffix(1);
+    const ValueParser parser = profile ? ValueParser{*profile} : ValueParser{*table};
+    const Subject subject{table, profile, 0};
+    print_value(session, subject.kind(), subject.name(), table ? table->row : nullptr, parser.parse(text));
+}
+
+} // namespace
+
+void run_schema(Session &session, Words &words)
+{
+    const std::string_view word = words.peek();
+    if (const ProfileFunctions *profile = take_profile_if_named(words)) {
+        words.expect_end();
+        return print_schema(session, *profile);
+    }
+    const std::vector<std::string_view> tables = table_names();
+    std::vector<std::string_view> names = all_action_names();
+    if (is_one_of(names, word)) {
+        const pd::Action &action = take_any_action(words);
+        words.expect_end();
+        return print_schema(session, action);
+    }
+    if (!is_one_of(tables, word)) {
+        names.insert(names.end(), tables.begin(), tables.end());
+        throw BadLine{word, word.empty() ? "missing table, action profile or action"
+                                         : "no table, action profile or action is called " + quoted(word) +
+                                               suggestion(word, names)};
+    }
+    const TableFunctions &table = take_table(words);
+    words.expect_end();
+    print_schema(session, table);
+}
+
+void run_value(Session &session, Words &words)
+{
+    if (words.peek() == "parse") {
+        words.take();
+        return parse_value(session, words);
+    }
+    const Subject subject = take_subject(session, words);
+    print_text_of(session, subject, "value", value_of(subject, session.from_hardware()));
+}
+
+void run_print(Session &session, Words &words)
+{
+    const Subject subject = take_subject(session, words);
+    const Placement placement{subject.table ? subject.table->get_plcmt_data : subject.profile->get_plcmt_data,
+                              subject.handle};
+    const std::string text = printed_by([&](int fd) {
+        return subject.table ? subject.table->text.plcmt_data_print(fd, 0, placement.data())
+                             : subject.profile->adt_plcmt_data_print(fd, 0, placement.data());
+    });
+    print_text_of(session, subject, "text", text);
+}
+
+void run_label(Session &session, Words &words)
+{
+    const std::string_view name = words.peek();
+    const TableFunctions &table = take_table(words);
+    if (!table.text.stringify_counter_match_spec) {
+        std::vector<std::string_view> labelled;
+        for (const TableFunctions *other : reflection::tables())
+            if (other->text.stringify_counter_match_spec)
+                labelled.push_back(other->row->name);
+        throw BadLine{name, std::string{table.row->name} + " has no labels, these have: " + listed(labelled)};
+    }
+    const Subject subject{&table, nullptr, take_entry(words, table)};
+    const std::string text = text_of([&](char *buffer) {
+        return table.text.stringify_counter_match_spec(driver_session, static_cast<u8>(device.device_id),
+                                                       subject.handle, buffer);
+    });
+    if (text.empty())
+        expect_readable(subject, true);
+    print_text_of(session, subject, "label", text.empty() && !session.json() ? "nothing to tell" : text);
+}
+
+} // namespace shell

@@ -1,0 +1,126 @@
+// The meter command.
+#include "meters.h"
+
+#include "commands.h"
+#include "driver.h"
+#include "entry_body.h"
+#include "entry_key.h"
+#include "json.h"
+#include "model.h"
+#include "named.h"
+#include "resources.h"
+#include "settings.h"
+#include "verbs.h"
+
+namespace shell {
+
+namespace {
+
+using reflection::MeterFunctions;
+using MeterVerb = void(Session &session, Words &words, const MeterFunctions &meter);
+
+// By their numbers.
+constexpr std::string_view types[] = {"aware", "unaware"};
+static_assert(PD_METER_TYPE_COLOR_AWARE == 0 && PD_METER_TYPE_COLOR_UNAWARE == 1);
+
+constexpr Setting settings[] = {{"committed_rate"},
+                                {"committed_burst"},
+                                {"peak_rate"},
+                                {"peak_burst"},
+                                {.name = "type", .choices = types}};
+
+// Null for an indexed meter.
+const reflection::TableFunctions *table_of(const MeterFunctions &meter)
+{
+    return meter.row->table ? reflection::find_table(meter.row->table) : nullptr;
+}
+
+void set(Session &, Words &words, const MeterFunctions &meter)
+{
+    Options none;
+    const Cell cell{words, meter.row->name, table_of(meter), none};
+    take_colon(words, "the parts of a meter");
+    const std::vector<u64> parts = take_settings(words, meter.row->name, settings);
+    const auto part = [&](std::size_t i) { return static_cast<u32>(parts[i]); };
+    const pd_meter_spec spec{part(0), part(1), part(2), part(3), part(4)};
+    expect_success(meter.set(driver_session, device, cell.find(), &spec));
+}
+
+void read(Session &session, Words &words, const MeterFunctions &meter)
+{
+    Options none;
+    const Cell place{words, meter.row->name, table_of(meter), none};
+    words.expect_end();
+    const u32 cell = place.find();
+    pd_meter_spec spec{};
+    expect_success(meter.read(driver_session, device, cell, &spec));
+    const u32 numbers[] = {spec.committed_rate, spec.committed_burst, spec.peak_rate, spec.peak_burst};
+    const std::string_view type = types[spec.requested_meter_type];
+    std::string line;
+    if (session.json()) {
+        Json json{line};
+        json.open_object().key("meter").text(meter.row->name);
+        json.key(meter.row->table ? "entry" : "index").number(cell);
+        for (std::size_t i = 0; i < std::size(numbers); ++i)
+            json.key(settings[i].name).number(numbers[i]);
+        json.key("type").text(type).close_object();
+    } else {
+        for (std::size_t i = 0; i < std::size(numbers); ++i)
+            line += std::string{settings[i].name} + '=' + std::to_string(numbers[i]) + ' ';
+        line += "type=" + std::string{type};
+    }
+    session.print(line);
+}
+
+void adjust(Session &session, Words &words, const MeterFunctions &meter)
+{
+    if (!words.empty()) {
+        const u32 bytes = parse_u32(words.take(), ~u32{0}, "number of bytes");
+        words.expect_end();
+        return expect_success(meter.bytecount_adjust_set(driver_session, device, bytes));
+    }
+    u32 bytes = 0;
+    expect_success(meter.bytecount_adjust_get(driver_session, device, &bytes));
+    std::string line = "bytes added to each packet: " + std::to_string(bytes);
+    if (session.json()) {
+        line.clear();
+        Json{line}
+            .open_object()
+            .key("meter")
+            .text(meter.row->name)
+            .key("adjust")
+            .number(bytes)
+            .close_object();
+    }
+    session.print(line);
+}
+
+constexpr Verb<MeterVerb> verbs[] = {{"set", set}, {"read", read}, {"adjust", adjust}};
+
+} // namespace
+
+std::string meter_option(const reflection::TableFunctions &table, pd_entry_hdl entry)
+{
+    for (const MeterFunctions &meter : reflection::meters()) {
+        if (meter.row->table != table.row->handle)
+            continue;
+        pd_meter_spec spec{};
+        const pd_status status = meter.read(driver_session, device, entry, &spec);
+        if (status == TS_MODEL_UNKNOWN_OBJECT)
+            return {};
+        expect_success(status);
+        std::string text = "meter=";
+        for (const u32 number : {spec.committed_rate, spec.committed_burst, spec.peak_rate, spec.peak_burst})
+            text += std::to_string(number) + ',';
+        return text += types[spec.requested_meter_type];
+    }
+    return {};
+}
+
+void run_meter(Session &session, Words &words)
+{
+    MeterVerb *const run = take_verb<MeterVerb>(words, verbs);
+    run(session, words, take_named(words, reflection::meters(), "meter"));
+}
+
+} // namespace shell

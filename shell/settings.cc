@@ -1,0 +1,61 @@
+#include "settings.h"
+
+#include <algorithm>
+#include <string>
+
+#include "values.h"
+
+namespace shell {
+
+namespace {
+
+std::vector<std::string_view> names_of(std::span<const Setting> settings)
+{
+    std::vector<std::string_view> names;
+    for (const Setting &setting : settings)
+        names.push_back(setting.name);
+    return names;
+}
+
+u64 parse(std::string_view text, const Setting &setting)
+{
+    if (!setting.choices.empty()) {
+        const auto choice = std::ranges::find(setting.choices, text);
+        if (choice == setting.choices.end())
+            throw BadLine{text, std::string{setting.name} + ": " + quoted(text) + " is none of " +
+                                    listed(setting.choices)};
+        return static_cast<u64>(choice - setting.choices.begin());
+    }
+    if (setting.width > 32)
+        return parse_value(text, setting.width, setting.name).low;
+    return parse_u32(text, static_cast<u32>(ones(setting.width).low), setting.name);
+}
+
+} // namespace
+
+std::vector<u64> take_settings(Words &words, std::string_view owner, std::span<const Setting> settings)
+{
+    std::vector<std::optional<u64>> given(settings.size());
+    while (!words.empty()) {
+        const std::string_view word = words.take();
+        const std::string_view name = word.substr(0, word.find('='));
+        const auto setting = std::ranges::find(settings, name, &Setting::name);
+        if (setting == settings.end() || name.size() == word.size())
+            throw BadLine{word, quoted(word) + " is no name=value of " + std::string{owner} + ": it takes " +
+                                    listed(names_of(settings))};
+        std::optional<u64> &value = given[static_cast<std::size_t>(setting - settings.begin())];
+        if (value)
+            throw BadLine{name, std::string{name} + " is given twice"};
+        value = parse(word.substr(name.size() + 1), *setting);
+    }
+    std::vector<u64> values;
+    for (std::size_t i = 0; i < settings.size(); ++i) {
+        if (!given[i] && !settings[i].usual)
+            throw BadLine{words.rest(), "missing " + std::string{settings[i].name} + "=N of " +
+                                            std::string{owner} + ": it takes " + listed(names_of(settings))};
+        values.push_back(given[i] ? *given[i] : *settings[i].usual);
+    }
+    return values;
+}
+
+} // namespace shell

@@ -1,0 +1,192 @@
+// The snapshot command.
+#include <algorithm>
+#include <array>
+#include <set>
+
+#include "commands.h"
+#include "driver.h"
+#include "json.h"
+#include "model.h"
+#include "pd_services.h"
+#include "records.h"
+#include "rows_services.h"
+#include "settings.h"
+#include "verbs.h"
+
+namespace shell {
+
+namespace {
+
+using SnapshotVerb = void(Session &session, Words &words);
+
+// By their numbers.
+constexpr std::string_view directions[] = {"ingress", "egress"};
+static_assert(TS_MODEL_INGRESS == 0 && TS_MODEL_EGRESS == 1);
+
+// Tells the layout of a snapshot's records.
+constexpr u32 egress_bit = 2;
+
+u32 take_snapshot(Words &words)
+{
+    return parse_u32(words.take("snapshot handle"), ~u32{0}, "snapshot handle");
+}
+
+u32 take_direction(Words &words)
+{
+    const std::string_view word = words.take("'ingress' or 'egress'");
+    const auto direction = std::ranges::find(directions, word);
+    if (direction == std::end(directions))
+        throw BadLine{word, quoted(word) + " is neither 'ingress' nor 'egress'"};
+    return static_cast<u32>(direction - std::begin(directions));
+}
+
+void create(Session &session, Words &words)
+{
+    static constexpr Setting settings[] = {
+        {"first_stage", 8, 0}, {"last_stage", 8, TS_MODEL_STAGES - 1}, {"pipe", 32, 0}};
+    const u32 direction = take_direction(words);
+    const std::vector<u64> given = take_settings(words, "snapshot create", settings);
+    u32 snapshot = 0;
+    expect_success(p4_pd_tessel_switch_snapshot_create(device.device_id, static_cast<pd_word>(given[2]),
+                                                       static_cast<u8>(given[0]), static_cast<u8>(given[1]),
+                                                       direction, reinterpret_cast<pd_word>(&snapshot)));
+    if (!session.verbose())
+        return;
+    std::string line = "snapshot " + std::to_string(snapshot);
+    if (session.json()) {
+        line.clear();
+        Json{line}.open_object().key("snapshot").number(snapshot).close_object();
+    }
+    session.print(line);
+}
+
+struct Trigger {
+    pd_snapshot_phv spec{};
+    pd_snapshot_phv mask{};
+};
+
+// The field that begins at `offset`, in bytes: of two or four where the layout has such a field, else of one.
+u32 field_bytes(const pd::SnapshotLayout &layout, u32 offset, std::string_view where)
+{
+    for (const auto &[places, bytes] : {std::pair{layout.two_bytes, 2u}, std::pair{layout.four_bytes, 4u}})
+        for (const u16 place : places)
+            if (offset == place)
+                return bytes;
+            else if (offset > place && offset < place + bytes)
+                throw BadLine{where, "offset " + std::to_string(offset) + " lies within the field of " +
+                                         std::to_string(bytes) + " bytes at " + std::to_string(place)};
+    return 1;
+}
+
+// `word`: OFFSET=VALUE, with a mask or prefix like a ternary field.
+u32 add_to_trigger(Trigger &trigger, std::string_view word, const pd::SnapshotLayout &layout)
+{
+    const std::string_view name = word.substr(0, word.find('='));
+    if (name.size() == word.size())
+        throw BadLine{word, quoted(word) + " is not of the form OFFSET=VALUE"};
+    const u32 offset = parse_u32(name, sizeof trigger.spec.bytes - 1, "offset");
+    const u32 bytes = field_bytes(layout, offset, name);
+    const std::string text{name};
+    const pd::Field field{
+        text.c_str(),       text.c_str(),     "", 0,    sizeof(u32), static_cast<u8>(bytes * 8),
+        pd::Match::ternary, pd::Format::none, {}, false};
+    pd::Table row{};
+    row.name = "trigger";
+    row.key = {&field, 1};
+    row.record_size = 2 * sizeof(u32);
+    Record record{row, KeyOf::entry};
+    record.assign(name, word.substr(name.size() + 1));
+    const auto *members = static_cast<const u8 *>(record.data());
+    for (u32 i = 0; i < bytes; ++i) {
+        trigger.mask.bytes[offset + i] = members[sizeof(u32) + i];
+        trigger.spec.bytes[offset + i] = members[i] & members[sizeof(u32) + i];
+    }
+    return offset;
+}
+
+void set_trigger(Session &, Words &words)
+{
+    const u32 snapshot = take_snapshot(words);
+    const pd::SnapshotLayout &layout = snapshot & egress_bit ? pd::snapshots::B : pd::snapshots::A;
+    Trigger trigger;
+    std::set<u32> given;
+    while (!words.empty()) {
+        const std::string_view word = words.take();
+        const u32 offset = add_to_trigger(trigger, word, layout);
+        if (!given.insert(offset).second)
+            throw BadLine{word, "offset " + std::to_string(offset) + " is given twice"};
+    }
+    expect_success(p4_pd_tessel_switch_snapshot_capture_trigger_set(snapshot, &trigger.spec, &trigger.mask));
+}
+
+// Without the zeros at the end.
+std::string hex(const pd_snapshot_phv &record)
+{
+    static constexpr char digits[] = "0123456789abcdef";
+    std::size_t bytes = sizeof record.bytes;
+    while (bytes > 1 && record.bytes[bytes - 1] == 0)
+        --bytes;
+    std::string text;
+    for (std::size_t i = 0; i < bytes; ++i)
+        text += {digits[record.bytes[i] >> 4], digits[record.bytes[i] & 0xf]};
+    return text;
+}
+
+using Capture = std::span<const pd_snapshot_phv>;
+
+std::string json_line(u32 handle, const ts_model_snapshot &snapshot, Capture stages)
+{
+    std::string line;
+    Json json{line};
+    json.open_object().key("snapshot").number(handle).key("direction").text(directions[snapshot.direction]);
+    json.key("first_stage").number(snapshot.first_stage).key("last_stage").number(snapshot.last_stage);
+    json.key("armed").flag(snapshot.spec != nullptr).key("captured").open_array();
+    for (const pd_snapshot_phv &stage : stages)
+        json.text(hex(stage));
+    json.close_array().close_object();
+    return line;
+}
+
+void print(Session &session, u32 handle, const ts_model_snapshot &snapshot, Capture stages)
+{
+    session.print("snapshot " + std::to_string(handle) + ": " + std::string{directions[snapshot.direction]} +
+                  ", stages " + std::to_string(snapshot.first_stage) + " to " +
+                  std::to_string(snapshot.last_stage) + (snapshot.spec ? ", armed" : ", no trigger"));
+    for (std::size_t i = 0; i < stages.size(); ++i)
+        session.print("  stage " + std::to_string(snapshot.first_stage + i) + ": " + hex(stages[i]));
+}
+
+void show(Session &session, Words &words)
+{
+    const u32 handle = take_snapshot(words);
+    words.expect_end();
+    ts_model_snapshot snapshot{};
+    expect_success(ts_model_get_snapshot(handle, &snapshot));
+    std::array<pd_snapshot_phv, TS_MODEL_STAGES> stages{};
+    u32 count = 0;
+    expect_success(p4_pd_tessel_switch_snapshot_capture_data_get(handle, 0, stages.data(), 0, &count));
+    const Capture captured{stages.data(), std::min<std::size_t>(count, stages.size())};
+    if (session.json())
+        session.print(json_line(handle, snapshot, captured));
+    else
+        print(session, handle, snapshot, captured);
+}
+
+void remove(Session &, Words &words)
+{
+    const u32 snapshot = take_snapshot(words);
+    words.expect_end();
+    expect_success(p4_pd_tessel_switch_snapshot_delete(snapshot));
+}
+
+constexpr Verb<SnapshotVerb> verbs[] = {
+    {"create", create}, {"trigger", set_trigger}, {"show", show}, {"delete", remove}};
+
+} // namespace
+
+void run_snapshot(Session &session, Words &words)
+{
+    take_verb<SnapshotVerb>(words, verbs)(session, words);
+}
+
+} // namespace shell
