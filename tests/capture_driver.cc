@@ -17,6 +17,7 @@ u32 calls;
 pd_status status;
 pd_entry_hdl entry;
 Answer answer;
+const Answer *placement;
 Allocation allocation;
 bool out_of_memory;
 
@@ -96,7 +97,7 @@ void keep_buffers(const pipe_match_spec &match)
     last.mask = copy(match.match_mask, answer.mask.size);
 }
 
-void give(pipe_match_spec &match)
+void give(pipe_match_spec &match, const Answer &answer = capture::answer)
 {
     if (answer.value.size)
         std::copy_n(answer.value.bytes.begin(), answer.value.size, match.match_value);
@@ -109,7 +110,7 @@ void give(pipe_match_spec &match)
     match.priority = answer.priority;
 }
 
-void give(pipe_action_spec &spec, u32 &action)
+void give(pipe_action_spec &spec, u32 &action, const Answer &answer = capture::answer)
 {
     last.data = copy(spec.action_data.data, answer.data.size());
     if (spec.action_data.data)
@@ -146,6 +147,7 @@ void reset()
     status = 0;
     entry = 0;
     answer = {};
+    placement = nullptr;
     std::for_each(blocks.begin(), blocks.end(), std::free);
     blocks = {};
     allocation = {};
@@ -318,9 +320,10 @@ pd_status pipe_mgr_plcmt_mat_data_get_entry(void *plcmt_data, pipe_match_spec *m
     capture::Call call = at(__func__, 0, {}, 0);
     call.words = {reinterpret_cast<pd_word>(plcmt_data)};
     const pd_status status = finish(call, match, spec, nullptr);
+    const capture::Answer &held = capture::placement ? *capture::placement : capture::answer;
     capture::keep_buffers(*match);
-    capture::give(*match);
-    capture::give(*spec, *action);
+    capture::give(*match, held);
+    capture::give(*spec, *action, held);
     return status;
 }
 

@@ -75,6 +75,7 @@ struct Answer {
     u32 group = 0;
 };
 extern Answer answer;
+extern const Answer *placement; // what placement data of an entry holds; null for the same
 
 // Driver calls, allocations and frees since the last reset: "pipe_mgr_get_entry bf_sys_calloc bf_sys_free".
 std::string steps();
@@ -88,7 +89,8 @@ extern Allocation allocation;
 extern bool out_of_memory; // bf_sys_calloc gives null
 u32 live_allocations();
 
-// No calls; status 0, entry 0, an empty answer. Frees what the library has left allocated.
+// No calls; status 0, entry 0, an empty answer, placement data the same. Frees what the library has left
+// allocated.
 void reset();
 
 // The parts of an action record that tests look at one by one.

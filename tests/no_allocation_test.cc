@@ -1,5 +1,6 @@
 // No entry function allocates, none that reads does so without resources, and of members and groups only the
-// deletion of a group: every one is called while all allocations of the process are counted.
+// deletion of a group: every one is called while all allocations of the process are counted. Those of
+// resources and packet-side services stand among the calls that the tests of each function compare.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

@@ -608,18 +608,16 @@ TEST_F(ShellReading, saves_chosen_tables_as_commands)
               "add l2LookupMiss priority=1 : NoAction meter=1,2,3,4,aware\n"
               "save " +
               file + " l2SmacCheck ipv4ShortMaskLpm haloXformIpv4Dip l2LookupMiss ingressPortMapping");
-    EXPECT_EQ(folder.read("saved"),
-              "# Written by save. Load it into empty tables.\n"
-              "default l2SmacCheck : NoAction\n"
-              "add l2SmacCheck smac=01:80:c2:00:00:00/44 priority=2 : setIllegalSmac\n"
-              "add l2SmacCheck priority=1 : NoAction\n"
-              "default ipv4ShortMaskLpm : ipv4ShortMaskLpmMiss\n"
-              "add ipv4ShortMaskLpm vrfId=5 dip=10.1.0.0/20 : setNextHop nextHop=7\n"
-              "default haloXformIpv4Dip : NoAction\n"
-              "add haloXformIpv4Dip dip=10.0.0.1&255.0.0.255 priority=9 : NoAction\n"
-              "# l2LookupMiss: meters are not saved; entries get meter=0,0,0,0,aware, the default none\n"
-              "default l2LookupMiss : NoAction\n"
-              "add l2LookupMiss priority=1 : NoAction meter=0,0,0,0,aware\n");
+    EXPECT_EQ(folder.read("saved"), "# Written by save. Load it into empty tables.\n"
+                                    "default l2SmacCheck : NoAction\n"
+                                    "add l2SmacCheck smac=01:80:c2:00:00:00/44 priority=2 : setIllegalSmac\n"
+                                    "add l2SmacCheck priority=1 : NoAction\n"
+                                    "default ipv4ShortMaskLpm : ipv4ShortMaskLpmMiss\n"
+                                    "add ipv4ShortMaskLpm vrfId=5 dip=10.1.0.0/20 : setNextHop nextHop=7\n"
+                                    "default haloXformIpv4Dip : NoAction\n"
+                                    "add haloXformIpv4Dip dip=10.0.0.1&255.0.0.255 priority=9 : NoAction\n"
+                                    "default l2LookupMiss : NoAction\n"
+                                    "add l2LookupMiss priority=1 : NoAction meter=1,2,3,4,aware\n");
     EXPECT_EQ(folder.files(), 1);
 }
 

@@ -311,7 +311,8 @@ TEST_F(Shell, refuses_options_where_they_do_not_belong)
     expect_bad("add l2SmacCheck priority=@4294967296 : NoAction",
                "priority: '4294967296' is no number from 0 to 4294967295");
     const std::string ttl =
-        "ttl does not belong here: it stands in add, for a table whose entries take a time to live";
+        "ttl does not belong here: it stands in add, for a table whose entries take a time to live, "
+        "and in idle ttl";
     expect_bad("add l2SmacCheck priority=1 : NoAction @ttl=1", ttl);
     expect_bad("modify l2LearningLookup 1 : noOp @ttl=1", ttl);
     expect_bad("add l2SmacCheck priority=1 : NoAction @meter=1",

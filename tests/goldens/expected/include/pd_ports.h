@@ -279,11 +279,118 @@ pd_status p4_pd_sample_stationCheck_get_property(
 pd_status p4_pd_sample_stationCheck_register_mat_update_cb(
     pd_sess_hdl sess, u32 dev_id, pd_mat_update_cb callback, pd_word cookie);
 
+/**
+ * Sets how entries of `stationCheck` age and starts it, by two driver calls: the second only behind the
+ * success of the first.
+ */
+pd_status p4_pd_sample_stationCheck_idle_tmo_enable(pd_sess_hdl sess, u32 dev_id, pd_idle_params params);
+
+/** Stops the ageing of `stationCheck`. Returns the driver's status. */
+pd_status p4_pd_sample_stationCheck_idle_tmo_disable(pd_sess_hdl sess, u32 dev_id);
+
+/** Has `callback` called, with the cookie, for entries that have run idle. Returns the driver's status. */
+pd_status p4_pd_sample_stationCheck_idle_register_tmo_cb(
+    pd_sess_hdl sess, u32 dev_id, pd_idle_tmo_cb callback, pd_word cookie);
+
+/** Reads how entries age. Of a mode other than 1 only the mode is written; nothing on a failure. */
+pd_status p4_pd_sample_stationCheck_idle_params_get(pd_sess_hdl sess, u32 dev_id, pd_idle_params *params);
+
+/** Sets the time to live of an entry, in the driver's unit. Returns the driver's status. */
+pd_status p4_pd_sample_stationCheck_set_ttl(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl, u32 ttl);
+
+/** Reads the time to live of an entry. Returns the driver's status. */
+pd_status p4_pd_sample_stationCheck_get_ttl(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl, u32 *ttl);
+
+/** Starts the time to live of an entry anew. Returns the driver's status. */
+pd_status p4_pd_sample_stationCheck_reset_ttl(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl);
+
+/** Has the driver update hit states; both words are handed on as they are. Returns its status. */
+pd_status p4_pd_sample_stationCheck_update_hit_state(
+    pd_sess_hdl sess, u32 dev_id, pd_word first, pd_word second);
+
+/**
+ * Reads whether an entry was hit, in the driver's terms. The output is written in any case, with 0 when the
+ * driver tells nothing.
+ */
+pd_status p4_pd_sample_stationCheck_get_hit_state(
+    pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl, u32 *hit_state);
+
 /** Gives the handle of `stationCheck`, 0x1000001, unless `handle` is null. Always returns 0. */
 pd_status p4_pd_sample_stationCheck_get_mat_table_handle(u32 *handle);
 
 /** Whether a caller ranks the entries of `stationCheck`: 1. */
 u32 p4_pd_sample_stationCheck_supports_entry_priority(void);
+
+/** The schema of the key of `stationCheck`: a constant text. */
+const char *p4_pd_sample_stationCheck_match_spec_schema(void);
+
+/**
+ * Writes the schema of `stationCheck` with a NUL behind it. Returns its length without the NUL; the buffer is
+ * not checked.
+ */
+u32 p4_pd_sample_stationCheck_schema(char *buf);
+
+/**
+ * Writes a key of `stationCheck` as the value that goes with its schema. Returns the length without the NUL.
+ */
+u32 p4_pd_sample_stationCheck_match_spec_value(
+    const p4_pd_sample_stationCheck_match_spec_t *match_spec, char *buf);
+
+/**
+ * Reads an entry of `stationCheck` and writes it as a value. Returns the length without the NUL; 0, with the
+ * buffer left alone, when the driver refuses.
+ */
+u32 p4_pd_sample_stationCheck_value(pd_sess_hdl sess, u8 dev_id, pd_entry_hdl entry_hdl, u8 read_from_hw,
+                                    char *buf);
+
+/** Likewise from placement data, without the priority. */
+u32 p4_pd_sample_stationCheck_plcmt_data_value(void *plcmt_data, char *buf);
+
+/**
+ * Prints a key of `stationCheck` to a file descriptor, a line per field, set in by `indent` columns. Returns
+ * what the last output returned.
+ */
+int p4_pd_sample_stationCheck_match_spec_print(
+    int fd, int indent, const p4_pd_sample_stationCheck_match_spec_t *match_spec);
+
+/**
+ * Prints an entry of `stationCheck` from placement data. Returns the status of the decoding; a failure is
+ * printed too.
+ */
+pd_status p4_pd_sample_stationCheck_plcmt_data_print(int fd, int indent, void *plcmt_data);
+
+/**
+ * Whether two keys of `stationCheck` are equal in the bits that count: 1, or 0 with the first difference in
+ * `msg`, which is left alone otherwise.
+ */
+u32 p4_pd_sample_stationCheck_match_specs_are_equal(
+    const p4_pd_sample_stationCheck_match_spec_t *left, const p4_pd_sample_stationCheck_match_spec_t *right,
+    char *msg);
+
+/**
+ * Compares an entry of `stationCheck` as placed with what the chip has.
+ *
+ * @param sess       driver session
+ * @param dev_id     device
+ * @param table      not used
+ * @param entry_hdl  the entry
+ * @param plcmt_data the driver's record of the software side; one that cannot be decoded ends the process
+ * @param msg        receives the first difference, or that the chip cannot be read; 128 bytes are enough
+ * @return not 0 when they agree
+ */
+u32 p4_pd_sample_stationCheck_plcmt_data_eq_to_hw(
+    pd_sess_hdl sess, u8 dev_id, u32 table, pd_entry_hdl entry_hdl, void *plcmt_data, char *msg);
+
+/**
+ * Tells a key of `stationCheck` in words, for the counter of an entry. Returns the length without the NUL; 0,
+ * with the buffer left alone, when there is nothing to tell.
+ */
+u32 p4_pd_sample_stationCheck_match_spec_stringify_for_counter(
+    const p4_pd_sample_stationCheck_match_spec_t *match_spec, char *buf);
+
+/** Likewise of an entry, as the chip has it; 0 as well when it cannot be read. */
+u32 p4_pd_sample_stationCheck_stringify_counter_match_spec(
+    pd_sess_hdl sess, u8 dev_id, pd_entry_hdl entry_hdl, char *buf);
 
 /* ---- route ---- */
 
@@ -475,6 +582,61 @@ pd_status p4_pd_sample_route_get_mat_table_handle(u32 *handle);
 
 /** Whether a caller ranks the entries of `route`: 0. */
 u32 p4_pd_sample_route_supports_entry_priority(void);
+
+/** The schema of the key of `route`: a constant text. */
+const char *p4_pd_sample_route_match_spec_schema(void);
+
+/**
+ * Writes the schema of `route` with a NUL behind it. Returns its length without the NUL; the buffer is not
+ * checked.
+ */
+u32 p4_pd_sample_route_schema(char *buf);
+
+/** Writes a key of `route` as the value that goes with its schema. Returns the length without the NUL. */
+u32 p4_pd_sample_route_match_spec_value(const p4_pd_sample_route_match_spec_t *match_spec, char *buf);
+
+/**
+ * Reads an entry of `route` and writes it as a value. Returns the length without the NUL; 0, with the buffer
+ * left alone, when the driver refuses.
+ */
+u32 p4_pd_sample_route_value(pd_sess_hdl sess, u8 dev_id, pd_entry_hdl entry_hdl, u8 read_from_hw, char *buf);
+
+/** Likewise from placement data, without the priority. */
+u32 p4_pd_sample_route_plcmt_data_value(void *plcmt_data, char *buf);
+
+/**
+ * Prints a key of `route` to a file descriptor, a line per field, set in by `indent` columns. Returns what
+ * the last output returned.
+ */
+int p4_pd_sample_route_match_spec_print(int fd, int indent,
+                                        const p4_pd_sample_route_match_spec_t *match_spec);
+
+/**
+ * Prints an entry of `route` from placement data. Returns the status of the decoding; a failure is printed
+ * too.
+ */
+pd_status p4_pd_sample_route_plcmt_data_print(int fd, int indent, void *plcmt_data);
+
+/**
+ * Whether two keys of `route` are equal in the bits that count: 1, or 0 with the first difference in `msg`,
+ * which is left alone otherwise.
+ */
+u32 p4_pd_sample_route_match_specs_are_equal(
+    const p4_pd_sample_route_match_spec_t *left, const p4_pd_sample_route_match_spec_t *right, char *msg);
+
+/**
+ * Compares an entry of `route` as placed with what the chip has.
+ *
+ * @param sess       driver session
+ * @param dev_id     device
+ * @param table      not used
+ * @param entry_hdl  the entry
+ * @param plcmt_data the driver's record of the software side; one that cannot be decoded ends the process
+ * @param msg        receives the first difference, or that the chip cannot be read; 128 bytes are enough
+ * @return not 0 when they agree
+ */
+u32 p4_pd_sample_route_plcmt_data_eq_to_hw(
+    pd_sess_hdl sess, u8 dev_id, u32 table, pd_entry_hdl entry_hdl, void *plcmt_data, char *msg);
 
 /* ---- spread ---- */
 
@@ -731,6 +893,62 @@ pd_status p4_pd_sample_spread_get_mat_table_handle(u32 *handle);
 /** Whether a caller ranks the entries of `spread`: 0. */
 u32 p4_pd_sample_spread_supports_entry_priority(void);
 
+/** The schema of the key of `spread`: a constant text. */
+const char *p4_pd_sample_spread_match_spec_schema(void);
+
+/**
+ * Writes the schema of `spread` with a NUL behind it. Returns its length without the NUL; the buffer is not
+ * checked.
+ */
+u32 p4_pd_sample_spread_schema(char *buf);
+
+/** Writes a key of `spread` as the value that goes with its schema. Returns the length without the NUL. */
+u32 p4_pd_sample_spread_match_spec_value(const p4_pd_sample_spread_match_spec_t *match_spec, char *buf);
+
+/**
+ * Reads an entry of `spread` and writes it as a value. Returns the length without the NUL; 0, with the buffer
+ * left alone, when the driver refuses.
+ */
+u32 p4_pd_sample_spread_value(pd_sess_hdl sess, u8 dev_id, pd_entry_hdl entry_hdl, u8 read_from_hw,
+                              char *buf);
+
+/** Likewise from placement data, without the priority. */
+u32 p4_pd_sample_spread_plcmt_data_value(void *plcmt_data, char *buf);
+
+/**
+ * Prints a key of `spread` to a file descriptor, a line per field, set in by `indent` columns. Returns what
+ * the last output returned.
+ */
+int p4_pd_sample_spread_match_spec_print(
+    int fd, int indent, const p4_pd_sample_spread_match_spec_t *match_spec);
+
+/**
+ * Prints an entry of `spread` from placement data. Returns the status of the decoding; a failure is printed
+ * too.
+ */
+pd_status p4_pd_sample_spread_plcmt_data_print(int fd, int indent, void *plcmt_data);
+
+/**
+ * Whether two keys of `spread` are equal in the bits that count: 1, or 0 with the first difference in `msg`,
+ * which is left alone otherwise.
+ */
+u32 p4_pd_sample_spread_match_specs_are_equal(
+    const p4_pd_sample_spread_match_spec_t *left, const p4_pd_sample_spread_match_spec_t *right, char *msg);
+
+/**
+ * Compares an entry of `spread` as placed with what the chip has.
+ *
+ * @param sess       driver session
+ * @param dev_id     device
+ * @param table      not used
+ * @param entry_hdl  the entry
+ * @param plcmt_data the driver's record of the software side; one that cannot be decoded ends the process
+ * @param msg        receives the first difference, or that the chip cannot be read; 128 bytes are enough
+ * @return not 0 when they agree
+ */
+u32 p4_pd_sample_spread_plcmt_data_eq_to_hw(
+    pd_sess_hdl sess, u8 dev_id, u32 table, pd_entry_hdl entry_hdl, void *plcmt_data, char *msg);
+
 /* ---- always ---- */
 
 /* Handle 0x1000004. Counts every packet. */
@@ -828,6 +1046,42 @@ pd_status p4_pd_sample_always_get_mat_table_handle(u32 *handle);
 
 /** Whether a caller ranks the entries of `always`: 0. */
 u32 p4_pd_sample_always_supports_entry_priority(void);
+
+/**
+ * Writes the schema of `always` with a NUL behind it. Returns its length without the NUL; the buffer is not
+ * checked.
+ */
+u32 p4_pd_sample_always_schema(char *buf);
+
+/**
+ * Reads an entry of `always` and writes it as a value. Returns the length without the NUL; 0, with the buffer
+ * left alone, when the driver refuses.
+ */
+u32 p4_pd_sample_always_value(pd_sess_hdl sess, u8 dev_id, pd_entry_hdl entry_hdl, u8 read_from_hw,
+                              char *buf);
+
+/** Likewise from placement data, without the priority. */
+u32 p4_pd_sample_always_plcmt_data_value(void *plcmt_data, char *buf);
+
+/**
+ * Prints an entry of `always` from placement data. Returns the status of the decoding; a failure is printed
+ * too.
+ */
+pd_status p4_pd_sample_always_plcmt_data_print(int fd, int indent, void *plcmt_data);
+
+/**
+ * Compares an entry of `always` as placed with what the chip has.
+ *
+ * @param sess       driver session
+ * @param dev_id     device
+ * @param table      not used
+ * @param entry_hdl  the entry
+ * @param plcmt_data the driver's record of the software side; one that cannot be decoded ends the process
+ * @param msg        receives the first difference, or that the chip cannot be read; 128 bytes are enough
+ * @return not 0 when they agree
+ */
+u32 p4_pd_sample_always_plcmt_data_eq_to_hw(
+    pd_sess_hdl sess, u8 dev_id, u32 table, pd_entry_hdl entry_hdl, void *plcmt_data, char *msg);
 
 PD_END_DECLS
 

@@ -7,10 +7,10 @@
 namespace pd::tables {
 
 inline constexpr Field stationCheck_key[] = {
-    {"port", "inPort", offsetof(p4_pd_sample_stationCheck_match_spec_t, port),
+    {"port", "inPort", "port_mask", offsetof(p4_pd_sample_stationCheck_match_spec_t, port),
      offsetof(p4_pd_sample_stationCheck_match_spec_t, port_mask), 9, Match::ternary, Format::port,
      { 0x0, 0x7f }, false},
-    {"smacOui", "oui", offsetof(p4_pd_sample_stationCheck_match_spec_t, smacOui),
+    {"smacOui", "oui", "smacOui_mask", offsetof(p4_pd_sample_stationCheck_match_spec_t, smacOui),
      offsetof(p4_pd_sample_stationCheck_match_spec_t, smacOui_mask), 24, Match::ternary, Format::mac,
      { 0x0, 0xffffff }, false},
 };
@@ -35,9 +35,9 @@ inline constexpr Table stationCheck{
 };
 
 inline constexpr Field route_key[] = {
-    {"partition", "part", offsetof(p4_pd_sample_route_match_spec_t, partition), 0, 16, Match::exact,
+    {"partition", "part", nullptr, offsetof(p4_pd_sample_route_match_spec_t, partition), 0, 16, Match::exact,
      Format::dec, { 0x0, 0xffff }, true},
-    {"dip", "dip", offsetof(p4_pd_sample_route_match_spec_t, dip),
+    {"dip", "dip", "dip_prefix_length", offsetof(p4_pd_sample_route_match_spec_t, dip),
      offsetof(p4_pd_sample_route_match_spec_t, dip_prefix_length), 128, Match::lpm, Format::v6addr,
      { 0xffffffffffffffff, 0xffffffffffffffff }, false},
 };
@@ -61,8 +61,8 @@ inline constexpr Table route{
 };
 
 inline constexpr Field spread_key[] = {
-    {"flow", "flow", offsetof(p4_pd_sample_spread_match_spec_t, flow), 0, 20, Match::exact, Format::none,
-     { 0x0, 0xfffff }, false},
+    {"flow", "flow", nullptr, offsetof(p4_pd_sample_spread_match_spec_t, flow), 0, 20, Match::exact,
+     Format::none, { 0x0, 0xfffff }, false},
 };
 inline constexpr Table spread{
     .name = "spread",
