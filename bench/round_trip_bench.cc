@@ -6,13 +6,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <deque>
 #include <random>
 
 #include "model.h"
 #include "pd.h"
 #include "pipe_mgr_match.h"
+#include "processor_time.h"
 #include "reflection.h"
 
 namespace {
@@ -206,14 +206,11 @@ bool bare(Case &with)
 // The processor time of a round trip in each table, in nanoseconds.
 double time_all(bool (*round_trip)(Case &))
 {
-    timespec begin, end;
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &begin);
+    const double begin = bench::processor_time();
     for (Case &with : cases())
         if (!round_trip(with))
             give_up(with, "what comes back is not what was written");
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &end);
-    return static_cast<double>(end.tv_sec - begin.tv_sec) * 1e9 +
-           static_cast<double>(end.tv_nsec - begin.tv_nsec);
+    return bench::processor_time() - begin;
 }
 
 // Both sides in one benchmark, so that whatever slows the machine slows both.
