@@ -145,12 +145,14 @@ struct TableTextFunctions {
     u32 (*stringify_counter_match_spec)(pd_sess_hdl, u8 device_id, pd_entry_hdl, char *buf);
 };
 
-// Likewise an action. Without parameters the record is not looked at, and the last two are null.
+// Likewise an action, and how its parameters come out of the driver's image. Without parameters the record is
+// not looked at, and the last three are null.
 struct ActionTextFunctions {
     const char *(*schema)();
     u32 (*value)(const void *action, char *buf);
     int (*print)(int fd, int indent, const void *action);
     u32 (*action_specs_are_equal)(const void *left, const void *right, char *msg);
+    void (*unbuild)(const pipe_action_data *, const pd_res_ref *, u32 count, void *action);
 };
 
 struct TableFunctions {

@@ -1,5 +1,4 @@
 // The decode command: fields out of the images that a driver has for keys and actions.
-#include <dlfcn.h>
 
 #include "commands.h"
 #include "images.h"
@@ -56,17 +55,6 @@ void decode_match(Session &session, Words &words)
     print_value(session, "table", table.row->name, table.row, fields);
 }
 
-// The library's functions for this are told apart by name alone.
-void unbuild(const pd::Action &action, pipe_action_data data, void *parameters)
-{
-    using Unbuild = void(const pipe_action_data *, const pd_res_ref *, u32 count, void *parameters);
-    const std::string name = std::string{"unbuild_action_spec_"} + action.name;
-    auto *const function = reinterpret_cast<Unbuild *>(dlsym(RTLD_DEFAULT, name.c_str()));
-    if (!function)
-        throw BadLine{{}, "the library has no " + name};
-    function(&data, nullptr, 0, parameters);
-}
-
 void decode_action(Session &session, Words &words)
 {
     const pd::Action &action = take_any_action(words);
@@ -76,7 +64,8 @@ void decode_action(Session &session, Words &words)
     fields.parameters.resize(action.record_size / sizeof(u64) + 1);
     if (size.bytes != 0) {
         Bytes image = take_image(words, "the image", size.bytes);
-        unbuild(action, {size.bits, size.bytes, image.data()}, fields.parameters.data());
+        const pipe_action_data data{size.bits, size.bytes, image.data()};
+        reflection::action_texts()[action.number].unbuild(&data, nullptr, 0, fields.parameters.data());
     }
     words.expect_end();
     print_value(session, nullptr, nullptr, nullptr, fields);

@@ -28,12 +28,31 @@ u32 current_input(const Hash &hash, pd_sess_hdl sess, u32 device_id)
     return input;
 }
 
-// The source of a field of up to 32 bits is its word, of a wider one the bytes that its word points at.
+// What lies in front of the cursor's byte is still zero.
+template <u32 bytes>
+void prepend_whole(u8 **cursor, pd_word value)
+{
+    *cursor -= bytes;
+    store_big_endian<bytes>(*cursor + 1, static_cast<u32>(value));
+}
+
+// The source of a field of up to 32 bits is its word, of a wider one the bytes that its word points at. Most
+// fields are whole words at the start of a byte: these take the short way.
 void prepend(u8 **cursor, u32 *used, pd_word value, u32 width)
 {
     if (width > 32) {
         prepend_to_bytestream(cursor, used, reinterpret_cast<const u8 *>(value), width);
         return;
+    }
+    if (*used == 0) {
+        switch (width) {
+        case 8:
+            return prepend_whole<1>(cursor, value);
+        case 16:
+            return prepend_whole<2>(cursor, value);
+        case 32:
+            return prepend_whole<4>(cursor, value);
+        }
     }
     u8 word[4];
     store_big_endian<4>(word, static_cast<u32>(value));

@@ -37,12 +37,9 @@ bool are_equal(const Tuple &tuple, const void *left, const void *right, const ch
     return a == b;
 }
 
-// Records that are the same byte for byte need no look at their members.
-u32 are_equal(std::span<const Tuple> tuples, u16 record_size, const void *left, const void *right,
-              const char *prefix, char *msg)
+u32 are_equal(std::span<const Tuple> tuples, const void *left, const void *right, const char *prefix,
+              char *msg)
 {
-    if (std::memcmp(left, right, record_size) == 0)
-        return 1;
     for (const Tuple &tuple : tuples)
         if (!are_equal(tuple, left, right, prefix, msg))
             return 0;
@@ -51,14 +48,14 @@ u32 are_equal(std::span<const Tuple> tuples, u16 record_size, const void *left, 
 
 } // namespace
 
-u32 match_specs_are_equal(const TableText &table, const void *left, const void *right, char *msg)
+u32 keys_are_equal(const TableText &table, const void *left, const void *right, char *msg)
 {
-    return are_equal(table.key, table.reader->record_size, left, right, "mspec ", msg);
+    return are_equal(table.key, left, right, "mspec ", msg);
 }
 
-u32 action_specs_are_equal(const ActionText &action, const void *left, const void *right, char *msg)
+u32 parameters_are_equal(const ActionText &action, const void *left, const void *right, char *msg)
 {
-    return are_equal(action.parameters, action.record_size, left, right, "aspec action_", msg);
+    return are_equal(action.parameters, left, right, "aspec action_", msg);
 }
 
 } // namespace pd_tessel

@@ -31,7 +31,7 @@ u32 actions_are_equal(const TableText &table, const pd_action_out &pd, const pd_
     const ActionText &action =
         action_of(table.reader->actions, pd.action_number, "false && \"unknown action\"",
                   place_in("plcmt_data_eq_to_hw", __LINE__, table.name));
-    return action_specs_are_equal(action, &pd.parameters, &hw.parameters, msg);
+    return parameters_are_equal(action, &pd.parameters, &hw.parameters, msg);
 }
 
 // Deliberate: a member compares by its handle, a group by its presence, and a handle of 0 in the chip counts
@@ -73,7 +73,7 @@ u32 plcmt_data_eq_to_hw(const TableText &table, pd_sess_hdl sess, u8 device_id, 
     // Deliberate: the other way round there is no word of defaults, the keys are compared.
     if (pd.is_default && !hw.is_default)
         return differ(msg, "pd entry is default but not hw");
-    if (!pd.is_default && !match_specs_are_equal(table, pd.key, hw.key, msg))
+    if (!pd.is_default && !keys_are_equal(table, pd.key, hw.key, msg))
         return 0;
     return table.indirect ? references_are_equal(pd, hw, msg)
                           : actions_are_equal(table, pd.action, hw.action, msg);

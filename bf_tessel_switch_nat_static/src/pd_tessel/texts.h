@@ -21,7 +21,6 @@ struct ActionText {
     const char *name;
     u32 number;
     std::span<const Tuple> parameters;
-    u16 record_size;
     const char *schema;
 };
 
