@@ -29,10 +29,13 @@ pd_status SelectionState::add_member(pd_mbr_hdl member)
 
 pd_status SelectionState::remove_member(pd_mbr_hdl member)
 {
-    if (members_.erase(member) == 0)
+    const auto found = members_.find(member);
+    if (found == members_.end())
         return unknown_object;
-    for (auto &[handle, group] : groups_)
-        std::erase(group.members, member);
+    if (found->second.groups != 0)
+        for (auto &[handle, group] : groups_)
+            std::erase(group.members, member);
+    members_.erase(found);
     return ok;
 }
 
@@ -41,14 +44,14 @@ pd_status SelectionState::set_member_action(pd_mbr_hdl member, u32 action)
     const auto found = members_.find(member);
     if (found == members_.end())
         return unknown_object;
-    found->second = action;
+    found->second.action = action;
     return ok;
 }
 
 pd_status SelectionState::member_action(pd_mbr_hdl member, u32 &action) const
 {
     const auto found = members_.find(member);
-    return found != members_.end() ? read_action(found->second, action) : unknown_object;
+    return found != members_.end() ? read_action(found->second.action, action) : unknown_object;
 }
 
 // ---- Groups ---------------------------------------------------------------------------------------------
@@ -60,7 +63,13 @@ pd_status SelectionState::add_group(pd_grp_hdl group)
 
 pd_status SelectionState::remove_group(pd_grp_hdl group)
 {
-    return groups_.erase(group) != 0 ? ok : unknown_object;
+    const auto found = groups_.find(group);
+    if (found == groups_.end())
+        return unknown_object;
+    for (const pd_mbr_hdl member : found->second.members)
+        --members_.at(member).groups;
+    groups_.erase(found);
+    return ok;
 }
 
 pd_status SelectionState::set_group_action(pd_grp_hdl group, u32 action)
@@ -81,21 +90,24 @@ pd_status SelectionState::group_action(pd_grp_hdl group, u32 &action) const
 pd_status SelectionState::join(pd_mbr_hdl member, pd_grp_hdl group)
 {
     const auto found = groups_.find(group);
-    if (found == groups_.end() || !has_member(member))
+    const auto joining = members_.find(member);
+    if (found == groups_.end() || joining == members_.end())
         return unknown_object;
     std::vector<pd_mbr_hdl> &members = found->second.members;
     if (std::ranges::find(members, member) != members.end())
         return already_exists;
     members.push_back(member);
+    ++joining->second.groups;
     return ok;
 }
 
 pd_status SelectionState::leave(pd_mbr_hdl member, pd_grp_hdl group)
 {
     const auto found = groups_.find(group);
-    if (found == groups_.end())
+    if (found == groups_.end() || std::erase(found->second.members, member) == 0)
         return unknown_object;
-    return std::erase(found->second.members, member) != 0 ? ok : unknown_object;
+    --members_.at(member).groups;
+    return ok;
 }
 
 std::vector<pd_grp_hdl> SelectionState::groups_of(pd_mbr_hdl member) const
@@ -150,10 +162,10 @@ pd_status each(const cJSON *array, Read read)
 void SelectionState::log(cJSON *document) const
 {
     cJSON *members = cJSON_AddArrayToObject(document, "members");
-    for (const auto &[handle, action] : members_) {
+    for (const auto &[handle, recorded] : members_) {
         cJSON *member = add_object(members);
         cJSON_AddNumberToObject(member, "handle", handle);
-        cJSON_AddNumberToObject(member, "action", action);
+        cJSON_AddNumberToObject(member, "action", recorded.action);
     }
     cJSON *groups = cJSON_AddArrayToObject(document, "groups");
     for (const auto &[handle, recorded] : groups_) {
@@ -172,7 +184,7 @@ pd_status SelectionState::restore_member(const cJSON *element)
     u32 action = 0;
     if (!read_word(element, "handle", handle) || !read_word(element, "action", action))
         return bad_argument;
-    return members_.try_emplace(handle, action).second ? ok : bad_argument;
+    return members_.try_emplace(handle, Member{action, 0}).second ? ok : bad_argument;
 }
 
 pd_status SelectionState::restore_group(const cJSON *element)

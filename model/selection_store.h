@@ -34,15 +34,19 @@ public:
     pd_status restore(const cJSON *document);
 
 private:
-    struct Group {
+    struct Member {
         u32 action = 0; // 0: none yet
+        u32 groups = 0; // how many it is in
+    };
+    struct Group {
+        u32 action = 0; // likewise
         std::vector<pd_mbr_hdl> members;
     };
 
     pd_status restore_member(const cJSON *element);
     pd_status restore_group(const cJSON *element);
 
-    std::map<pd_mbr_hdl, u32> members_; // their actions, 0: none yet
+    std::map<pd_mbr_hdl, Member> members_;
     std::map<pd_grp_hdl, Group> groups_;
 };
 

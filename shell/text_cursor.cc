@@ -15,8 +15,10 @@ constexpr std::string_view name_letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijk
 std::string number_form(unsigned count, std::string_view digits)
 {
     const char *kind = digits == upper_digits ? " upper-case hex digits" : " lower-case hex digits";
-    return count ? "0x and " + std::to_string(count) + kind
-                 : "0x and up to " + std::to_string(most_digits) + kind + " without leading zeros";
+    std::string form{count ? "0x and " : "0x and up to "};
+    form += std::to_string(count ? count : most_digits);
+    form += kind;
+    return count ? form : form + " without leading zeros";
 }
 
 } // namespace
