@@ -13,11 +13,13 @@
 
 namespace pd {
 
+// The handle is no constexpr below, for the undefined behaviour sanitizer lets no constant expression compare
+// addresses; the optimiser makes it a constant all the same.
 template <const Profile &profile, const Action &action>
 inline pd_status add_member(pd_sess_hdl sess, pd_dev_target target, const void *parameters,
                             pd_mbr_hdl *member)
 {
-    constexpr u32 handle = find_binding<profile, action>().handle;
+    const u32 handle = find_binding<profile, action>().handle;
     ActionRecord<action> act(parameters, PIPE_ACTION_NONE);
     const pd_status status =
         pipe_mgr_adt_ent_add(sess, target, profile.action_table, handle, 0, act.spec(), member, 0);
@@ -32,7 +34,7 @@ inline pd_status add_member(pd_sess_hdl sess, pd_dev_target target, const void *
 template <const Profile &profile, const Action &action>
 inline pd_status modify_member(pd_sess_hdl sess, u32 device_id, pd_mbr_hdl member, const void *parameters)
 {
-    constexpr u32 handle = find_binding<profile, action>().handle;
+    const u32 handle = find_binding<profile, action>().handle;
     u32 current = 0;
     const pd_status status = p4_pd_ms_get_mbr_act(*profile.state, device_id, member, &current);
     if (status != success)
