@@ -321,20 +321,22 @@ TEST_F(ReadingFailure, DebugModeIsAskedForAtEachFailure)
 
 // ---- Members and groups --------------------------------------------------------------------------------
 
+p4_pd_tessel_switch_ecmpMemberActionProfile_member_action_t member_action;
+
 pd_status get_member()
 {
-    return p4_pd_tessel_switch_ecmpMemberActionProfile_get_member(1, 2, 3, 0, nullptr);
+    return p4_pd_tessel_switch_ecmpMemberActionProfile_get_member(1, 2, 3, 0, &member_action);
 }
 
 pd_status get_member_from_plcmt_data()
 {
-    return p4_pd_tessel_switch_ecmpMemberActionProfile_get_member_from_plcmt_data(nullptr, nullptr);
+    return p4_pd_tessel_switch_ecmpMemberActionProfile_get_member_from_plcmt_data(nullptr, &member_action);
 }
 
 pd_status get_full_member()
 {
     return p4_pd_tessel_switch_ecmpMemberActionProfile_get_full_member_info_from_plcmt_data(2, 3, nullptr,
-                                                                                            nullptr);
+                                                                                            &member_action);
 }
 
 TEST_F(ReadingFailure, ActionOfAMemberIsUnknown)

@@ -390,6 +390,7 @@ TEST_F(Profiles, ExportedFunctionsTakeTheirArgumentsInThisOrder)
     const p4_pd_tessel_switch_setEcmpNextHop_action_spec_t next_hop{.action_nextHopTable = 0xfe,
                                                                     .action_nextHop = 0x12345678};
     pd_mbr_hdl added = 0;
+    p4_pd_tessel_switch_lagPortActionProfile_member_action_t read;
     p4_pd_tessel_switch_ecmpMemberActionProfile_add_member_with_setEcmpNextHop(1, {2, 3}, &next_hop, &added);
     EXPECT_EQ(capture::hex(capture::last.data), "fe 12 34 56 78");
     services::events.clear();
@@ -401,7 +402,7 @@ TEST_F(Profiles, ExportedFunctionsTakeTheirArgumentsInThisOrder)
     p4_pd_tessel_switch_lagPortActionProfile_group_member_get_from_hash(1, 2, 4, 5, 6, 7);
     p4_pd_tessel_switch_lagPortActionProfile_set_dynamic_action_selection_fallback_member(1, {2, 3}, 5);
     p4_pd_tessel_switch_lagPortActionProfile_reset_dynamic_action_selection_fallback_member(1, {2, 3});
-    p4_pd_tessel_switch_lagPortActionProfile_get_full_member_info_from_plcmt_data(2, 5, nullptr, nullptr);
+    p4_pd_tessel_switch_lagPortActionProfile_get_full_member_info_from_plcmt_data(2, 5, nullptr, &read);
     p4_pd_tessel_switch_lagPortActionProfile_modify_member_with_setTunnelInfo(1, 2, 5);
     p4_pd_tessel_switch_lagPortActionProfile_del_member(1, 2, 5);
     EXPECT_EQ(services::events,
