@@ -5,8 +5,6 @@
 
 namespace pd_tessel {
 
-inline constexpr u32 max_record_bytes = 256;
-
 struct EntryRecord {
     alignas(16) u8 key[max_record_bytes];
     u32 priority = 0;

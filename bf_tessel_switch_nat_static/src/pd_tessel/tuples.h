@@ -22,6 +22,9 @@ struct Tuple {
 
 inline constexpr u8 wide = 128;
 
+// Room for the key record of any table.
+inline constexpr u32 max_record_bytes = 256;
+
 constexpr Mask ones(u8 width)
 {
     return {0, (u64{1} << width) - 1};
@@ -63,6 +66,7 @@ constexpr std::size_t tuple_count(const pd::Table &table)
 template <const pd::Table &table>
 constexpr auto make_key_tuples()
 {
+    static_assert(table.record_size <= max_record_bytes);
     std::array<Tuple, tuple_count(table)> tuples{};
     std::size_t count = 0;
     for (const pd::Field &field : table.key) {
