@@ -134,8 +134,6 @@ std::vector<Slot> slots_of(const pd::Table &table)
             slots.push_back({std::string(field.name) + "_prefix_length", display + "PrefixLength", "None",
                              field.twin_offset, 16, whole(16)});
     }
-    std::sort(slots.begin(), slots.end(),
-              [](const Slot &left, const Slot &right) { return left.offset < right.offset; });
     return slots;
 }
 

@@ -19,7 +19,7 @@ struct Slot {
     pd::Mask mask;
 };
 
-// In the order of the record.
+// In the order of the rows.
 std::vector<Slot> slots_of(const pd::Table &table);
 std::vector<Slot> slots_of(const pd::Action &action);
 

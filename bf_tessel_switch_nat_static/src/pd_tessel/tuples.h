@@ -1,9 +1,8 @@
 // What the inspection layer knows of a member of a record: a key field, its mask or prefix length, or an
-// action parameter. The tuples of a key stand in the order of the record, in which all text and every
-// comparison goes; they are made from the rows while compiling.
+// action parameter. The tuples of a key stand in the order of its rows, in which all text and every comparison
+// goes; where the members lie in memory has no say. They are made from the rows while compiling.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -76,7 +75,6 @@ constexpr auto make_key_tuples()
         else if (field.match == pd::Match::lpm)
             tuples[count++] = {field.twin, ones(16), field.twin_offset, 16};
     }
-    std::ranges::sort(tuples, {}, &Tuple::offset);
     return tuples;
 }
 
