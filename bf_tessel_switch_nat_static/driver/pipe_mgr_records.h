@@ -2,7 +2,8 @@
  * @file pipe_mgr_records.h
  * @brief The records that match entries, members and resources share on their way to the driver.
  *
- * Records are handed over by pointer and valid during the call only, so a driver copies what it keeps. C11 and C++.
+ * Records are handed over by pointer and valid during the call only, so a driver copies what it keeps.
+ * C11 and C++.
  */
 #ifndef PD_DRIVER_PIPE_MGR_RECORDS_H
 #define PD_DRIVER_PIPE_MGR_RECORDS_H

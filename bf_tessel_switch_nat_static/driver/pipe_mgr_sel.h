@@ -20,7 +20,7 @@ typedef void (*pipe_sel_update_cb)(u32 device_id, u32 table, const void *update,
 
 /* ---- Groups -------------------------------------------------------------------------------------------- */
 
-/** Opens a group without members and tells its handle to `group`. `reserved` is always 0, `marker` 0xdeadbeef. */
+/** Opens a group without members, told to `group`. `reserved` is always 0, `marker` 0xdeadbeef. */
 pd_status pipe_mgr_sel_grp_add(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 reserved,
                                u32 max_group_size, u32 marker, pd_grp_hdl *group, u32 flags);
 

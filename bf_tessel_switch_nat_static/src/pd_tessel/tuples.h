@@ -1,6 +1,6 @@
 // What the inspection layer knows of a member of a record: a key field, its mask or prefix length, or an
-// action parameter. The tuples of a key stand in the order of its rows, in which all text and every comparison
-// goes; where the members lie in memory has no say. They are made from the rows while compiling.
+// action parameter. The tuples of a key stand in the order of its rows, in which all text and every
+// comparison goes; where the members lie in memory has no say. They are made from the rows while compiling.
 #pragma once
 
 #include <array>
