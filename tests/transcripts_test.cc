@@ -3,9 +3,10 @@
 //     > COMMAND        a line as it is typed
 //     output           what it prints
 //     ! 9: message     what it complains of, with the column
-//     --- OPTIONS      a new session with an empty model: --json, --verbose, --interactive
-//     # remark         stays as it is, between blocks
+//     --- REMARK       a new session with an empty model; the remark may name --json, --verbose,
+//     --interactive
 //
+// Lines before the first session are for the reader.
 // Each file runs in an empty folder of its own. TS_RENEW=1 writes what came out into the files instead.
 #include <gtest/gtest.h>
 
@@ -45,7 +46,11 @@ public:
         return true;
     }
 
-    std::string text() const { return text_; }
+    std::string text()
+    {
+        collect(); // what came behind a quit
+        return text_;
+    }
 
     std::ostringstream out, err;
 
@@ -55,7 +60,8 @@ private:
         text_ += out.str();
         std::istringstream messages{err.str()};
         for (const std::string &message : lines_of(messages))
-            text_ += "! " + without_place(message) + '\n';
+            if (!message.starts_with("t: ")) // the number of bad lines
+                text_ += "! " + without_place(message) + '\n';
         out.str({});
         err.str({});
     }
@@ -96,15 +102,21 @@ std::string replayed(const std::vector<std::string> &lines)
             text += run_session(head, commands);
         commands.clear();
     };
+    std::ofstream file;
     for (const std::string &line : lines) {
-        if (line.starts_with("> ")) {
-            commands.push_back(line.substr(2));
-        } else if (line.starts_with("---") || (line.starts_with("#") && commands.empty())) {
+        const bool begins_session = line.starts_with("---"), begins_file = line.starts_with("+++ ");
+        if (begins_session || begins_file) {
             finish();
-            text += line + '\n';
-            if (line.starts_with("---"))
-                head = line;
+            head = line;
+            file = begins_file ? std::ofstream{line.substr(4)} : std::ofstream{};
+        } else if (head.starts_with("---")) {
+            if (line.starts_with("> "))
+                commands.push_back(line.substr(2));
+            continue;
+        } else if (file.is_open()) {
+            file << line << '\n';
         }
+        text += line + '\n';
     }
     finish();
     return text;
