@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "file_name.h"
+
 namespace shell {
 
 namespace {
@@ -22,7 +24,7 @@ void run_echo(Session &session, Words &words)
 
 void run_load(Session &session, Words &words)
 {
-    const std::string_view file = words.take("file name");
+    const FileName file = take_file_name(words);
     words.expect_end();
     session.load(file);
 }
@@ -89,7 +91,7 @@ constexpr std::string_view add_text =
   meter=CR,CB,PR,PB,TYPE is required for a table with a direct meter: committed rate and burst, peak
   rate and burst, and the type: aware or unaware of the colour that a packet brings along.
   In a table of an action profile, 'member M' or 'group G' stands behind the colon, by handle or name.
-  'help find' tells how a KEY is written. The handle is printed with --verbose and interactively.
+  'help find' tells how a KEY is written. The handle is printed with --verbose and at the prompt.
 )";
 
 constexpr std::string_view modify_text =
@@ -205,6 +207,11 @@ constexpr std::string_view read_text =
     R"(  --json prints a JSON object for each entry, --hw reads from the hardware instead of the driver's memory.
 )";
 
+constexpr std::string_view entry_text =
+    R"(  ENTRY is a handle, a key or 'default'. --json prints a JSON object, --hw reads from the hardware instead of the
+  driver's memory.
+)";
+
 constexpr std::string_view schema_text =
     R"(  The library's own description of key fields, actions and parameters; --json prints it taken apart.
 )";
@@ -246,8 +253,13 @@ constexpr std::string_view default_text =
 
 constexpr std::string_view save_text =
     R"(  Writes the commands that bring all tables, or those that are named, to their state, to FILE, which appears
-  when it is whole. A table of an action profile brings its members and groups along, an entry its meter and
+  when it is whole, or with - to the output. What is no regular file is written straight into. A table of an action profile brings its members and groups along, an entry its meter and
   time to live. Counts, properties and what is no part of a table are not saved.
+)";
+
+constexpr std::string_view load_text =
+    R"(  In FILE, ~/ is the home folder; blanks stand between quotation marks or behind backslashes. Handles of new
+  entries are printed with --verbose only. Ctrl-C ends it between two lines.
 )";
 
 constexpr Command all_commands[] = {
@@ -274,7 +286,7 @@ constexpr Command all_commands[] = {
      "tells which entry a packet with this key would hit, and why", lookup_text, json_option, run_lookup},
     {"show", "TABLE|PROFILE", "prints all entries of a table, or all that a profile holds", read_text,
      read_options, run_show},
-    {"entry", "TABLE HANDLE", "prints one entry, read back", read_text, read_options, run_entry},
+    {"entry", "TABLE ENTRY", "prints one entry, read back", entry_text, read_options, run_entry},
     {"default", "TABLE [: ACTION PARAMETERS [meter=CR,CB,PR,PB,TYPE] | : member M | : group G]",
      "prints the default entry of a table, or sets it", default_text, read_options, run_default},
     {"reset", "TABLE", "gives a table the default entry of the switch program again", "", {}, run_reset},
@@ -337,11 +349,13 @@ constexpr Command all_commands[] = {
      save_text,
      {},
      run_save},
-    {"load", "FILE", "carries out the commands of a file", "", {}, run_load},
+    {"load", "FILE", "carries out the commands of a file", load_text, {}, run_load},
     {"trace", "on|off", "prints the driver calls of each command behind it", "", {}, run_trace},
     {"echo", "[TEXT]", "prints TEXT", "", {}, run_echo},
     {"help", "[COMMAND]", "lists the commands, or tells about one", "", {}, run_help},
+    {"?", "[COMMAND]", "help", "", {}, run_help},
     {"quit", "", "ends the session", "", {}, run_quit},
+    {"exit", "", "quit", "", {}, run_quit},
 };
 
 } // namespace

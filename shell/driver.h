@@ -6,6 +6,7 @@
 
 #include "pd_types.h"
 #include "pipe_mgr_records.h"
+#include "signals.h"
 
 namespace shell {
 
@@ -15,7 +16,8 @@ inline constexpr pd_dev_target device{0, PIPE_ALL_PIPES};
 // BadLine with the reason when the driver refused; at `where`, or for the whole line.
 void expect_success(pd_status status, std::string_view where = {});
 
-// Visits all handles of a walk. `first(to)` and `next(after, count, to)` read them; 0 is the end.
+// Visits all handles of a walk, unless it is interrupted. `first(to)` and `next(after, count, to)` read them;
+// 0 is the end.
 template <typename First, typename Next, typename Visit>
 void walk_handles(First first, Next next, Visit visit)
 {
@@ -26,6 +28,7 @@ void walk_handles(First first, Next next, Visit visit)
         for (std::size_t i = 0; i < count; ++i) {
             if (handles[i] == 0)
                 return;
+            expect_no_stop_signal();
             visit(handles[i]);
         }
         const u32 last = handles[count - 1];

@@ -236,8 +236,10 @@ void run_clock(Session &session, Words &words)
     const u32 ticks = parse_u32(words.take("number of ticks"), ~u32{0}, "ticks");
     words.expect_end();
     expect_success(ts_model_advance_clock(device.device_id, ticks));
-    for (const auto &[table, entry] : session.idle_watches().take_expired())
+    for (const auto &[table, entry] : session.idle_watches().take_expired()) {
+        expect_no_stop_signal();
         print_expired(session, *table, entry);
+    }
 }
 
 } // namespace shell

@@ -1,7 +1,10 @@
 #include "json.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+
+#include "utf8.h"
 
 namespace shell {
 
@@ -47,14 +50,16 @@ Json &Json::end(char bracket)
 void Json::escape(std::string_view text)
 {
     static constexpr char digits[] = "0123456789abcdef";
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '"' || c == '\\')
-            to_ += {'\\', c};
-        else if (byte < 0x20)
+    while (!text.empty()) {
+        const auto byte = static_cast<unsigned char>(text.front());
+        const std::size_t length = utf8_length(text);
+        if (byte == '"' || byte == '\\')
+            to_ += {'\\', text.front()};
+        else if (length == 0 || byte < 0x20)
             to_ += {'\\', 'u', '0', '0', digits[byte >> 4], digits[byte & 0xf]};
         else
-            to_ += c;
+            to_ += text.substr(0, length);
+        text.remove_prefix(std::max<std::size_t>(length, 1));
     }
 }
 

@@ -1,4 +1,5 @@
-// Writes one JSON document to the end of a string, piece by piece and in the order of the calls.
+// Writes one JSON document to the end of a string, piece by piece and in the order of the calls. Bytes of a
+// text that are no UTF-8 become the characters of the same number, \u0080 to \u00ff.
 #pragma once
 
 #include <string>

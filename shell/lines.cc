@@ -1,56 +1,76 @@
 #include "lines.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
-#include <iostream>
-#include <iterator>
 #include <stdexcept>
-#include <system_error>
+#include <unistd.h>
 
-#ifdef TESSEL_SHELL_HAS_EDITLINE
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-
-#include <editline/readline.h>
-
-#include "complete.h"
-#endif
+#include "signals.h"
 
 namespace shell {
 
 namespace {
 
-constexpr char prompt[] = "tessel> ";
 constexpr u64 long_file = 5000; // lines
+constexpr std::size_t buffer_size = 65536;
 
-// How many lines there are; the stream is at its beginning again afterwards.
-u64 count_lines(std::istream &in)
+// Stores what comes next, as soon as something does; gives its size, 0 at the end.
+std::size_t read_some(int descriptor, std::vector<char> &to)
 {
-    const auto lines = std::count(std::istreambuf_iterator<char>{in}, {}, '\n');
-    in.clear();
-    in.seekg(0);
-    return static_cast<u64>(lines);
+    for (;;) {
+        const Awaited awaited = await_input(descriptor);
+        if (awaited == Awaited::stop_signal)
+            throw Interrupted{};
+        if (awaited == Awaited::other_signal)
+            continue;
+        const ssize_t size = read(descriptor, to.data(), to.size());
+        if (size >= 0)
+            return static_cast<std::size_t>(size);
+        if (errno != EINTR && errno != EAGAIN)
+            throw std::runtime_error("cannot be read");
+    }
+}
+
+// How many lines there are; the file is at its beginning again afterwards.
+u64 count_lines(int descriptor)
+{
+    std::vector<char> buffer(buffer_size);
+    u64 lines = 0;
+    while (const std::size_t size = read_some(descriptor, buffer))
+        lines += static_cast<u64>(std::count(buffer.data(), buffer.data() + size, '\n'));
+    lseek(descriptor, 0, SEEK_SET);
+    return lines;
 }
 
 } // namespace
 
-bool StreamLines::next(std::string &line)
+bool DescriptorLines::next(std::string &line)
 {
-    if (!std::getline(in_, line)) {
-        if (in_.bad())
-            throw std::runtime_error("cannot be read");
-        return false;
+    line.clear();
+    ++number_;
+    while (at_ != end_ || refill()) {
+        const char *begin = buffer_.data() + at_, *end = buffer_.data() + end_;
+        const char *feed = std::find(begin, end, '\n');
+        if (line.size() + static_cast<std::size_t>(feed - begin) > longest_line)
+            throw std::runtime_error("has more than 64 MiB in line " + std::to_string(number_));
+        line.append(begin, feed);
+        at_ = static_cast<std::size_t>(feed - buffer_.data());
+        if (feed != end) {
+            ++at_;
+            return true;
+        }
     }
-    if (progress_)
-        progress_->advance();
-    return true;
+    return !line.empty();
 }
 
-void StreamLines::make_room()
+bool DescriptorLines::refill()
 {
-    if (progress_)
-        progress_->clear();
+    buffer_.resize(buffer_size);
+    at_ = 0;
+    end_ = read_some(descriptor_, buffer_);
+    return end_ != 0;
 }
 
 FileLines::FileLines(const std::string &name, std::ostream *terminal)
@@ -58,105 +78,29 @@ FileLines::FileLines(const std::string &name, std::ostream *terminal)
     std::error_code unknown; // then opening the file tells more
     if (std::filesystem::is_directory(name, unknown))
         throw std::runtime_error("is a directory");
-    in_.open(name, std::ios::binary);
-    if (!in_)
+    // A FIFO opens at once; the wait for somebody to write comes with the reading, where Ctrl-C ends it.
+    file_.set(open(name.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    if (file_.number() < 0)
         throw std::runtime_error("cannot be opened");
+    lines_.emplace(file_.number());
     if (terminal && std::filesystem::is_regular_file(name, unknown))
-        if (const u64 lines = count_lines(in_); lines > long_file)
+        if (const u64 lines = count_lines(file_.number()); lines > long_file)
             progress_.emplace(*terminal, lines);
-    lines_.emplace(in_, progress_ ? &*progress_ : nullptr);
 }
 
-#ifdef TESSEL_SHELL_HAS_EDITLINE
-
-namespace {
-
-constexpr int kept_lines = 1000;
-
-// Empty when there is no place for it.
-std::filesystem::path history_file()
+bool FileLines::next(std::string &line)
 {
-    const char *state = std::getenv("XDG_STATE_HOME"), *home = std::getenv("HOME");
-    std::filesystem::path folder;
-    if (state && *state == '/')
-        folder = state;
-    else if (home && *home)
-        folder = std::filesystem::path{home} / ".local" / "state";
-    else
-        return {};
-    return folder / "tessel-shell" / "history";
-}
-
-// The line editor asks for one candidate after the other.
-char *next_candidate(const char *, int index)
-{
-    static std::vector<std::string> candidates;
-    if (index == 0)
-        candidates = complete({rl_line_buffer, static_cast<std::size_t>(rl_point)});
-    const auto at = static_cast<std::size_t>(index);
-    if (at >= candidates.size())
-        return nullptr;
-    rl_completion_append_character = candidates[at].ends_with('=') ? '\0' : ' ';
-    return strdup(candidates[at].c_str());
-}
-
-char **complete_word(const char *begun, int, int)
-{
-    rl_attempted_completion_over = !completes_a_file({rl_line_buffer, static_cast<std::size_t>(rl_point)});
-    return rl_completion_matches(begun, next_candidate);
-}
-
-} // namespace
-
-TerminalLines::TerminalLines()
-{
-    static char blanks[] = " \t";
-    rl_completer_word_break_characters = blanks;
-    rl_attempted_completion_function = complete_word;
-    using_history();
-    stifle_history(kept_lines);
-    if (const auto file = history_file(); !file.empty())
-        read_history(file.c_str());
-}
-
-// A history that cannot be kept is no reason to fail.
-TerminalLines::~TerminalLines()
-{
-    const std::filesystem::path file = history_file();
-    std::error_code failed;
-    if (file.empty())
-        return;
-    std::filesystem::create_directories(file.parent_path(), failed);
-    write_history(file.c_str());
-}
-
-bool TerminalLines::next(std::string &line)
-{
-    const std::unique_ptr<char, decltype(&std::free)> typed{readline(prompt), &std::free};
-    if (!typed) {
-        std::cout << '\n'; // behind the prompt
+    if (!lines_->next(line))
         return false;
-    }
-    line = typed.get();
-    if (!line.empty())
-        add_history(line.c_str());
+    if (progress_)
+        progress_->advance();
     return true;
 }
 
-#else
-
-TerminalLines::TerminalLines() = default;
-TerminalLines::~TerminalLines() = default;
-
-bool TerminalLines::next(std::string &line)
+void FileLines::make_room()
 {
-    std::cout << prompt << std::flush;
-    if (std::getline(std::cin, line))
-        return true;
-    std::cout << '\n'; // behind the prompt
-    return false;
+    if (progress_)
+        progress_->clear();
 }
-
-#endif
 
 } // namespace shell

@@ -1,35 +1,41 @@
 // Where command lines come from: a file or pipe, or a person at a terminal.
 #pragma once
 
-#include <fstream>
-#include <istream>
 #include <optional>
+#include <ostream>
 #include <string>
+#include <vector>
 
+#include "descriptor.h"
 #include "progress.h"
 
 namespace shell {
 
+inline constexpr std::size_t longest_line = std::size_t{64} << 20;
+
 class LineSource {
 public:
     virtual ~LineSource() = default;
-    // False at the end. Throws std::runtime_error when reading fails.
+    // False at the end. Throws std::runtime_error when reading fails, and Interrupted.
     virtual bool next(std::string &line) = 0;
-    // Called before a message goes to the terminal.
+    // Called before something else goes to the terminal.
     virtual void make_room() {}
 };
 
-class StreamLines : public LineSource {
+// What can be read from a descriptor, which stays open.
+class DescriptorLines : public LineSource {
 public:
-    // `progress` may be null.
-    explicit StreamLines(std::istream &in, Progress *progress = nullptr) : in_(in), progress_(progress) {}
+    explicit DescriptorLines(int descriptor) : descriptor_(descriptor) {}
 
     bool next(std::string &line) override;
-    void make_room() override;
 
 private:
-    std::istream &in_;
-    Progress *progress_;
+    bool refill();
+
+    const int descriptor_;
+    std::vector<char> buffer_;
+    std::size_t at_ = 0, end_ = 0; // what is left in it
+    u64 number_ = 0;               // of the line
 };
 
 // The lines of a file. A long one shows its progress on `terminal`, unless that is null.
@@ -38,22 +44,13 @@ class FileLines : public LineSource {
 public:
     FileLines(const std::string &name, std::ostream *terminal);
 
-    bool next(std::string &line) override { return lines_->next(line); }
-    void make_room() override { lines_->make_room(); }
+    bool next(std::string &line) override;
+    void make_room() override;
 
 private:
-    std::ifstream in_;
+    Descriptor file_;
+    std::optional<DescriptorLines> lines_;
     std::optional<Progress> progress_;
-    std::optional<StreamLines> lines_;
-};
-
-// Prompts for each line; with editing, completion and a history that outlasts the session where the shell was
-// built with them.
-class TerminalLines : public LineSource {
-public:
-    TerminalLines();
-    ~TerminalLines() override;
-    bool next(std::string &line) override;
 };
 
 } // namespace shell

@@ -1,11 +1,15 @@
 // tessel-shell: carries out commands from a file, from standard input or interactively.
+#include <csignal>
 #include <getopt.h>
 #include <iostream>
 #include <stdexcept>
 #include <string>
 #include <unistd.h>
 
+#include "json.h"
 #include "session.h"
+#include "signals.h"
+#include "terminal_lines.h"
 
 namespace {
 
@@ -18,18 +22,42 @@ Carries out commands against the model driver of the switch program: those of FI
 
   -k, --keep-going  carry on after a bad line; the number of bad lines is told at the end
   -v, --verbose     add tells the handle of each new entry
-  -j, --json        print each line of output as a JSON document
+  -j, --json        print each line of output, and each message, as a JSON document
   -h, --help        print this text
   -V, --version     print the version
+
+Ctrl-C ends a command at the prompt, and anything else altogether.
 
 Exit status: 0 when every line was carried out, 1 when a line was bad or the file cannot be read, 2 for a
 bad command line.
 )";
 
-int wrong_usage(const std::string &what)
+// Tells what keeps the program from doing its work, about `file` unless that is empty.
+void complain(const shell::SessionOptions &options, const std::string &what, const std::string &file = {})
 {
-    std::cerr << "tessel-shell: " << what << "; " << usage << '\n';
+    std::string text = "tessel-shell: " + (file.empty() ? what : file + ": " + what);
+    if (options.json) {
+        text.clear();
+        shell::Json object{text};
+        object.open_object().key("error").text(what);
+        if (!file.empty())
+            object.key("file").text(file);
+        object.close_object();
+    }
+    std::cerr << text << '\n';
+}
+
+int wrong_usage(const shell::SessionOptions &options, const std::string &what)
+{
+    complain(options, what + "; " + usage);
     return bad_usage;
+}
+
+// Ends the process as the signal would have, for whoever waits for it.
+void die_of(int signal)
+{
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
 }
 
 int run(shell::LineSource &lines, const std::string &name, const shell::SessionOptions &options)
@@ -46,7 +74,7 @@ int run_interactive(shell::SessionOptions options)
 
 int run_standard_input(const shell::SessionOptions &options)
 {
-    shell::StreamLines lines{std::cin};
+    shell::DescriptorLines lines{STDIN_FILENO};
     return run(lines, "<stdin>", options);
 }
 
@@ -73,8 +101,6 @@ int main(int argc, char **argv)
         {"json", no_argument, nullptr, 'j'},       {"help", no_argument, nullptr, 'h'},
         {"version", no_argument, nullptr, 'V'},    {nullptr, 0, nullptr, 0}};
     std::ios::sync_with_stdio(false);
-    std::cin.tie(nullptr);
-    std::cerr.tie(nullptr); // the session orders its output and its messages itself
     shell::SessionOptions options;
     if (isatty(STDERR_FILENO))
         options.terminal = &std::cerr;
@@ -97,26 +123,29 @@ int main(int argc, char **argv)
             std::cout << "tessel-shell " << TESSEL_SHELL_VERSION << '\n';
             return EXIT_SUCCESS;
         default:
-            return wrong_usage("bad option " + bad_option(argv[optind - 1]));
+            return wrong_usage(options, "bad option " + bad_option(argv[optind - 1]));
         }
     }
     if (argc - optind > 1)
-        return wrong_usage("more than one file");
+        return wrong_usage(options, "more than one file");
 
     const std::string name = optind < argc ? argv[optind] : "-";
     const bool interactive = optind == argc && isatty(STDIN_FILENO);
     int status = EXIT_FAILURE;
+    shell::catch_stop_signals();
     try {
         status = interactive   ? run_interactive(options)
                  : name == "-" ? run_standard_input(options)
                                : run_file(name, options);
     } catch (const std::runtime_error &error) {
-        std::cerr << "tessel-shell: " << (name == "-" ? "<stdin>" : name) << ": " << error.what() << '\n';
+        complain(options, error.what(), name == "-" ? "<stdin>" : name);
         return EXIT_FAILURE;
     }
     if (!std::cout.flush()) {
-        std::cerr << "tessel-shell: the output cannot be written\n";
-        return EXIT_FAILURE;
+        complain(options, "the output cannot be written");
+        status = EXIT_FAILURE;
     }
+    if (const int signal = shell::stop_signal())
+        die_of(signal);
     return status;
 }

@@ -1,30 +1,44 @@
-// A file that appears under its name when it is whole, and not at all otherwise: it is written beside it
-// under a name of its own, and renamed at the end.
+// A file that is written under a name. A regular one appears there when it is whole, and not at all
+// otherwise: it is written beside the name under one of its own, and renamed at the end, with mode and owner
+// of the file that it replaces. What is no regular file is written straight into, and so is what the shell's
+// own output goes to.
 #pragma once
 
-#include <cstdio>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
+
+#include "descriptor.h"
+#include "line_sink.h"
+#include "signals.h"
 
 namespace shell {
 
-class NewFile {
+class NewFile : public LineSink {
 public:
-    // Throws std::runtime_error, as do write() and commit().
+    // Follows symbolic links. Throws std::runtime_error, as do write_line() and commit(), or Interrupted.
     explicit NewFile(const std::string &name);
-    ~NewFile();
     NewFile(const NewFile &) = delete;
     NewFile &operator=(const NewFile &) = delete;
 
-    void write_line(std::string_view line);
+    void write_line(std::string_view line) override;
     void commit();
 
 private:
-    [[noreturn]] static void fail();
+    // Deletes the file, unless the name is empty.
+    struct Temporary {
+        std::string name;
+        ~Temporary();
+    };
 
-    const std::string name_;
-    std::string temporary_name_;
-    std::FILE *file_ = nullptr;
+    void create_beside(const std::string &target, const struct stat *replaced);
+    void flush();
+
+    const IgnoredSignal broken_pipe_{SIGPIPE}; // it makes writing fail, which is told
+    std::string target_;
+    Temporary temporary_;
+    Descriptor file_;
+    std::string unwritten_;
 };
 
 } // namespace shell

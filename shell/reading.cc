@@ -4,6 +4,7 @@
 #include "columns.h"
 #include "commands.h"
 #include "driver.h"
+#include "entry_key.h"
 #include "entry_reader.h"
 #include "profiles.h"
 #include "show_profile.h"
@@ -160,10 +161,11 @@ void run_show(Session &session, Words &words)
 void run_entry(Session &session, Words &words)
 {
     const reflection::TableFunctions &table = take_keyed_table(words);
-    const pd_entry_hdl entry = parse_u32(words.take("entry handle"), ~u32{0}, "entry handle");
+    Options none;
+    const Cell entry{words, table.row->name, &table, none};
     words.expect_end();
     EntryReader reader{table, session.from_hardware(), session.names(table)};
-    reader.read(entry);
+    reader.read(entry.find());
     if (!session.json())
         return print_entry(session, reader);
     std::string line;

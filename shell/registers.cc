@@ -65,6 +65,7 @@ void read(Session &session, Words &words, const RegisterFunctions &reg)
     expect_success(reg.range_read(driver_session, device, start, count, session.from_hardware(), &indices,
                                   values.data(), &value_count));
     for (u32 i = 0; i < indices; ++i) {
+        expect_no_stop_signal();
         const std::size_t pipes = value_count / indices;
         const std::span<const u8> of_index{values.data() + i * pipes, pipes};
         session.print(session.json() ? json_line(reg, start + i, of_index) : text_line(start + i, of_index));

@@ -6,6 +6,7 @@
 #include "commands.h"
 #include "driver.h"
 #include "entry_reader.h"
+#include "file_name.h"
 #include "meters.h"
 #include "new_file.h"
 #include "save_profile.h"
@@ -42,7 +43,7 @@ std::string time_to_live(const TableFunctions &table, pd_entry_hdl entry)
     return ttl == 0 ? std::string{} : " ttl=" + std::to_string(ttl);
 }
 
-void save_default(NewFile &file, EntryReader &reader, const TableFunctions &table)
+void save_default(LineSink &file, EntryReader &reader, const TableFunctions &table)
 {
     reader.read_default();
     if (reader.names() && reader.reference().handle == 0)
@@ -52,7 +53,7 @@ void save_default(NewFile &file, EntryReader &reader, const TableFunctions &tabl
     file.write_line(line + default_meter(table));
 }
 
-void save_entries(NewFile &file, EntryReader &reader, const TableFunctions &table)
+void save_entries(LineSink &file, EntryReader &reader, const TableFunctions &table)
 {
     const std::string name = table.row->name;
     const bool ttl_behind = table.idle && !table.row->ttl_on_add;
@@ -70,7 +71,7 @@ void save_entries(NewFile &file, EntryReader &reader, const TableFunctions &tabl
     });
 }
 
-void save_table(NewFile &file, const TableFunctions &table, Session &session)
+void save_table(LineSink &file, const TableFunctions &table, Session &session)
 {
     std::optional<ProfileNames> names;
     if (table.indirect) {
@@ -101,20 +102,41 @@ std::vector<const TableFunctions *> take_tables(Words &words)
     return tables;
 }
 
+void save_tables(LineSink &file, const std::vector<const TableFunctions *> &tables, Session &session)
+{
+    file.write_line("# Written by save. Load it into empty tables.");
+    for (const TableFunctions *table : tables)
+        save_table(file, *table, session);
+}
+
+// Saves to the session's output.
+class Printed : public LineSink {
+public:
+    explicit Printed(Session &session) : session_(session) {}
+
+    void write_line(std::string_view line) override { session_.print_text("save", line); }
+
+private:
+    Session &session_;
+};
+
 } // namespace
 
 void run_save(Session &session, Words &words)
 {
-    const std::string_view name = words.take("file name");
+    const FileName to = take_file_name(words);
     const std::vector<const TableFunctions *> tables = take_tables(words);
+    if (to.where == "-") {
+        Printed printed{session};
+        return save_tables(printed, tables, session);
+    }
     try {
-        NewFile file{std::string{name}};
-        file.write_line("# Written by save. Load it into empty tables.");
-        for (const TableFunctions *table : tables)
-            save_table(file, *table, session);
+        session.out().flush(); // the file may be where the output goes
+        NewFile file{to.name};
+        save_tables(file, tables, session);
         file.commit();
     } catch (const std::runtime_error &error) {
-        throw BadLine{name, quoted(name) + " cannot be written: " + error.what()};
+        throw BadLine{to.where, shell::quoted(to.name) + " cannot be written: " + error.what()};
     }
 }
 

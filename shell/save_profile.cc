@@ -13,7 +13,7 @@ using reflection::ProfileFunctions;
 
 class ProfileFile {
 public:
-    ProfileFile(NewFile &file, const ProfileFunctions &profile, const ProfileNames &names)
+    ProfileFile(LineSink &file, const ProfileFunctions &profile, const ProfileNames &names)
         : file_(file), profile_(profile), names_(names)
     {
     }
@@ -32,7 +32,7 @@ private:
         file_.write_line(std::string{command} + ' ' + profile_.row->name + ' ' + rest);
     }
 
-    NewFile &file_;
+    LineSink &file_;
     const ProfileFunctions &profile_;
     const ProfileNames &names_;
 };
@@ -113,7 +113,7 @@ ProfileNames named_throughout(const ProfileFunctions &profile, const ProfileName
     return all;
 }
 
-void save_profile(NewFile &file, const ProfileFunctions &profile, const ProfileNames &names)
+void save_profile(LineSink &file, const ProfileFunctions &profile, const ProfileNames &names)
 {
     ProfileFile to{file, profile, names};
     to.save_members();

@@ -7,6 +7,8 @@
 #include "json.h"
 #include "model.h"
 #include "pd.h"
+#include "signals.h"
+#include "utf8.h"
 
 namespace shell {
 
@@ -14,10 +16,12 @@ namespace shell {
 struct Session::Script {
     LineSource &source;
     const std::string name;
+    const bool at_prompt;
     std::string line;    // as read
     std::string command; // without comments; its lines apart when it has several
     u64 lines_read = 0;
     u64 first_line = 0; // of the command
+    bool whole = false; // all its lines were read
 
     bool read_command();
 };
@@ -40,6 +44,13 @@ std::string_view without_trailing_blanks(std::string_view text)
     while (!text.empty() && is_blank(text.back()))
         text.remove_suffix(1);
     return text;
+}
+
+// A mark that some editors put before the first line.
+std::string_view without_byte_order_mark(std::string_view text)
+{
+    constexpr std::string_view mark = "\xef\xbb\xbf";
+    return text.starts_with(mark) ? text.substr(mark.size()) : text;
 }
 
 // Drops a comment, which begins like a word, and the blanks before it or at the end.
@@ -76,9 +87,16 @@ Session::~Session()
     p4_pd_tessel_switch_cleanup();
 }
 
+std::ostream &Session::out()
+{
+    if (source_)
+        source_->make_room();
+    return out_;
+}
+
 void Session::print(std::string_view line)
 {
-    out_.write(line.data(), static_cast<std::streamsize>(line.size())).put('\n');
+    out().write(line.data(), static_cast<std::streamsize>(line.size())).put('\n');
 }
 
 void Session::print_text(std::string_view key, std::string_view text)
@@ -112,68 +130,101 @@ void Session::print_behind(std::string_view line)
 int Session::run(LineSource &source, const std::string &name)
 {
     files_.push_back(identity(name));
-    Script script{source, name, {}, {}};
+    Script script{source, name, options_.interactive, {}, {}};
     run_script(script);
     files_.pop_back();
-    source.make_room();
     out_.flush();
     if (options_.interactive || bad_lines_ == 0)
         return 0;
     if (options_.keep_going)
-        err_ << name << ": " << bad_lines_ << (bad_lines_ == 1 ? " bad line" : " bad lines") << std::endl;
+        tell_bad_lines(name);
     return 1;
 }
 
-void Session::load(std::string_view file)
+void Session::load(const FileName &file)
 {
-    const std::filesystem::path path = identity(file);
-    if (std::ranges::find(files_, path) != files_.end())
-        throw BadLine{file, quoted(file) + " would load itself"};
-    files_.push_back(path);
+    if (std::ranges::find(files_, identity(file.name)) != files_.end())
+        throw BadLine{file.where, shell::quoted(file.name) + " would load itself"};
+    if (source_)
+        source_->make_room();
+    LineSource *const before = source_;
+    files_.push_back(identity(file.name));
+    std::string failure;
     try {
-        FileLines lines{std::string{file}, options_.terminal};
-        Script script{lines, std::string{file}, {}, {}};
-        run_script(script);
+        run_file(file.name);
     } catch (const std::runtime_error &error) {
-        files_.pop_back();
-        throw BadLine{file, quoted(file) + ' ' + error.what()};
+        failure = error.what();
     }
     files_.pop_back();
+    source_ = before;
+    json_ = from_hardware_ = false;
+    if (!failure.empty())
+        throw BadLine{file.where, shell::quoted(file.name) + ' ' + failure};
+}
+
+void Session::run_file(const std::string &name)
+{
+    FileLines lines{name, options_.terminal};
+    Script script{lines, name, false, {}, {}};
+    run_script(script);
 }
 
 void Session::run_script(Script &script)
 {
-    const bool at_prompt = options_.interactive && files_.size() == 1;
-    while (!done_ && !stopping_ && script.read_command()) {
+    source_ = &script.source;
+    while (!done_ && !stopping_) {
         try {
+            if (!script.read_command())
+                break;
+            expect_no_stop_signal();
             execute(script);
         } catch (const BadLine &error) {
+            ++bad_lines_;
             report(script, error);
             stopping_ = !options_.keep_going;
+        } catch (const Interrupted &) {
+            report_interruption(script);
+            stopping_ = true;
         }
-        if (at_prompt)
-            stopping_ = false;
+        if (script.at_prompt)
+            back_to_prompt();
         show_what_came_behind();
         if (options_.interactive)
             out_.flush();
     }
+    script.source.make_room();
+    source_ = nullptr;
+}
+
+// Ctrl-C and a bad line end what was going on, but not the session.
+void Session::back_to_prompt()
+{
+    forget_interrupt();
+    stopping_ = false;
+    done_ = done_ || stop_signal() != 0;
 }
 
 // Joins the lines of one command into `command`. False at the end.
 bool Session::Script::read_command()
 {
     command.clear();
+    whole = false;
     first_line = lines_read + 1;
     for (bool continued = true; continued && source.next(line);) {
-        std::string_view text = without_comment(line);
+        std::string_view text = lines_read == 0 ? without_byte_order_mark(line) : line;
+        text = without_comment(text);
         continued = text.ends_with('\\');
         if (continued)
             text.remove_suffix(1);
         if (++lines_read != first_line)
             command += '\n';
         command += text;
+        if (command.size() > longest_line)
+            throw std::runtime_error("has more than 64 MiB in the command at line " +
+                                     std::to_string(first_line));
     }
     command.resize(without_trailing_blanks(command).size());
+    whole = true;
     return lines_read >= first_line;
 }
 
@@ -212,22 +263,64 @@ void Session::take_option_words(const Command &command, std::string &line, std::
 
 void Session::show_what_came_behind()
 {
-    out_ << behind_;
+    if (behind_.empty())
+        return;
+    out() << behind_;
     behind_.clear();
 }
 
+// Tells where the error is: at the prompt by its column, in a file or behind a pipe by name and line, too.
 void Session::report(const Script &script, const BadLine &error)
 {
-    ++bad_lines_;
+    const std::string_view command = script.command;
     const std::size_t at =
-        error.where.data() ? static_cast<std::size_t>(error.where.data() - script.command.data()) : 0;
-    const std::string_view before = std::string_view{script.command}.substr(0, at);
-    const auto line_feeds = std::count(before.begin(), before.end(), '\n');
+        error.where.data() ? static_cast<std::size_t>(error.where.data() - command.data()) : 0;
+    const std::string_view before = command.substr(0, at);
+    const auto line_feeds = static_cast<u64>(std::ranges::count(before, '\n'));
     const std::size_t line_begin = line_feeds == 0 ? 0 : before.rfind('\n') + 1;
-    script.source.make_room();
-    out_.flush();
-    err_ << script.name << ':' << script.first_line + static_cast<u64>(line_feeds) << ':'
-         << at - line_begin + 1 << ": " << error.what << std::endl;
+    const u64 column = utf8_characters(before.substr(line_begin)) + 1;
+    const bool one_typed_line = script.at_prompt && line_feeds == 0;
+    const u64 line = line_feeds + (script.at_prompt ? 1 : script.first_line);
+
+    std::string text;
+    if (json()) {
+        Json object{text};
+        object.open_object().key("error").text(error.what);
+        if (!script.at_prompt)
+            object.key("file").text(script.name);
+        if (!one_typed_line)
+            object.key("line").number(line);
+        object.key("column").number(column).close_object();
+    } else {
+        const std::string line_text = std::to_string(line);
+        text = !script.at_prompt ? script.name + ':' + line_text + ':'
+               : one_typed_line  ? "column "
+                                 : "line " + line_text + ", column ";
+        text += std::to_string(column) + ": " + error.what;
+    }
+    out().flush();
+    err_ << text << std::endl;
+}
+
+// A line at the prompt that is given up was no command yet.
+void Session::report_interruption(const Script &script)
+{
+    if (script.at_prompt && !script.whole)
+        return;
+    if (options_.interactive && !json())
+        err_ << '\n'; // behind the ^C that the terminal shows
+    report(script, {{}, "interrupted"});
+}
+
+void Session::tell_bad_lines(const std::string &name)
+{
+    std::string text =
+        name + ": " + std::to_string(bad_lines_) + (bad_lines_ == 1 ? " bad line" : " bad lines");
+    if (options_.json) {
+        text.clear();
+        Json{text}.open_object().key("file").text(name).key("bad_lines").number(bad_lines_).close_object();
+    }
+    err_ << text << std::endl;
 }
 
 } // namespace shell

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "digests.h"
+#include "file_name.h"
 #include "idle.h"
 #include "lines.h"
 #include "names.h"
@@ -24,8 +25,8 @@ struct Command;
 struct SessionOptions {
     bool keep_going = false;          // a bad line does not end the session
     bool verbose = false;             // add tells the handle of the new entry
-    bool json = false;                // each line of output is a JSON document
-    bool interactive = false;         // a person reads along: bad lines are no failure
+    bool json = false;                // each line of output, and each message, is a JSON document
+    bool interactive = false;         // a person types: bad lines are no failure
     std::ostream *terminal = nullptr; // where the progress of long files is shown
 };
 
@@ -40,12 +41,12 @@ public:
     int run(LineSource &source, const std::string &name);
 
     // ---- For commands ----
-    std::ostream &out() { return out_; }
+    std::ostream &out();
     // Prints one line of output.
     void print(std::string_view line);
     // Prints text of any number of lines, as it is or as the JSON string of an object with this one key.
     void print_text(std::string_view key, std::string_view text);
-    bool verbose() const { return options_.verbose || options_.interactive; }
+    bool verbose() const { return options_.verbose || (options_.interactive && files_.size() == 1); }
     bool json() const { return options_.json || json_; }
     bool from_hardware() const { return from_hardware_; }
     void set_trace(bool on);
@@ -58,17 +59,21 @@ public:
     // Keeps a line for behind the command.
     void print_behind(std::string_view line);
     // Carries out the lines of a file. BadLine when it cannot be read or is being carried out.
-    void load(std::string_view file);
+    void load(const FileName &file);
     void quit() { done_ = true; }
 
 private:
     struct Script;
 
     void run_script(Script &script);
+    void run_file(const std::string &name);
+    void back_to_prompt();
     void execute(Script &script);
     void take_option_words(const Command &command, std::string &line, std::size_t from);
     void show_what_came_behind();
     void report(const Script &script, const BadLine &error);
+    void report_interruption(const Script &script);
+    void tell_bad_lines(const std::string &name);
 
     std::ostream &out_;
     std::ostream &err_;
@@ -78,10 +83,11 @@ private:
     DigestWatches digest_watches_{*this};
     std::map<const reflection::ProfileFunctions *, ProfileNames> names_;
     bool done_ = false;
-    bool stopping_ = false; // a bad line ends the files, down to the prompt if there is one
+    bool stopping_ = false; // a bad line or Ctrl-C ends the files, down to the prompt if there is one
     u64 bad_lines_ = 0;
     bool json_ = false; // option words of the command
     bool from_hardware_ = false;
+    LineSource *source_ = nullptr;             // that is being read
     std::string behind_;                       // lines that came up while the command ran
     std::vector<std::filesystem::path> files_; // that are being carried out, one by the other
 };

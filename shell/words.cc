@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cctype>
 #include <numeric>
+#include <utility>
+
+#include "utf8.h"
 
 namespace shell {
 
@@ -25,18 +28,19 @@ std::string lower(std::string_view text)
     return result;
 }
 
-// How many letters must be changed, inserted or left out to make one of the other.
+// How many letters must be changed, inserted, left out or exchanged with their neighbour to make one of the
+// other.
 std::size_t edit_distance(std::string_view a, std::string_view b)
 {
-    std::vector<std::size_t> row(b.size() + 1);
+    std::vector<std::size_t> before_last, last(b.size() + 1), row(b.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
     for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = row[0];
+        before_last = std::exchange(last, row);
         row[0] = i + 1;
         for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t replaced = diagonal + (a[i] != b[j]);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+            row[j + 1] = std::min({last[j] + (a[i] != b[j]), row[j] + 1, last[j + 1] + 1});
+            if (i > 0 && j > 0 && a[i] == b[j - 1] && a[i - 1] == b[j])
+                row[j + 1] = std::min(row[j + 1], before_last[j - 1] + 1);
         }
     }
     return row.back();
@@ -58,8 +62,13 @@ std::string_view Words::peek() const
 
 std::string_view Words::take()
 {
-    const std::string_view word = peek();
-    text_ = without_leading_blanks(text_.substr(word.size()));
+    return take_letters(peek().size());
+}
+
+std::string_view Words::take_letters(std::size_t count)
+{
+    const std::string_view word = text_.substr(0, count);
+    text_ = without_leading_blanks(text_.substr(count));
     return word;
 }
 
@@ -88,14 +97,17 @@ std::string quoted(std::string_view word)
 {
     static constexpr char digits[] = "0123456789abcdef";
     std::string text = "'";
-    for (const char c : word.substr(0, longest_quotation)) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x20 || byte == 0x7f)
+    std::string_view left = word;
+    while (!left.empty() && word.size() - left.size() < longest_quotation) {
+        const auto byte = static_cast<unsigned char>(left.front());
+        const std::size_t length = utf8_length(left);
+        if (length == 0 || byte < 0x20 || byte == 0x7f)
             text += {'\\', 'x', digits[byte >> 4], digits[byte & 0xf]};
         else
-            text += c;
+            text += left.substr(0, length);
+        left.remove_prefix(std::max<std::size_t>(length, 1));
     }
-    return text + (word.size() > longest_quotation ? "...'" : "'");
+    return text + (left.empty() ? "'" : "...'");
 }
 
 std::string suggestion(std::string_view wrong, const std::vector<std::string_view> &names)

@@ -26,6 +26,8 @@ public:
     std::string_view take();
     // As take(), with "missing <what>" at the end of the line.
     std::string_view take(std::string_view what);
+    // The next `count` letters as a word, whatever they are.
+    std::string_view take_letters(std::size_t count);
     // All that is left, as it was written.
     std::string_view rest() const { return text_; }
     void expect_end() const;
@@ -39,7 +41,8 @@ bool take_on_off(Words &words);
 
 bool is_blank(char c);
 
-// `word` between quotation marks for a message: control characters escaped, cut when long.
+// `word` between quotation marks for a message: control characters and what is no UTF-8
+// escaped, cut when long.
 std::string quoted(std::string_view word);
 
 // "a, b, c"

@@ -16,6 +16,16 @@ struct Outcome {
     std::string err;
 };
 
+class StreamLines : public shell::LineSource {
+public:
+    explicit StreamLines(std::istream &in) : in_(in) {}
+
+    bool next(std::string &line) override { return static_cast<bool>(std::getline(in_, line)); }
+
+private:
+    std::istream &in_;
+};
+
 class Shell : public testing::Test {
 protected:
     Shell() { ts_model_reset(); }
@@ -25,7 +35,7 @@ protected:
     {
         std::istringstream in{script};
         std::ostringstream out, err;
-        shell::StreamLines lines{in};
+        StreamLines lines{in};
         const int status = shell::Session{out, err, options}.run(lines, "t");
         return {status, out.str(), err.str()};
     }

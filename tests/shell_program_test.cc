@@ -1,17 +1,54 @@
 // tessel-shell as a program: its options, where it reads from, and what it says when it cannot; and the parts
 // of the shell that are no command.
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include "commands.h"
 #include "progress.h"
 #include "shell_fixture.h"
 
 namespace {
+
+namespace fs = std::filesystem;
+
+const std::string saved = "# Written by save. Load it into empty tables.\ndefault l2SmacCheck : NoAction\n";
+
+class Folder {
+public:
+    Folder()
+    {
+        std::string name = (fs::temp_directory_path() / "shell.XXXXXX").string();
+        path_ = mkdtemp(name.data());
+    }
+    ~Folder() { fs::remove_all(path_); }
+    Folder(const Folder &) = delete;
+    Folder &operator=(const Folder &) = delete;
+
+    std::string file(const std::string &name) const { return (path_ / name).string(); }
+    std::string write(const std::string &name, const std::string &text) const
+    {
+        std::ofstream{path_ / name} << text;
+        return file(name);
+    }
+    std::string read(const std::string &name) const
+    {
+        std::ifstream in{path_ / name};
+        return {std::istreambuf_iterator<char>{in}, {}};
+    }
+    long files() const { return std::distance(fs::directory_iterator{path_}, {}); }
+
+private:
+    fs::path path_;
+};
 
 // Runs tessel-shell with `arguments` in a shell; both outputs, then the exit status.
 std::string program(const std::string &arguments)
@@ -41,6 +78,13 @@ TEST(ShellProgram, ReadsAndRefuses)
         {"a b", "tessel-shell: more than one file" + usage},
         {"/nonexistent/file", "tessel-shell: /nonexistent/file: cannot be opened\n1"},
         {"/", "tessel-shell: /: is a directory\n1"},
+        {"/dev/zero", "tessel-shell: /dev/zero: has more than 64 MiB in line 1\n1"},
+        {"--json a b", "{\"error\":\"more than one file" + usage.substr(0, usage.size() - 2) + "\"}\n2"},
+        {"--json /", "{\"error\":\"is a directory\",\"file\":\"/\"}\n1"},
+        {"-jk <<'.'\nbad\n.\n",
+         "{\"error\":\"unknown command 'bad'; help lists the commands\",\"file\":\"<stdin>\",\"line\":1,"
+         "\"column\":1}\n{\"file\":\"<stdin>\",\"bad_lines\":1}\n1"},
+        {"<<'.'\n\xef\xbb\xbf# mark\r\necho a \\\r\n b\r\n.\n", "a   b\n0"},
         {"- >/dev/full <<'.'\necho a\n.\n", "tessel-shell: the output cannot be written\n1"},
     };
     for (const auto &[arguments, output] : cases)
@@ -61,10 +105,8 @@ TEST_F(Shell, HelpsWithEveryCommand)
 
 TEST_F(Shell, LeavesNoHalfWrittenFile)
 {
-    std::string folder = (std::filesystem::temp_directory_path() / "shell.XXXXXX").string();
-    ASSERT_NE(mkdtemp(folder.data()), nullptr);
-    const std::string file = folder + "/saved";
-    std::ofstream{file} << "older";
+    const Folder folder;
+    const std::string file = folder.write("saved", "older");
     output_of("add l2SmacCheck priority=1 : NoAction");
     for (const char *operation :
          {"pipe_mgr_get_entry", "pipe_mgr_get_next_entry_handles", "pipe_mgr_table_get_default_entry"}) {
@@ -72,11 +114,58 @@ TEST_F(Shell, LeavesNoHalfWrittenFile)
         EXPECT_EQ(run("save " + file).err, "t:1:1: the driver refused: unknown reason (status 99)\n");
         ts_model_fail_operation(operation, 0);
     }
-    std::string text;
-    std::getline(std::ifstream{file}, text);
-    EXPECT_EQ(text, "older");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator{folder}, {}), 1);
-    std::filesystem::remove_all(folder);
+    EXPECT_EQ(folder.read("saved"), "older");
+    EXPECT_EQ(folder.files(), 1);
+}
+
+TEST_F(Shell, SavesIntoWhatStandsThere)
+{
+    const Folder folder;
+    const std::string save = "save ", of = " l2SmacCheck\n";
+    const auto is_link = [&](const char *name) { return fs::is_symlink(folder.file(name)); };
+
+    const std::string file = folder.write("file", "older");
+    const uid_t owner = geteuid() == 0 ? 1234 : geteuid();
+    ASSERT_EQ(chown(file.c_str(), owner, getegid()), 0);
+    ASSERT_EQ(chmod(file.c_str(), 0604), 0);
+    ASSERT_EQ(symlink("file", folder.file("link").c_str()), 0);
+    ASSERT_EQ(symlink(folder.file("link").c_str(), folder.file("link to link").c_str()), 0);
+    output_of(save + "'" + folder.file("link to link") + "'" + of);
+    struct stat status;
+    ASSERT_EQ(stat(file.c_str(), &status), 0);
+    EXPECT_EQ(folder.read("file"), saved);
+    EXPECT_EQ(status.st_mode, 0100604u);
+    EXPECT_EQ(status.st_uid, owner);
+    EXPECT_TRUE(is_link("link") && is_link("link to link"));
+
+    ASSERT_EQ(symlink("new", folder.file("dangling").c_str()), 0);
+    output_of(save + folder.file("dangling") + of);
+    EXPECT_EQ(folder.read("new"), saved);
+    EXPECT_TRUE(is_link("dangling"));
+
+    ASSERT_EQ(symlink("circle", folder.file("circle").c_str()), 0);
+    expect_bad("save @" + folder.file("circle"),
+               "'" + folder.file("circle") + "' cannot be written: Too many levels of symbolic links");
+
+    const std::string fifo = folder.file("fifo");
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    const int reader = open(fifo.c_str(), O_RDONLY | O_NONBLOCK);
+    output_of(save + fifo + of);
+    char text[200];
+    EXPECT_EQ((std::string{text, static_cast<std::size_t>(read(reader, text, sizeof text))}), saved);
+    close(reader);
+    EXPECT_TRUE(fs::is_fifo(fifo));
+    EXPECT_EQ(folder.files(), 7);
+}
+
+TEST(ShellProgram, SavesIntoItsOwnOutput)
+{
+    const Folder folder;
+    const std::string file = folder.file("output");
+    for (const std::string &save : {file, std::string{"/proc/self/fd/1"}})
+        EXPECT_EQ(program("- <<'.' >" + file + " && cat " + file + "\necho a\nsave " + save +
+                          " l2SmacCheck\necho b\n.\n"),
+                  "a\n" + saved + "b\n0");
 }
 
 TEST(Progress, DrawsEachPercentOnceAndLeavesNoBar)

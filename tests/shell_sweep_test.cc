@@ -492,7 +492,7 @@ TEST_F(ShellSweep, StreamsLargeTables)
         {"show ipv4ShortMaskLpm", entries + 1}, {"show ipv4ShortMaskLpm --json", entries}, {save, 0}};
     for (const auto &[command, lines] : commands) {
         std::istringstream in{command};
-        shell::StreamLines source{in};
+        StreamLines source{in};
         CountingBuffer counting;
         std::ostream out{&counting}, err{&counting};
         const std::size_t before = most_live_bytes = live_bytes;

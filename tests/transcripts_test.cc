@@ -7,7 +7,8 @@
 //     --interactive
 //
 // Lines before the first session are for the reader.
-// Each file runs in an empty folder of its own. TS_RENEW=1 writes what came out into the files instead.
+// Each file runs in an empty folder of its own, which is the home folder, too. TS_RENEW=1 writes what came
+// out into the files instead.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -131,6 +132,7 @@ TEST_P(Transcripts, come_out_as_written)
     ASSERT_NE(mkdtemp(folder.data()), nullptr);
     const fs::path before = fs::current_path();
     fs::current_path(folder);
+    setenv("HOME", folder.c_str(), 1);
     std::ifstream in{file};
     const std::vector<std::string> expected = lines_of(in);
     std::istringstream came{replayed(expected)};

@@ -1,0 +1,79 @@
+#include "signals.h"
+
+#include <cerrno>
+#include <poll.h>
+
+namespace shell {
+
+namespace {
+
+constexpr int stop_signals[] = {SIGINT, SIGTERM, SIGHUP};
+
+volatile std::sig_atomic_t interrupt = 0;
+volatile std::sig_atomic_t end = 0;
+
+void note(int signal)
+{
+    (signal == SIGINT ? interrupt : end) = signal;
+}
+
+} // namespace
+
+void catch_stop_signals()
+{
+    struct sigaction action {};
+    action.sa_handler = note; // without SA_RESTART: what waits for somebody else is to return
+    for (const int signal : stop_signals) {
+        struct sigaction before {};
+        sigaction(signal, nullptr, &before);
+        if (before.sa_handler != SIG_IGN)
+            sigaction(signal, &action, nullptr);
+    }
+}
+
+int stop_signal()
+{
+    return end != 0 ? end : interrupt;
+}
+
+void expect_no_stop_signal()
+{
+    if (stop_signal() != 0)
+        throw Interrupted{};
+}
+
+void forget_interrupt()
+{
+    interrupt = 0;
+}
+
+Awaited await_input(int fd)
+{
+    sigset_t stopping, before;
+    sigemptyset(&stopping);
+    for (const int signal : stop_signals)
+        sigaddset(&stopping, signal);
+    sigprocmask(SIG_BLOCK, &stopping, &before); // so that none comes between the question and the wait
+    Awaited awaited = Awaited::stop_signal;
+    if (stop_signal() == 0) {
+        pollfd input{fd, POLLIN, 0};
+        const bool by_signal = ppoll(&input, 1, nullptr, &before) < 0 && errno == EINTR;
+        awaited = !by_signal ? Awaited::input : stop_signal() != 0 ? awaited : Awaited::other_signal;
+    }
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+    return awaited;
+}
+
+IgnoredSignal::IgnoredSignal(int signal) : signal_(signal)
+{
+    struct sigaction ignore {};
+    ignore.sa_handler = SIG_IGN;
+    sigaction(signal, &ignore, &before_);
+}
+
+IgnoredSignal::~IgnoredSignal()
+{
+    sigaction(signal_, &before_, nullptr);
+}
+
+} // namespace shell
