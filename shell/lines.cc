@@ -68,7 +68,7 @@ bool DescriptorLines::next(std::string &line)
 bool DescriptorLines::refill()
 {
     buffer_.resize(buffer_size);
-    at_ = 0;
+    at_ = end_ = 0; // also when Ctrl-C comes
     end_ = read_some(descriptor_, buffer_);
     return end_ != 0;
 }

@@ -245,20 +245,26 @@ void Session::execute(Script &script)
     command->run(*this, rest);
 }
 
-// Blanks the option words out, so that every other word keeps its place.
+// Blanks the option words out, so that every other word keeps its place. An unknown one is told in the form
+// that the others ask for.
 void Session::take_option_words(const Command &command, std::string &line, std::size_t from)
 {
+    std::string_view unknown;
     for (Words words{std::string_view{line}.substr(from)}; !words.empty();) {
         const std::string_view word = words.take();
         if (!word.starts_with("--"))
             continue;
-        if (std::ranges::find(command.options, word) == command.options.end())
-            throw BadLine{word, "unknown option " + quoted(word) + ": " + std::string{command.name} +
-                                    " takes " + listed(command.options)};
+        if (std::ranges::find(command.options, word) == command.options.end()) {
+            unknown = unknown.empty() ? word : unknown;
+            continue;
+        }
         (word == "--json" ? json_ : from_hardware_) = true;
         const auto begin = static_cast<std::size_t>(word.data() - line.data());
         std::fill_n(line.begin() + static_cast<std::ptrdiff_t>(begin), word.size(), ' ');
     }
+    if (!unknown.empty())
+        throw BadLine{unknown, "unknown option " + quoted(unknown) + ": " + std::string{command.name} +
+                                   " takes " + listed(command.options)};
 }
 
 void Session::show_what_came_behind()
