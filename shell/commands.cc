@@ -253,8 +253,9 @@ constexpr std::string_view default_text =
 
 constexpr std::string_view save_text =
     R"(  Writes the commands that bring all tables, or those that are named, to their state, to FILE, which appears
-  when it is whole, or with - to the output. What is no regular file is written straight into. A table of an action profile brings its members and groups along, an entry its meter and
-  time to live. Counts, properties and what is no part of a table are not saved.
+  when it is whole, or with - to the output. What is no regular file is written straight into. A table of an
+  action profile brings its members and groups along, an entry its meter and time to live. Counts, properties
+  and what is no part of a table are not saved. 'help load' tells how FILE is written.
 )";
 
 constexpr std::string_view load_text =
@@ -353,9 +354,9 @@ constexpr Command all_commands[] = {
     {"trace", "on|off", "prints the driver calls of each command behind it", "", {}, run_trace},
     {"echo", "[TEXT]", "prints TEXT", "", {}, run_echo},
     {"help", "[COMMAND]", "lists the commands, or tells about one", "", {}, run_help},
-    {"?", "[COMMAND]", "help", "", {}, run_help},
+    {"?", "[COMMAND]", "the same as help", "", {}, run_help},
     {"quit", "", "ends the session", "", {}, run_quit},
-    {"exit", "", "quit", "", {}, run_quit},
+    {"exit", "", "the same as quit", "", {}, run_quit},
 };
 
 } // namespace
