@@ -119,7 +119,8 @@ std::string suggestion(std::string_view wrong, const std::vector<std::string_vie
         const std::string candidate = lower(name);
         const std::size_t distance = edit_distance(word, candidate);
         const bool contained = word.size() >= 3 && candidate.find(word) != std::string::npos;
-        if (contained || distance <= std::max<std::size_t>(1, word.size() / 4))
+        const bool alike = distance < candidate.size(); // '?' is not near to every letter
+        if (contained || (alike && distance <= std::max<std::size_t>(1, word.size() / 4)))
             near.emplace_back(distance, name);
     }
     if (near.empty())
