@@ -82,6 +82,7 @@ public:
         view.set("groups", groups);
         view.set("all_actions", action_list);
         view.set("action_count", decimal(catalogue.actions.size()));
+        view.set("action_name_bytes", decimal(action_name_bytes()));
         view.set("profiles", profiles);
         view.set("references", reference_views());
         view.set("all_tables", tables_by_handle());
@@ -94,6 +95,15 @@ public:
 private:
     const Catalogue &catalogue;
     std::map<std::string, data> actions;
+
+    // Of the longest full name, with its NUL.
+    std::size_t action_name_bytes() const
+    {
+        std::size_t longest = 0;
+        for (const Action &action : catalogue.actions)
+            longest = std::max(longest, (catalogue.prefix + "_" + action.name).size());
+        return longest + 1;
+    }
 
     std::string resource_handle(const std::string &name) const
     {

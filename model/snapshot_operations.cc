@@ -76,20 +76,15 @@ pd_status bf_snapshot_capture_trigger_set(u32 snapshot, u8 *spec, u8 *mask)
 
 pd_status bf_snapshot_capture_phv_fields_dict_size(u32 snapshot, u32 *total_bytes, u32 *stage_bytes)
 {
-    // Callers divide by what they get and do not look at the status, so that a call that fails tells sizes,
-    // too.
-    u32 stages = 1;
-    const pd_status known = with_snapshot(snapshot, [&](const Snapshot &found) {
-        stages = found.stages();
-        return ok;
-    });
-    const bool has_room = total_bytes != nullptr && stage_bytes != nullptr;
-    if (has_room) {
-        *total_bytes = stages * program.snapshot_bytes;
+    const auto tell = [&](const Snapshot &found) {
+        if (total_bytes == nullptr || stage_bytes == nullptr)
+            return bad_argument;
+        *total_bytes = found.stages() * program.snapshot_bytes;
         *stage_bytes = program.snapshot_bytes;
-    }
+        return ok;
+    };
     return run(
-        "bf_snapshot_capture_phv_fields_dict_size", [&] { return has_room ? known : bad_argument; },
+        "bf_snapshot_capture_phv_fields_dict_size", [&] { return with_snapshot(snapshot, tell); },
         [&](Line &line) { line.hex("snapshot", snapshot); },
         [&](Line &line) { line.number("total_bytes", *total_bytes).number("stage_bytes", *stage_bytes); });
 }

@@ -8,7 +8,6 @@ namespace shell {
 namespace {
 
 // What the library answers for a default entry that points at nothing.
-constexpr pd_status points_at_nothing = 15;
 
 } // namespace
 
@@ -61,7 +60,7 @@ void EntryReader::read_default()
     reference_ = {};
     const pd_status status =
         functions_.indirect->get_default_entry(driver_session, device, from_hardware_, reference_);
-    if (status != points_at_nothing)
+    if (status != PD_STATUS_UNREADABLE)
         expect_success(status);
 }
 

@@ -2,9 +2,11 @@
  * @file pd.h
  * @brief Chief header of libts_bf_pd_nat_static, the program-dependent API of `tessel_switch`.
  *
- * Callers describe keys and parameters as C structs in host byte order. Each write packs them into big-endian
- * images, calls the driver once and hands its status back. The library keeps no entries and takes no lock;
- * calls on the same entry are the caller's to keep apart. C99 and C++.
+ * Callers describe keys and parameters as C structs in host byte order. A write packs them into big-endian
+ * images, calls the driver and hands its status back. Entries take one call. Members and groups take more:
+ * the driver goes first, and only what it took reaches the member-selection store, whose state nothing rolls
+ * back. The library keeps no entries and takes no lock; calls on the same entry are the caller's to keep
+ * apart. C99 and C++.
  */
 #ifndef PD_H
 #define PD_H

@@ -42,27 +42,29 @@ u32 p4_pd_tessel_switch_adt_plcmt_data_value(u32 action_table, void *plcmt_data,
 
 /* ---- Walks --------------------------------------------------------------------------------------------- */
 
-/* What ends a walk is the driver's to tell, and its status is returned. */
+/* Walks end at PD_END_OF_WALK, or where the status is not PD_STATUS_SUCCESS. */
 
-/** The first entry of a table. For an unknown table `out` becomes 0xffffffff, and the status is 0. */
+/** The first entry of a table. For an unknown table `out` becomes PD_UNKNOWN_HANDLE, and the status is 0. */
 pd_status p4_pd_tessel_switch_entry_hdl_first(pd_sess_hdl sess, pd_dev_target dev_tgt, u32 table,
                                               pd_entry_hdl *out);
 
-/** Up to `count` entries behind `entry_hdl`. For an unknown table the first of `out` becomes 0xffffffff,
- * status 0. */
+/** Up to `count` entries behind `entry_hdl`. For an unknown table the first of `out` becomes
+ * PD_UNKNOWN_HANDLE, status 0. */
 pd_status p4_pd_tessel_switch_entry_hdl_next(pd_sess_hdl sess, pd_dev_target dev_tgt, u32 table,
                                              pd_entry_hdl entry_hdl, u32 count, pd_entry_hdl *out);
 
-/** The default entry of a table. For an unknown table `out` becomes 0xffffffff, and the status is 0. */
+/** The default entry of a table. For an unknown table `out` becomes PD_UNKNOWN_HANDLE, and the status is 0.
+ */
 pd_status p4_pd_tessel_switch_entry_hdl_default(pd_sess_hdl sess, pd_dev_target dev_tgt, u32 table,
                                                 pd_entry_hdl *out);
 
-/** The first member of a profile. For an unknown one `out` and the status become 0xffffffff. */
+/** The first member of a profile. For an unknown one `out` becomes PD_UNKNOWN_HANDLE, the status
+ * PD_STATUS_MISMATCH. */
 pd_status p4_pd_tessel_switch_member_hdl_first(pd_sess_hdl sess, pd_dev_target dev_tgt, u32 action_table,
                                                pd_mbr_hdl *out);
 
-/** Up to `count` members behind `mbr`. For an unknown profile the first of `out` and the status become
- * 0xffffffff. */
+/** Up to `count` members behind `mbr`. For an unknown profile the first of `out` becomes PD_UNKNOWN_HANDLE,
+ * the status PD_STATUS_MISMATCH. */
 pd_status p4_pd_tessel_switch_member_hdl_next(pd_sess_hdl sess, pd_dev_target dev_tgt, u32 action_table,
                                               pd_mbr_hdl mbr, u32 count, pd_mbr_hdl *out);
 

@@ -41,8 +41,33 @@ typedef u32 pd_mbr_hdl;
 /** A selector group of an action profile. */
 typedef u32 pd_grp_hdl;
 
-/** 0 for success. The driver's statuses pass through the library unchanged. */
+/**
+ * 0 for success. The driver's statuses pass through the library unchanged; those below are the library's own,
+ * and a caller cannot tell them from the same numbers of the driver.
+ */
 typedef u32 pd_status;
+
+/** The statuses that the library makes up itself, each where the function's text names it. */
+enum {
+    PD_STATUS_SUCCESS = 0,
+    PD_STATUS_NO_MEMORY = 2,          /**< the system's memory service gave none */
+    PD_STATUS_UNKNOWN_CHOICE = 3,     /**< the input or algorithm of a hash calculation is not its own */
+    PD_STATUS_BAD_PLACEMENT_DATA = 3, /**< placement data hold an action that the table lacks */
+    PD_STATUS_UNREADABLE = 15, /**< the driver's answer holds no action, member or group that may be there */
+};
+
+/** The library's status of all ones: a member runs another action, or no profile has the handle. */
+#define PD_STATUS_MISMATCH UINT32_C(0xffffffff)
+
+/**
+ * Ends a walk over entries, members, groups or members of a group: what the `first` functions give where
+ * there is none, and with what the `next` functions fill the rest of their array. A walk goes on from the
+ * last handle that is another; the driver's default entries are no part of it.
+ */
+#define PD_END_OF_WALK UINT32_C(0)
+
+/** What the walks by handle give for a table or profile that is not known; it ends a walk, too. */
+#define PD_UNKNOWN_HANDLE UINT32_C(0xffffffff)
 
 /** Where an operation applies: a device and one of its pipes. Passed by value, handed on unread. */
 typedef struct pd_dev_target {

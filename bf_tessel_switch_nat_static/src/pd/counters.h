@@ -4,7 +4,6 @@
 #include "pd_resources.h"
 #include "pipe_mgr.h"
 #include "rows_resources.h"
-#include "status.h"
 
 namespace pd {
 
@@ -13,18 +12,18 @@ namespace pd {
 inline pd_status counter_read(const Counter &counter, pd_sess_hdl sess, pd_dev_target target, u32 cell,
                               u8 flags, pd_counter_value *value)
 {
-    pd_status status = success;
+    pd_status status = PD_STATUS_SUCCESS;
     if (flags & 1)
         status = counter.direct ? pipe_mgr_direct_stat_ent_database_sync(sess, target, counter.handle, cell)
                                 : pipe_mgr_stat_ent_database_sync(sess, target, counter.handle, cell);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     pipe_stat_data data{};
     pipe_stat_data *list[] = {&data};
     status = counter.direct
                  ? pipe_mgr_mat_ent_direct_stat_query(sess, target.device_id, counter.handle, cell, &data)
                  : pipe_mgr_stat_ent_query(sess, target, counter.handle, &cell, 1, list);
-    if (status == success)
+    if (status == PD_STATUS_SUCCESS)
         *value = {data.first_count, data.second_count};
     return status;
 }

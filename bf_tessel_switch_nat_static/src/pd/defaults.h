@@ -6,17 +6,16 @@
 namespace pd {
 
 // As an entry of the table, but for a direct meter without a spec, which is detached here.
-template <const Table &table, const Action &action>
+template <const Table &table, const Binding &binding>
 [[gnu::always_inline]] inline pd_status set_default_action(pd_sess_hdl sess, pd_dev_target target,
                                                            const EntryArguments &with, pd_entry_hdl *entry)
 {
-    ActionRecord<action> act(with.action);
+    ActionRecord<*binding.action> act(with.action);
     add_resources<table>(act, with, index_mask_in_modify);
     if constexpr (table.direct_meter != 0)
         if (!with.meter)
             act.spec()->resources[0].res_tag = PIPE_RES_DETACH;
-    return pipe_mgr_mat_default_entry_set(sess, target, table.handle, find_binding<table, action>().handle,
-                                          act.spec(), 0, entry);
+    return pipe_mgr_mat_default_entry_set(sess, target, table.handle, binding.handle, act.spec(), 0, entry);
 }
 
 inline pd_status get_default_entry_handle(const Table &table, pd_sess_hdl sess, pd_dev_target target,

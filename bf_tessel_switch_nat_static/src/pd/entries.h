@@ -50,7 +50,7 @@ template <const Table &table, const Action &action>
 inline constexpr u32 index_mask_in_add = 0xffff;
 inline constexpr u32 index_mask_in_modify = 0xffffffff;
 
-template <const Table &table, const Action &action>
+template <const Table &table, const Binding &binding>
 [[gnu::always_inline]] inline pd_status add(pd_sess_hdl sess, pd_dev_target target,
                                             const EntryArguments &with, pd_entry_hdl *entry,
                                             Place place = {__builtin_FUNCTION(), __builtin_LINE()})
@@ -58,31 +58,30 @@ template <const Table &table, const Action &action>
     MatchRecord<table> match(with.key, with.priority);
     if (table.direct_meter != 0 && !with.meter)
         fail(table.missing_meter, place);
-    ActionRecord<action> act(with.action);
+    ActionRecord<*binding.action> act(with.action);
     add_resources<table>(act, with, index_mask_in_add);
-    return pipe_mgr_mat_ent_add(sess, target, table.handle, match.spec(),
-                                find_binding<table, action>().handle, act.spec(), with.ttl, 0, entry);
+    return pipe_mgr_mat_ent_add(sess, target, table.handle, match.spec(), binding.handle, act.spec(),
+                                with.ttl, 0, entry);
 }
 
-template <const Table &table, const Action &action>
+template <const Table &table, const Binding &binding>
 [[gnu::always_inline]] inline pd_status modify(pd_sess_hdl sess, u32 device_id, pd_entry_hdl entry,
                                                const EntryArguments &with)
 {
-    ActionRecord<action> act(with.action);
+    ActionRecord<*binding.action> act(with.action);
     add_resources<table>(act, with, index_mask_in_modify);
-    return pipe_mgr_mat_ent_set_action(sess, device_id, table.handle, entry,
-                                       find_binding<table, action>().handle, act.spec(), 0);
+    return pipe_mgr_mat_ent_set_action(sess, device_id, table.handle, entry, binding.handle, act.spec(), 0);
 }
 
-template <const Table &table, const Action &action>
+template <const Table &table, const Binding &binding>
 [[gnu::always_inline]] inline pd_status modify_by_match_spec(pd_sess_hdl sess, pd_dev_target target,
                                                              const EntryArguments &with)
 {
     MatchRecord<table> match(with.key, with.priority);
-    ActionRecord<action> act(with.action);
+    ActionRecord<*binding.action> act(with.action);
     add_resources<table>(act, with, index_mask_in_modify);
-    return pipe_mgr_mat_ent_set_action_by_match_spec(sess, target, table.handle, match.spec(),
-                                                     find_binding<table, action>().handle, act.spec(), 0);
+    return pipe_mgr_mat_ent_set_action_by_match_spec(sess, target, table.handle, match.spec(), binding.handle,
+                                                     act.spec(), 0);
 }
 
 template <const Table &table>

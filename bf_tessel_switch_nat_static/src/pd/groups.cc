@@ -11,7 +11,7 @@ pd_status del_group_with(const Profile &profile, pd_sess_hdl sess, u32 device_id
                          pd_mbr_hdl *members)
 {
     const pd_status status = pipe_mgr_sel_grp_del(sess, device_id, profile.selector, group, 0);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     return p4_pd_ms_del_grp(sess, *profile.state, device_id, group, count, members);
 }
@@ -23,17 +23,17 @@ pd_status del_group(const Profile &profile, pd_sess_hdl sess, u32 device_id, pd_
 {
     u32 count = 0, written = 0;
     pd_status status = pipe_mgr_get_sel_grp_mbr_count(sess, device_id, profile.selector, group, &count);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     if (count == 0)
         return del_group_with(profile, sess, device_id, group, 0, nullptr);
     const SysArray<pd_mbr_hdl> members(count);
     const SysArray<u8> states(count); // the driver wants to tell them
     if (!members || !states)
-        return out_of_memory;
+        return PD_STATUS_NO_MEMORY;
     status = pipe_mgr_sel_grp_mbrs_get(sess, device_id, profile.selector, group, count, members.get(),
                                        states.get(), &written, 0);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     return del_group_with(profile, sess, device_id, group, written, members.get());
 }
@@ -45,14 +45,14 @@ pd_status add_member_to_group(const Profile &profile, pd_sess_hdl sess, u32 devi
 {
     u32 action = 0;
     pd_status status = p4_pd_ms_get_mbr_act(*profile.state, device_id, member, &action);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     status = pipe_mgr_sel_grp_mbr_add(sess, device_id, profile.selector, group, action, member, 0);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     p4_pd_ms_add_mbr_to_grp(sess, *profile.state, device_id, member, group);
     p4_pd_ms_set_grp_act(*profile.state, device_id, group, action);
-    return success;
+    return PD_STATUS_SUCCESS;
 }
 
 pd_status group_member_state_set(const Profile &profile, pd_sess_hdl sess, u32 device_id, pd_grp_hdl group,
@@ -71,14 +71,14 @@ pd_status group_member_state_get(const Profile &profile, pd_sess_hdl sess, u32 d
     u32 state = 0;
     const pd_status status =
         pipe_mgr_sel_grp_mbr_state_get(sess, device_id, profile.selector, group, member, &state);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     // Deliberate: another state is no failure, and the caller's word stays as it is.
     if (state == PIPE_MEMBER_ACTIVE)
         *mbr_state = P4_PD_GRP_MBR_STATE_ACTIVE;
     else if (state == PIPE_MEMBER_INACTIVE)
         *mbr_state = P4_PD_GRP_MBR_STATE_INACTIVE;
-    return success;
+    return PD_STATUS_SUCCESS;
 }
 
 } // namespace pd

@@ -7,7 +7,6 @@
 #include "pd_ms.h"
 #include "pipe_mgr.h"
 #include "rows_profiles.h"
-#include "status.h"
 
 namespace pd {
 
@@ -21,7 +20,7 @@ inline pd_status create_group(const Profile &profile, pd_sess_hdl sess, pd_dev_t
 {
     const pd_status status =
         pipe_mgr_sel_grp_add(sess, target, profile.selector, 0, max_group_size, new_group_marker, group, 0);
-    if (status == success)
+    if (status == PD_STATUS_SUCCESS)
         p4_pd_ms_new_grp(sess, *profile.state, target.device_id, *group);
     return status;
 }
@@ -38,7 +37,7 @@ inline pd_status del_member_from_group(const Profile &profile, pd_sess_hdl sess,
                                        pd_grp_hdl group, pd_mbr_hdl member)
 {
     const pd_status status = pipe_mgr_sel_grp_mbr_del(sess, device_id, profile.selector, group, member, 0);
-    if (status == success)
+    if (status == PD_STATUS_SUCCESS)
         p4_pd_ms_del_mbr_from_grp(sess, *profile.state, device_id, member, group);
     return status;
 }
@@ -142,7 +141,7 @@ inline pd_status get_sel_table_handle(const Profile &profile, u32 *handle)
 {
     if (handle)
         *handle = profile.selector;
-    return success;
+    return PD_STATUS_SUCCESS;
 }
 
 inline pd_status sel_get_plcmt_data(const Profile &profile, pd_word first, pd_word second)

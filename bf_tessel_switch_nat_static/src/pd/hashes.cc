@@ -1,8 +1,9 @@
 #include "hashes.h"
 
+#include <algorithm>
+
 #include "bit_stream.h"
 #include "image.h"
-#include "status.h"
 #include "sys_array.h"
 
 // Deliberate: none of the lists below is tested for lack of memory; there is no result for it.
@@ -15,7 +16,7 @@ namespace {
 pd_status tell_choice(pd_status status, u32 current, u32 own, u32 *number)
 {
     if (current != own)
-        return unknown_choice;
+        return PD_STATUS_UNKNOWN_CHOICE;
     *number = 0;
     return status;
 }
@@ -94,7 +95,7 @@ pd_status input_field_attribute_count_get(const Hash &hash, pd_sess_hdl sess, u3
 {
     const u32 current = current_input(hash, sess, device_id);
     if (current == hash.input && input != 0)
-        return unknown_choice;
+        return PD_STATUS_UNKNOWN_CHOICE;
     *count = 0;
     return pipe_mgr_hash_calc_input_field_attribute_count_get(sess, device_id, hash.handle, current, count);
 }
@@ -105,17 +106,18 @@ pd_status input_field_attribute_get(const Hash &hash, pd_sess_hdl sess, u32 devi
     *count = 0;
     const u32 current = current_input(hash, sess, device_id);
     if (current == hash.input && input != 0)
-        return unknown_choice;
+        return PD_STATUS_UNKNOWN_CHOICE;
     if (capacity == 0)
-        return success;
+        return PD_STATUS_SUCCESS;
     const SysArray<pipe_hash_calc_input_field_attribute> list(capacity);
     const pd_status status = pipe_mgr_hash_calc_input_field_attribute_get(
         sess, device_id, hash.handle, current, capacity, list.get(), count);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
+    *count = std::min(*count, capacity);
     for (u32 i = 0; i < *count; ++i)
         attributes[i] = {list[i].input_field, list[i].attr_type, list[i].attr_value};
-    return success;
+    return PD_STATUS_SUCCESS;
 }
 
 pd_status calculate_hash_value(const Hash &hash, pd_sess_hdl sess, u32 device_id, u32 count,

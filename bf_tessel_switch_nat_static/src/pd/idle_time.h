@@ -4,7 +4,6 @@
 
 #include "pipe_mgr.h"
 #include "rows.h"
-#include "status.h"
 
 namespace pd {
 
@@ -19,7 +18,7 @@ inline pd_status idle_tmo_enable(const Table &table, pd_sess_hdl sess, u32 devic
         pipe_mgr_idle_set_params(sess, device_id, table.handle,
                                  {params.idle_mode, params.idle_param_1, params.idle_param_2,
                                   params.idle_param_3, params.idle_param_4, 0, params.idle_param_5, 0});
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     return pipe_mgr_idle_tmo_set_enable(sess, device_id, table.handle, 1);
 }
@@ -40,18 +39,18 @@ inline pd_status idle_params_get(const Table &table, pd_sess_hdl sess, u32 devic
 {
     pipe_idle_params answer{};
     const pd_status status = pipe_mgr_idle_get_params(sess, device_id, table.handle, &answer);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     params->idle_mode = answer.idle_mode;
     if (answer.idle_mode != idle_mode_with_parameters)
-        return success;
+        return PD_STATUS_SUCCESS;
     params->idle_param_1 = answer.idle_param_1;
     params->idle_param_2 = answer.idle_param_2;
     params->idle_param_3 = answer.idle_param_3;
     params->idle_param_4 = answer.idle_param_4;
     params->idle_param_5 = answer.idle_param_5;
     params->idle_flag = 0;
-    return success;
+    return PD_STATUS_SUCCESS;
 }
 
 inline pd_status set_ttl(const Table &table, pd_sess_hdl sess, u32 device_id, pd_entry_hdl entry, u32 ttl)

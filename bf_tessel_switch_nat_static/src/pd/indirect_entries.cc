@@ -15,13 +15,13 @@ pd_status refer(const Profile &profile, u32 device_id, Reference to, ReferenceRe
     if (to.kind == PIPE_ACTION_MEMBER) {
         record.spec.member_hdl = to.handle;
         const pd_status status = p4_pd_ms_get_mbr_act(state, device_id, to.handle, &record.action);
-        if (status == success)
+        if (status == PD_STATUS_SUCCESS)
             p4_pd_ms_mbr_get_res(state, device_id, to.handle, &resources, &count);
         return status;
     }
     record.spec.group_hdl = to.handle;
     const pd_status status = p4_pd_ms_get_grp_act(state, device_id, to.handle, &record.action);
-    if (status == success)
+    if (status == PD_STATUS_SUCCESS)
         p4_pd_ms_grp_get_res(state, device_id, to.handle, &resources, &count);
     return status;
 }

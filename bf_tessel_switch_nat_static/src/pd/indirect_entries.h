@@ -6,7 +6,6 @@
 #include "entry_arguments.h"
 #include "match_record.h"
 #include "rows_profiles.h"
-#include "status.h"
 
 namespace pd {
 
@@ -40,7 +39,7 @@ inline pd_status add_entry(const Profile &profile, pd_sess_hdl sess, pd_dev_targ
 {
     MatchRecord<table> match(with.key, with.priority);
     ReferenceRecord act;
-    if (const pd_status status = refer(profile, target.device_id, to, act); status != success)
+    if (const pd_status status = refer(profile, target.device_id, to, act); status != PD_STATUS_SUCCESS)
         return status;
     return pipe_mgr_mat_ent_add(sess, target, table.handle, match.spec(), act.action, &act.spec, 0, 0, entry);
 }
@@ -49,7 +48,7 @@ inline pd_status modify_entry(const Table &table, const Profile &profile, pd_ses
                               pd_entry_hdl entry, Reference to)
 {
     ReferenceRecord act;
-    if (const pd_status status = refer(profile, device_id, to, act); status != success)
+    if (const pd_status status = refer(profile, device_id, to, act); status != PD_STATUS_SUCCESS)
         return status;
     return pipe_mgr_mat_ent_set_action(sess, device_id, table.handle, entry, act.action, &act.spec, 0);
 }
@@ -60,7 +59,7 @@ inline pd_status modify_entry_by_match_spec(const Profile &profile, pd_sess_hdl 
 {
     MatchRecord<table> match(with.key, with.priority);
     ReferenceRecord act;
-    if (const pd_status status = refer(profile, target.device_id, to, act); status != success)
+    if (const pd_status status = refer(profile, target.device_id, to, act); status != PD_STATUS_SUCCESS)
         return status;
     return pipe_mgr_mat_ent_set_action_by_match_spec(sess, target, table.handle, match.spec(), act.action,
                                                      &act.spec, 0);
@@ -70,7 +69,7 @@ inline pd_status set_default_entry(const Table &table, const Profile &profile, p
                                    pd_dev_target target, Reference to, pd_entry_hdl *entry)
 {
     ReferenceRecord act;
-    if (const pd_status status = refer(profile, target.device_id, to, act); status != success)
+    if (const pd_status status = refer(profile, target.device_id, to, act); status != PD_STATUS_SUCCESS)
         return status;
     return pipe_mgr_mat_default_entry_set(sess, target, table.handle, act.action, &act.spec, 0, entry);
 }

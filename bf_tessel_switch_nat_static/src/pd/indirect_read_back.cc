@@ -1,7 +1,6 @@
 #include "indirect_read_back.h"
 
 #include "answer.h"
-#include "status.h"
 
 namespace pd {
 
@@ -32,12 +31,12 @@ pd_status get_indirect_entry(const TableReader &table, pd_sess_hdl sess, u32 dev
     answer.match.num_bytes = table.key_size.bytes;
     const pd_status status = pipe_mgr_get_entry(sess, table.handle, {device_id, PIPE_ALL_PIPES}, entry,
                                                 &answer.match, &answer.spec, &answer.action, from_hw, 1, 0);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     if (!read_reference(answer.spec, to))
         *to.has_member = *to.has_group = 0;
     read_key(table, answer.match, key);
-    return success;
+    return PD_STATUS_SUCCESS;
 }
 
 pd_status get_indirect_entry_from_plcmt_data(const TableReader &table, void *plcmt_data, const KeyOut &key,
@@ -47,12 +46,12 @@ pd_status get_indirect_entry_from_plcmt_data(const TableReader &table, void *plc
     answer.spec.action_data.data = answer.data;
     const pd_status status =
         pipe_mgr_plcmt_mat_data_get_entry(plcmt_data, &answer.match, &answer.spec, &answer.action);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     read_key(table, answer.match, key);
     read_reference(answer.spec,
                    to); // deliberate: the flags of an entry that points at neither stay as they are
-    return success;
+    return PD_STATUS_SUCCESS;
 }
 
 pd_status get_indirect_default_entry(const TableReader &table, pd_sess_hdl sess, pd_dev_target target,
@@ -61,9 +60,9 @@ pd_status get_indirect_default_entry(const TableReader &table, pd_sess_hdl sess,
     Answer answer(table);
     const pd_status status = pipe_mgr_table_get_default_entry(sess, target, table.handle, &answer.spec,
                                                               &answer.action, from_hw, 1, 0);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
-    return read_reference(answer.spec, to) ? success : unreadable_answer; // deliberate: silent
+    return read_reference(answer.spec, to) ? PD_STATUS_SUCCESS : PD_STATUS_UNREADABLE; // deliberate: silent
 }
 
 } // namespace pd

@@ -45,14 +45,14 @@ pd_status get_member(const MemberReader &profile, u32 device_id, pd_mbr_hdl memb
     answer.data.num_bytes = data_buffer_bytes;
     const pd_status status = pipe_mgr_get_action_data_entry(profile.action_table, {device_id, PIPE_ALL_PIPES},
                                                             member, &answer.data, &answer.action, from_hw);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     const ActionReader *found = read_action(profile, answer, action, place);
     if (!found)
-        return unreadable_answer;
+        return PD_STATUS_UNREADABLE;
     if (found->unbuild)
         ask_for_resources(profile, device_id, member);
-    return success;
+    return PD_STATUS_SUCCESS;
 }
 
 // Deliberate: the action is looked at even when the driver could not decode the record.
@@ -61,7 +61,7 @@ pd_status get_member_from_plcmt_data(const MemberReader &profile, void *plcmt_da
 {
     MemberAnswer answer;
     const pd_status status = pipe_mgr_plcmt_adt_data_get_entry(plcmt_data, &answer.data, &answer.action);
-    return read_action(profile, answer, action, place) ? status : unreadable_answer;
+    return read_action(profile, answer, action, place) ? status : pd_status{PD_STATUS_UNREADABLE};
 }
 
 pd_status get_full_member_info_from_plcmt_data(const MemberReader &profile, u32 device_id, pd_mbr_hdl member,
@@ -71,7 +71,7 @@ pd_status get_full_member_info_from_plcmt_data(const MemberReader &profile, u32 
     const pd_status status = pipe_mgr_plcmt_adt_data_get_entry(plcmt_data, &answer.data, &answer.action);
     const ActionReader *found = read_action(profile, answer, action, place);
     if (!found)
-        return unreadable_answer;
+        return PD_STATUS_UNREADABLE;
     if (found->unbuild && *profile.state != 0)
         ask_for_resources(profile, static_cast<u8>(device_id), member); // deliberate: eight bits only
     return status;

@@ -9,46 +9,41 @@
 #include "failure.h"
 #include "pd_ms.h"
 #include "rows_profiles.h"
-#include "status.h"
 
 namespace pd {
 
-// The handle is no constexpr below, for the undefined behaviour sanitizer lets no constant expression compare
-// addresses; the optimiser makes it a constant all the same.
-template <const Profile &profile, const Action &action>
+template <const Profile &profile, const Binding &binding>
 inline pd_status add_member(pd_sess_hdl sess, pd_dev_target target, const void *parameters,
                             pd_mbr_hdl *member)
 {
-    const u32 handle = find_binding<profile, action>().handle;
-    ActionRecord<action> act(parameters, PIPE_ACTION_NONE);
+    ActionRecord<*binding.action> act(parameters, PIPE_ACTION_NONE);
     const pd_status status =
-        pipe_mgr_adt_ent_add(sess, target, profile.action_table, handle, 0, act.spec(), member, 0);
-    if (status != success)
+        pipe_mgr_adt_ent_add(sess, target, profile.action_table, binding.handle, 0, act.spec(), member, 0);
+    if (status != PD_STATUS_SUCCESS)
         return status;
     p4_pd_ms_new_mbr(sess, *profile.state, target.device_id, *member);
-    p4_pd_ms_set_mbr_act(*profile.state, target.device_id, *member, handle);
-    return success;
+    p4_pd_ms_set_mbr_act(*profile.state, target.device_id, *member, binding.handle);
+    return PD_STATUS_SUCCESS;
 }
 
 // A member keeps its action: only the parameters can change.
-template <const Profile &profile, const Action &action>
+template <const Profile &profile, const Binding &binding>
 inline pd_status modify_member(pd_sess_hdl sess, u32 device_id, pd_mbr_hdl member, const void *parameters)
 {
-    const u32 handle = find_binding<profile, action>().handle;
     u32 current = 0;
     const pd_status status = p4_pd_ms_get_mbr_act(*profile.state, device_id, member, &current);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
-    if (current != handle)
-        return wrong_action;
-    ActionRecord<action> act(parameters, PIPE_ACTION_NONE);
-    return pipe_mgr_adt_ent_set(sess, device_id, profile.action_table, member, handle, act.spec(), 0);
+    if (current != binding.handle)
+        return PD_STATUS_MISMATCH;
+    ActionRecord<*binding.action> act(parameters, PIPE_ACTION_NONE);
+    return pipe_mgr_adt_ent_set(sess, device_id, profile.action_table, member, binding.handle, act.spec(), 0);
 }
 
 inline pd_status del_member(const Profile &profile, pd_sess_hdl sess, u32 device_id, pd_mbr_hdl member)
 {
     const pd_status status = pipe_mgr_adt_ent_del(sess, device_id, profile.action_table, member, 0);
-    if (status == success)
+    if (status == PD_STATUS_SUCCESS)
         p4_pd_ms_del_mbr(sess, *profile.state, device_id, member);
     return status;
 }
@@ -81,7 +76,7 @@ inline pd_status get_adt_table_handle(const Profile &profile, u32 *handle)
 {
     if (handle)
         *handle = profile.action_table;
-    return success;
+    return PD_STATUS_SUCCESS;
 }
 
 inline pd_status get_member_plcmt_data(const Profile &profile, pd_word first, pd_word second)

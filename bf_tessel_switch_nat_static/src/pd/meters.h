@@ -4,7 +4,6 @@
 
 #include "meter.h"
 #include "rows_resources.h"
-#include "status.h"
 
 namespace pd {
 
@@ -36,7 +35,7 @@ inline pd_status meter_read(const Meter &meter, pd_sess_hdl sess, pd_dev_target 
     const pd_status status = meter.table == 0
                                  ? pipe_mgr_meter_read_entry_idx(sess, target, meter.handle, cell, &answer, 0)
                                  : pipe_mgr_meter_read_entry(sess, target, meter.table, cell, &answer);
-    if (status == success)
+    if (status == PD_STATUS_SUCCESS)
         tell_meter(answer, spec);
     return status;
 }

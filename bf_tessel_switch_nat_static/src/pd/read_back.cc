@@ -4,7 +4,6 @@
 #include "bf_sys.h"
 #include "pd_actions.h"
 #include "resource_list.h"
-#include "status.h"
 
 namespace pd {
 
@@ -54,11 +53,11 @@ pd_status get_entry(const TableReader &table, pd_sess_hdl sess, u32 device_id, p
     answer.spec.action_data.num_bytes = data_buffer_bytes;
     pd_status status = pipe_mgr_get_entry(sess, table.handle, {device_id, PIPE_ALL_PIPES}, entry,
                                           &answer.match, &answer.spec, &answer.action, from_hw, 1, 0);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     if (answer.spec.action_kind != PIPE_ACTION_DATA) {
         PD_ASSERT_OR_STATUS("0", "0", place);
-        return unreadable_answer;
+        return PD_STATUS_UNREADABLE;
     }
     const ResourceList resources(answer.spec);
     if (const ActionReader *found = find_action(table.actions, answer.action)) {
@@ -66,7 +65,7 @@ pd_status get_entry(const TableReader &table, pd_sess_hdl sess, u32 device_id, p
     } else {
         // The key is still told: this is what a debugger needs to find the entry.
         PD_ASSERT_OR_STATUS("((void *)0)", "NULL", place);
-        status = unreadable_answer;
+        status = PD_STATUS_UNREADABLE;
     }
     if (table.record_size)
         read_key(table, answer.match, key);
@@ -80,7 +79,7 @@ pd_status get_entry_from_plcmt_data(const TableReader &table, void *plcmt_data, 
     answer.spec.action_data.data = answer.data;
     const pd_status status =
         pipe_mgr_plcmt_mat_data_get_entry(plcmt_data, &answer.match, &answer.spec, &answer.action);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     // Deliberate: the kind of action is not looked at here, and the key comes before the action.
     if (table.record_size)
@@ -90,11 +89,11 @@ pd_status get_entry_from_plcmt_data(const TableReader &table, void *plcmt_data, 
     const ActionReader *found = find_action(table.actions, answer.action);
     if (!found) {
         PD_ASSERT_OR_STATUS("((void *)0)", "NULL", place);
-        return bad_placement_data;
+        return PD_STATUS_BAD_PLACEMENT_DATA;
     }
     action->action_number = found->number;
     ResourceList(answer.spec).unbuild(*found, answer.spec.action_data, &action->parameters);
-    return success;
+    return PD_STATUS_SUCCESS;
 }
 
 pd_status get_default_entry(const TableReader &table, pd_sess_hdl sess, pd_dev_target target, u8 from_hw,
@@ -105,22 +104,22 @@ pd_status get_default_entry(const TableReader &table, pd_sess_hdl sess, pd_dev_t
     answer.spec.action_data.num_bytes = data_buffer_bytes;
     const pd_status status = pipe_mgr_table_get_default_entry(sess, target, table.handle, &answer.spec,
                                                               &answer.action, from_hw, 1, 0);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     if (answer.spec.action_kind != PIPE_ACTION_DATA)
-        return unreadable_answer;
+        return PD_STATUS_UNREADABLE;
     pd_res_ref *list = nullptr;
     u32 count = 0;
     build_pd_res_spec(&answer.spec, &list, &count);
     const ActionReader *found = find_action(table.actions, answer.action);
     if (!found || !found->default_action)
-        return unreadable_answer; // Deliberate: silent, and the list is not freed.
+        return PD_STATUS_UNREADABLE; // Deliberate: silent, and the list is not freed.
     action->action_number = found->number;
     if (found->unbuild)
         found->unbuild(&answer.spec.action_data, list, count, &action->parameters);
     if (list)
         bf_sys_free(list);
-    return success;
+    return PD_STATUS_SUCCESS;
 }
 
 } // namespace pd

@@ -1,18 +1,21 @@
 #include "registers.h"
 
-#include "status.h"
+#include <algorithm>
+
 #include "sys_array.h"
 
 namespace pd {
 
 namespace {
 
-// Writes the flags of one index and tells where the next go.
-u8 *tell_flags(const pipe_stful_query &query, u8 *values)
+// Writes the flags of one index, of which there are as many as the driver was given room for at most. Tells
+// how many.
+u32 tell_flags(const pipe_stful_query &query, u32 room, u8 *values)
 {
-    for (u32 i = 0; i < query.count; ++i)
-        *values++ = query.elements[i].bytes[0];
-    return values;
+    const u32 count = std::min(query.count, room);
+    for (u32 i = 0; i < count; ++i)
+        values[i] = query.elements[i].bytes[0];
+    return count;
 }
 
 } // namespace
@@ -22,18 +25,17 @@ pd_status register_read(const Resource &reg, pd_sess_hdl sess, pd_dev_target tar
 {
     u32 room = 0;
     pd_status status = pipe_stful_query_get_sizes(sess, target.device_id, reg.handle, &room);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     const SysArray<pipe_stful_value> elements(room);
     if (!elements)
-        return out_of_memory;
+        return PD_STATUS_NO_MEMORY;
     pipe_stful_query query{room, elements.get()};
     status = pipe_stful_ent_query(sess, target, reg.handle, index, &query, flags & 1);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
-    *value_count = query.count;
-    tell_flags(query, values);
-    return success;
+    *value_count = tell_flags(query, room, values);
+    return PD_STATUS_SUCCESS;
 }
 
 pd_status register_range_read(const Resource &reg, pd_sess_hdl sess, pd_dev_target target, u32 start,
@@ -41,24 +43,26 @@ pd_status register_range_read(const Resource &reg, pd_sess_hdl sess, pd_dev_targ
 {
     u32 room = 0;
     pd_status status = pipe_stful_query_get_sizes(sess, target.device_id, reg.handle, &room);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
+    u32 all = 0;
+    if (__builtin_mul_overflow(count, room, &all))
+        return PD_STATUS_NO_MEMORY;
     const SysArray<pipe_stful_query> queries(count);
-    const SysArray<pipe_stful_value> elements(count * room);
+    const SysArray<pipe_stful_value> elements(all);
     if (!queries || !elements)
-        return out_of_memory;
+        return PD_STATUS_NO_MEMORY;
     for (u32 i = 0; i < count; ++i)
         queries[i] = {room, &elements[i * room]};
     status = pipe_stful_ent_query_range(sess, target, reg.handle, start, count, queries.get(), indices_read,
                                         flags & 1);
-    if (status != success)
+    if (status != PD_STATUS_SUCCESS)
         return status;
     *value_count = 0;
-    for (u32 i = 0; i < *indices_read; ++i) {
-        *value_count += queries[i].count;
-        values = tell_flags(queries[i], values);
-    }
-    return success;
+    *indices_read = std::min(*indices_read, count);
+    for (u32 i = 0; i < *indices_read; ++i)
+        *value_count += tell_flags(queries[i], room, values + *value_count);
+    return PD_STATUS_SUCCESS;
 }
 
 } // namespace pd

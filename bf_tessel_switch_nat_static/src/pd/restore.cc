@@ -4,7 +4,6 @@
 #include "pd_ms.h"
 #include "pipe_mgr_restart.h"
 #include "rows_profiles.h"
-#include "status.h"
 
 namespace {
 
@@ -29,7 +28,7 @@ bool restore_membership(pd_sess_hdl sess, pd_word state, u32 device_id, pd_grp_h
 {
     p4_pd_ms_add_mbr_to_grp(sess, state, device_id, member, group);
     u32 action = 0;
-    if (p4_pd_ms_get_mbr_act(state, device_id, member, &action) != pd::success)
+    if (p4_pd_ms_get_mbr_act(state, device_id, member, &action) != PD_STATUS_SUCCESS)
         return false;
     p4_pd_ms_set_grp_act(state, device_id, group, action);
     return true;

@@ -184,16 +184,6 @@ constexpr bool has_default_action(std::span<const Binding> actions)
     return false;
 }
 
-// The binding of `action` in a table or profile. Only the address is compared, so this works while compiling.
-template <const auto &owner, const Action &action>
-constexpr const Binding &find_binding()
-{
-    for (const Binding &binding : owner.actions)
-        if (binding.action == &action)
-            return binding;
-    return owner.actions[owner.actions.size()]; // no constant expression: the build stops
-}
-
 // Which parameter addresses `resource`; the number of parameters when none does.
 constexpr std::size_t index_parameter(const Action &action, u32 resource)
 {

@@ -6,7 +6,6 @@
 
 #include "bf_snapshot.h"
 #include "rows_services.h"
-#include "status.h"
 #include "sys_array.h"
 
 namespace pd {
@@ -67,9 +66,10 @@ pd_status snapshot_capture_data_get(u32 snapshot, pd_word second, pd_snapshot_ph
     bf_snapshot_capture_phv_fields_dict_size(snapshot, &total_bytes, &stage_bytes);
     const SysArray<u8> buffer(1, total_bytes);
     if (!buffer)
-        return out_of_memory;
+        return PD_STATUS_NO_MEMORY;
     const pd_status status = bf_snapshot_capture_get(snapshot, second, buffer.get(), control, count);
-    const u32 stages = std::min(total_bytes / stage_bytes, max_stages);
+    // A stage that holds no record is none, nor are those of a driver that refuses to tell sizes.
+    const u32 stages = stage_bytes < sizeof *capture ? 0 : std::min(total_bytes / stage_bytes, max_stages);
     for (u32 stage = 0; stage < stages; ++stage)
         std::memcpy(capture[stage].bytes, &buffer[stage * stage_bytes], sizeof capture[stage].bytes);
     return status;

@@ -4,7 +4,6 @@
 
 #include "pipe_mgr.h"
 #include "rows_services.h"
-#include "status.h"
 
 namespace pd {
 
@@ -28,7 +27,7 @@ inline pd_status get_property(const Resource &set, pd_sess_hdl sess, u32 device_
     u32 found = 0;
     const pd_status status =
         pipe_mgr_pvs_get_property(sess, device_id, set.handle, property, &found, {argument, 0, 0});
-    *value = status == success ? found : ~u32{0};
+    *value = status == PD_STATUS_SUCCESS ? found : ~u32{0};
     return status;
 }
 

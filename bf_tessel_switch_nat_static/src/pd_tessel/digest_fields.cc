@@ -10,9 +10,10 @@ namespace {
 
 const pd::Digest *find_digest(const char *name)
 {
-    for (const pd::Digest *digest : pd::digests::all)
-        if (std::strcmp(digest->name, name) == 0)
-            return digest;
+    if (name)
+        for (const pd::Digest *digest : pd::digests::all)
+            if (std::strcmp(digest->name, name) == 0)
+                return digest;
     return nullptr;
 }
 

@@ -4,7 +4,6 @@
 #include "pd_resources.h"
 #include "pipe_mgr.h"
 #include "source_name.h"
-#include "status.h"
 
 namespace {
 

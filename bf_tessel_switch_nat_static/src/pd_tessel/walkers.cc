@@ -6,13 +6,9 @@
 
 namespace {
 
-constexpr u32 no_handle = 0xffffffff;
-constexpr pd_status no_entry = 0;
-constexpr pd_status no_member = 0xffffffff;
-
 pd_status unknown(u32 *out, pd_status status)
 {
-    *out = no_handle;
+    *out = PD_UNKNOWN_HANDLE;
     return status;
 }
 
@@ -22,7 +18,7 @@ pd_status p4_pd_tessel_switch_entry_hdl_first(pd_sess_hdl sess, pd_dev_target de
                                               pd_entry_hdl *out)
 {
     if (!pd_tessel::find_table(table))
-        return unknown(out, no_entry);
+        return unknown(out, PD_STATUS_SUCCESS);
     return pipe_mgr_get_first_entry_handle(sess, table, dev_tgt, out);
 }
 
@@ -30,7 +26,7 @@ pd_status p4_pd_tessel_switch_entry_hdl_next(pd_sess_hdl sess, pd_dev_target dev
                                              pd_entry_hdl entry_hdl, u32 count, pd_entry_hdl *out)
 {
     if (!pd_tessel::find_table(table))
-        return unknown(out, no_entry);
+        return unknown(out, PD_STATUS_SUCCESS);
     return pipe_mgr_get_next_entry_handles(sess, table, dev_tgt, entry_hdl, count, out);
 }
 
@@ -38,7 +34,7 @@ pd_status p4_pd_tessel_switch_entry_hdl_default(pd_sess_hdl sess, pd_dev_target 
                                                 pd_entry_hdl *out)
 {
     if (!pd_tessel::find_table(table))
-        return unknown(out, no_entry);
+        return unknown(out, PD_STATUS_SUCCESS);
     return pipe_mgr_table_get_default_entry_handle(sess, dev_tgt, table, out);
 }
 
@@ -46,7 +42,7 @@ pd_status p4_pd_tessel_switch_member_hdl_first(pd_sess_hdl sess, pd_dev_target d
                                                pd_mbr_hdl *out)
 {
     if (!pd_tessel::find_profile(action_table))
-        return unknown(out, no_member);
+        return unknown(out, PD_STATUS_MISMATCH);
     return pipe_mgr_get_first_entry_handle(sess, action_table, dev_tgt, out);
 }
 
@@ -54,6 +50,6 @@ pd_status p4_pd_tessel_switch_member_hdl_next(pd_sess_hdl sess, pd_dev_target de
                                               pd_mbr_hdl mbr, u32 count, pd_mbr_hdl *out)
 {
     if (!pd_tessel::find_profile(action_table))
-        return unknown(out, no_member);
+        return unknown(out, PD_STATUS_MISMATCH);
     return pipe_mgr_get_next_entry_handles(sess, action_table, dev_tgt, mbr, count, out);
 }

@@ -204,8 +204,8 @@ pd_status p4_pd_sample_stationCheck_table_reset_default_entry(pd_sess_hdl sess, 
  * @param dev_tgt      device and pipe, handed on as they are
  * @param read_from_hw 1 reads the chip, 0 the driver's own copy
  * @param action       receives the action's number and, where it has any, its parameters
- * @return the driver's status; 15, silently, when its answer is no action that may be the default. The output
- * is written on success only.
+ * @return the driver's status; PD_STATUS_UNREADABLE, silently, when its answer is no action that may be the
+ * default. The output is written on success only.
  */
 pd_status p4_pd_sample_stationCheck_table_get_default_entry(
     pd_sess_hdl sess, pd_dev_target dev_tgt, u8 read_from_hw, pd_default_action_out *action);
@@ -219,12 +219,13 @@ pd_status p4_pd_sample_stationCheck_table_get_default_entry(
  * @param read_from_hw 1 reads the chip, 0 the driver's own copy
  * @param match_spec   receives the key, zeroed for the default entry
  * @param priority     receives the priority, 32 bits
- * @param action_name  receives the action's full name, with room for the longest; may be null
+ * @param action_name  receives the action's full name: P4_PD_TESSEL_SWITCH_ACTION_NAME_BYTES; may be null
  * @param action_spec  receives the parameters, with room for those of any action of the table
  * @param action_number receives the number in the action enum; may be null
  * @param is_default   receives 1 for the default entry, else 0
- * @return the driver's status, when nothing is written on a failure; 15 when the answer carries no action
- * data (nothing is written) or an action that the table lacks (all but the action is written)
+ * @return the driver's status, when nothing is written on a failure; PD_STATUS_UNREADABLE when the answer
+ * carries no action data (nothing is written) or an action that the table lacks (all but the action is
+ * written)
  */
 pd_status p4_pd_sample_stationCheck_get_entry(
     pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl, u8 read_from_hw,
@@ -255,12 +256,15 @@ pd_status p4_pd_sample_stationCheck_get_plcmt_data(pd_word first, pd_word second
 pd_status p4_pd_sample_stationCheck_get_entry_count(pd_sess_hdl sess, pd_dev_target dev_tgt, u32 *count);
 
 /**
- * Gives the first entry of `stationCheck`. What ends the walk is the driver's to tell. Returns its status.
+ * Gives the first entry of `stationCheck`. PD_END_OF_WALK where there is none. Returns the driver's status.
  */
 pd_status p4_pd_sample_stationCheck_get_first_entry_handle(
     pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl *first);
 
-/** Gives up to `count` entries behind `entry_hdl`. Returns the driver's status. */
+/**
+ * Gives up to `count` entries behind `entry_hdl`, then PD_END_OF_WALK in the rest of the array. Returns the
+ * driver's status.
+ */
 pd_status p4_pd_sample_stationCheck_get_next_entry_handles(
     pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl entry_hdl, u32 count, pd_entry_hdl *next);
 
@@ -509,8 +513,8 @@ pd_status p4_pd_sample_route_table_reset_default_entry(pd_sess_hdl sess, pd_dev_
  * @param dev_tgt      device and pipe, handed on as they are
  * @param read_from_hw 1 reads the chip, 0 the driver's own copy
  * @param action       receives the action's number and, where it has any, its parameters
- * @return the driver's status; 15, silently, when its answer is no action that may be the default. The output
- * is written on success only.
+ * @return the driver's status; PD_STATUS_UNREADABLE, silently, when its answer is no action that may be the
+ * default. The output is written on success only.
  */
 pd_status p4_pd_sample_route_table_get_default_entry(
     pd_sess_hdl sess, pd_dev_target dev_tgt, u8 read_from_hw, pd_default_action_out *action);
@@ -523,12 +527,13 @@ pd_status p4_pd_sample_route_table_get_default_entry(
  * @param entry_hdl    the entry, or the default entry
  * @param read_from_hw 1 reads the chip, 0 the driver's own copy
  * @param match_spec   receives the key, zeroed for the default entry
- * @param action_name  receives the action's full name, with room for the longest; may be null
+ * @param action_name  receives the action's full name: P4_PD_TESSEL_SWITCH_ACTION_NAME_BYTES; may be null
  * @param action_spec  receives the parameters, with room for those of any action of the table
  * @param action_number receives the number in the action enum; may be null
  * @param is_default   receives 1 for the default entry, else 0
- * @return the driver's status, when nothing is written on a failure; 15 when the answer carries no action
- * data (nothing is written) or an action that the table lacks (all but the action is written)
+ * @return the driver's status, when nothing is written on a failure; PD_STATUS_UNREADABLE when the answer
+ * carries no action data (nothing is written) or an action that the table lacks (all but the action is
+ * written)
  */
 pd_status p4_pd_sample_route_get_entry(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl, u8 read_from_hw,
                                        p4_pd_sample_route_match_spec_t *match_spec, char *action_name,
@@ -555,11 +560,14 @@ pd_status p4_pd_sample_route_get_plcmt_data(pd_word first, pd_word second);
 /** Counts the entries of `route`. Returns the driver's status. */
 pd_status p4_pd_sample_route_get_entry_count(pd_sess_hdl sess, pd_dev_target dev_tgt, u32 *count);
 
-/** Gives the first entry of `route`. What ends the walk is the driver's to tell. Returns its status. */
+/** Gives the first entry of `route`. PD_END_OF_WALK where there is none. Returns the driver's status. */
 pd_status p4_pd_sample_route_get_first_entry_handle(
     pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl *first);
 
-/** Gives up to `count` entries behind `entry_hdl`. Returns the driver's status. */
+/**
+ * Gives up to `count` entries behind `entry_hdl`, then PD_END_OF_WALK in the rest of the array. Returns the
+ * driver's status.
+ */
 pd_status p4_pd_sample_route_get_next_entry_handles(
     pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl entry_hdl, u32 count, pd_entry_hdl *next);
 
@@ -851,7 +859,8 @@ pd_status p4_pd_sample_spread_get_entry_from_plcmt_data(
  * @param has_grp      receives 1 when it points at a group, 0 for a member
  * @param grp          receives the group, if it is one
  * @param mbr          receives the member, if it is one
- * @return the driver's status; 15, silently, when it points at neither. Nothing is written on a failure.
+ * @return the driver's status; PD_STATUS_UNREADABLE, silently, when it points at neither. Nothing is written
+ * on a failure.
  */
 pd_status p4_pd_sample_spread_table_get_default_entry(
     pd_sess_hdl sess, pd_dev_target dev_tgt, u8 read_from_hw, u8 *has_mbr, u8 *has_grp, pd_grp_hdl *grp,
@@ -865,11 +874,14 @@ pd_status p4_pd_sample_spread_get_plcmt_data(pd_word first, pd_word second);
 /** Counts the entries of `spread`. Returns the driver's status. */
 pd_status p4_pd_sample_spread_get_entry_count(pd_sess_hdl sess, pd_dev_target dev_tgt, u32 *count);
 
-/** Gives the first entry of `spread`. What ends the walk is the driver's to tell. Returns its status. */
+/** Gives the first entry of `spread`. PD_END_OF_WALK where there is none. Returns the driver's status. */
 pd_status p4_pd_sample_spread_get_first_entry_handle(
     pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl *first);
 
-/** Gives up to `count` entries behind `entry_hdl`. Returns the driver's status. */
+/**
+ * Gives up to `count` entries behind `entry_hdl`, then PD_END_OF_WALK in the rest of the array. Returns the
+ * driver's status.
+ */
 pd_status p4_pd_sample_spread_get_next_entry_handles(
     pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl entry_hdl, u32 count, pd_entry_hdl *next);
 
@@ -978,8 +990,8 @@ pd_status p4_pd_sample_always_table_reset_default_entry(pd_sess_hdl sess, pd_dev
  * @param dev_tgt      device and pipe, handed on as they are
  * @param read_from_hw 1 reads the chip, 0 the driver's own copy
  * @param action       receives the action's number and, where it has any, its parameters
- * @return the driver's status; 15, silently, when its answer is no action that may be the default. The output
- * is written on success only.
+ * @return the driver's status; PD_STATUS_UNREADABLE, silently, when its answer is no action that may be the
+ * default. The output is written on success only.
  */
 pd_status p4_pd_sample_always_table_get_default_entry(
     pd_sess_hdl sess, pd_dev_target dev_tgt, u8 read_from_hw, pd_default_action_out *action);
@@ -991,11 +1003,12 @@ pd_status p4_pd_sample_always_table_get_default_entry(
  * @param dev_id       device
  * @param entry_hdl    the entry
  * @param read_from_hw 1 reads the chip, 0 the driver's own copy
- * @param action_name  receives the action's full name, with room for the longest; may be null
+ * @param action_name  receives the action's full name: P4_PD_TESSEL_SWITCH_ACTION_NAME_BYTES; may be null
  * @param action_spec  receives the parameters, with room for those of any action of the table
  * @param action_number receives the number in the action enum; may be null
- * @return the driver's status, when nothing is written on a failure; 15 when the answer carries no action
- * data (nothing is written) or an action that the table lacks (all but the action is written)
+ * @return the driver's status, when nothing is written on a failure; PD_STATUS_UNREADABLE when the answer
+ * carries no action data (nothing is written) or an action that the table lacks (all but the action is
+ * written)
  */
 pd_status p4_pd_sample_always_get_entry(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry_hdl, u8 read_from_hw,
                                         char *action_name, void *action_spec, u32 *action_number);
@@ -1019,11 +1032,14 @@ pd_status p4_pd_sample_always_get_plcmt_data(pd_word first, pd_word second);
 /** Counts the entries of `always`. Returns the driver's status. */
 pd_status p4_pd_sample_always_get_entry_count(pd_sess_hdl sess, pd_dev_target dev_tgt, u32 *count);
 
-/** Gives the first entry of `always`. What ends the walk is the driver's to tell. Returns its status. */
+/** Gives the first entry of `always`. PD_END_OF_WALK where there is none. Returns the driver's status. */
 pd_status p4_pd_sample_always_get_first_entry_handle(
     pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl *first);
 
-/** Gives up to `count` entries behind `entry_hdl`. Returns the driver's status. */
+/**
+ * Gives up to `count` entries behind `entry_hdl`, then PD_END_OF_WALK in the rest of the array. Returns the
+ * driver's status.
+ */
 pd_status p4_pd_sample_always_get_next_entry_handles(
     pd_sess_hdl sess, pd_dev_target dev_tgt, pd_entry_hdl entry_hdl, u32 count, pd_entry_hdl *next);
 

@@ -14,9 +14,11 @@ inline constexpr Field stationCheck_key[] = {
      offsetof(p4_pd_sample_stationCheck_match_spec_t, smacOui_mask), 24, Match::ternary, Format::mac,
      { 0x0, 0xffffff }, false},
 };
+inline constexpr Binding stationCheck_with_NoAction{&actions::NoAction, 0x20000001, true, true};
+inline constexpr Binding stationCheck_with_setDomain{&actions::setDomain, 0x20000002, true, false};
 inline constexpr Binding stationCheck_actions[] = {
-    {&actions::NoAction, 0x20000001, true, true},
-    {&actions::setDomain, 0x20000002, true, false},
+    stationCheck_with_NoAction,
+    stationCheck_with_setDomain,
 };
 inline constexpr Table stationCheck{
     .name = "stationCheck",
@@ -41,8 +43,9 @@ inline constexpr Field route_key[] = {
      offsetof(p4_pd_sample_route_match_spec_t, dip_prefix_length), 128, Match::lpm, Format::v6addr,
      { 0xffffffffffffffff, 0xffffffffffffffff }, false},
 };
+inline constexpr Binding route_with_meterRoute{&actions::meterRoute, 0x20000003, true, false};
 inline constexpr Binding route_actions[] = {
-    {&actions::meterRoute, 0x20000003, true, false},
+    route_with_meterRoute,
 };
 inline constexpr Table route{
     .name = "route",
@@ -80,8 +83,9 @@ inline constexpr Table spread{
     .profile = "spreadProfile",
 };
 
+inline constexpr Binding always_with_NoAction{&actions::NoAction, 0x20000004, false, true};
 inline constexpr Binding always_actions[] = {
-    {&actions::NoAction, 0x20000004, false, true},
+    always_with_NoAction,
 };
 inline constexpr Table always{
     .name = "always",
