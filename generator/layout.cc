@@ -43,7 +43,7 @@ std::string break_code(std::string line)
     bool continued = false;
     while (line.size() > line_width) {
         Cut cut = find_cut(line);
-        const bool inside = cut.hang == std::string::npos || cut.hang > deepest_hang;
+        const bool inside = cut.hang > deepest_hang; // as is what has no place to hang from, npos
         if (cut.at != std::string::npos && inside && continued)
             cut.hang = indent;
         else if (cut.at == std::string::npos || inside)

@@ -169,8 +169,8 @@ pd_status DigestWatches::receive(pd_sess_hdl sess, void *message, pd_word cookie
     const u32 entry_bytes = p4_pd_tessel_switch_get_digest_entry_size(digest.name);
     std::vector<u8> entries(news.entries, news.entries + std::size_t{news.count} * entry_bytes);
     for (u32 i = 0; i < news.count; ++i)
-        watch.session.print_behind(
-            entry_line(watch.session.json(), digest, watch.form, entries.data() + i * entry_bytes));
+        watch.session.print_behind(entry_line(watch.session.json(), digest, watch.form,
+                                              entries.data() + std::size_t{i} * entry_bytes));
     const auto word = reinterpret_cast<pd_word>(message);
     if (!watch.hold)
         return watch.digest.notify_ack(sess, word);

@@ -16,7 +16,7 @@ using reflection::TableFunctions;
 // The key of an entry with nothing behind it.
 Record take_last_key(Words &words, const pd::Table &table, Options &options)
 {
-    const Record key = take_key(words, table, options);
+    Record key = take_key(words, table, options);
     words.expect_end();
     expect_priority(options, words, table);
     return key;

@@ -86,7 +86,7 @@ std::string value_of(const Subject &subject, bool from_hardware)
                 reader.action().parameters(), buffer);
         });
     }
-    const std::string text = text_of([&](char *buffer) {
+    std::string text = text_of([&](char *buffer) {
         return subject.table->text.value(driver_session, static_cast<u8>(device.device_id), subject.handle,
                                          from_hardware, buffer);
     });

@@ -62,7 +62,7 @@ ValueParser::ValueParser(const reflection::ProfileFunctions &profile)
 void ValueParser::add_actions(const Schema &schema)
 {
     for (const SchemaAction &action : schema.actions) {
-        Action &added = actions_.emplace_back(&action_row(action.name), std::vector<Member>{});
+        Action &added = actions_.emplace_back(Action{&action_row(action.name), {}});
         for (const SchemaParameter &parameter : action.parameters)
             added.parameters.push_back({parameter.name, parameter.width, ones(parameter.width),
                                         offset_of(*added.row, parameter.name)});

@@ -98,7 +98,7 @@ std::optional<Value> read_address(std::string_view text, int family, std::size_t
 // Bytes of two hex digits with colons between them, exactly as many as the width has.
 std::optional<Value> read_mac(std::string_view text, unsigned width)
 {
-    if (text.size() + 1 != width / 8 * 3)
+    if (text.size() + 1 != std::size_t{width} / 8 * 3)
         return std::nullopt;
     Value value;
     for (std::size_t i = 0; i < text.size(); ++i) {
