@@ -66,7 +66,7 @@ char *next_candidate(const char *, int index)
     const auto at = static_cast<std::size_t>(index);
     if (at >= candidates.size())
         return nullptr;
-    rl_completion_append_character = candidates[at].ends_with('=') ? '\0' : ' ';
+    rl_completion_append_character = candidates[at].ends_with('=') ? 0 : int{' '};
     return strdup(candidates[at].c_str());
 }
 
