@@ -1,25 +1,27 @@
-// Tests of members, groups and the entries that point at them: every call of driver and store in order, with
-// each of them failing in turn.
+// Tests of calls: every call of the driver, the store and the system's memory in order, with each of them
+// failing in turn; the rows of profiles and resources as the chip has them.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "capture_driver.h"
-#include "capture_services.h"
 #include "encoder.h"
 #include "pd.h"
 #include "random_records.h"
+#include "recorder.h"
 #include "reflection.h"
 
 namespace call_log {
 
-using services::line;
-using Lines = std::vector<std::string>;
+using recorder::assertion;
+using recorder::line;
+using recorder::Lines;
+using recorder::word;
 
 struct ActionFacts {
     std::string_view name;
@@ -66,16 +68,35 @@ inline const std::vector<ProfileFacts> profiles{
 
 inline constexpr pd_word first_state = 0x51;
 
+// As wide as they come; only ever compared.
+inline constexpr pd_word cookie = ~pd_word{0} - 0x1234;
+
 // A call that is to come, and what its failure does.
 enum class Failure {
-    ends,    // the function returns the status at once
+    ends,    // the function returns the status at once; without memory it returns 2
     quits,   // the function returns at once and tells nothing
     tells,   // the function goes on and returns the status
     ignored, // the function goes on
+    untested
 };
 struct Step {
     std::string line;
     Failure failure = Failure::ends;
+
+    bool takes_memory() const { return line.starts_with("bf_sys_calloc("); }
+};
+
+inline Lines without_memory(Lines lines)
+{
+    std::erase_if(lines, [](const std::string &line) { return Step{line}.takes_memory(); });
+    return lines;
+}
+
+// A resource as the chip has it.
+struct Facts {
+    const char *name;
+    u32 handle;
+    bool direct = false;
 };
 
 // A started library with states from first_state on, and random arguments.
@@ -87,18 +108,17 @@ protected:
     u32 device = 0;
     u32 member = 0;
     u32 group = 0;
+    u32 cell = 0;
     u32 action = 0; // as the driver and the store answer
 
     void SetUp() override { start(first_state); }
 
     void start(pd_word state)
     {
-        capture::reset();
-        services::reset();
-        services::next_state = state;
+        recorder::reset();
+        recorder::next_state = state;
         p4_pd_tessel_switch_init();
-        services::events.clear();
-        services::keep_calls = true;
+        recorder::forget();
     }
 
     void scramble_arguments()
@@ -108,23 +128,24 @@ protected:
         device = target.device_id;
         member = random.word();
         group = random.word();
-        capture::entry = random.word();
-        capture::answer.action = action = random.word();
+        cell = random.word();
+        recorder::answer.entry = random.word();
+        recorder::answer.action = action = random.word();
     }
 
     // The call alone, its status returned.
     template <typename Function>
     static pd_status run(std::size_t failing_call, pd_status failing_status, const Function &function)
     {
-        services::events.clear();
-        services::failing_call = failing_call;
-        services::failing_status = failing_status;
+        recorder::forget();
+        recorder::failing_call = failing_call;
+        recorder::failing_status = failing_status;
         const pd_status status = function();
-        services::failing_call = 0;
+        recorder::failing_call = 0;
         return status;
     }
 
-    // The steps and no others when nothing fails, then with each of them failing.
+    // The steps and no others when nothing fails, then with each of them failing. Nothing stays allocated.
     template <typename Function>
     void expect_steps(const std::vector<Step> &steps, const Function &function)
     {
@@ -132,16 +153,21 @@ protected:
         for (const Step &step : steps)
             lines.push_back(step.line);
         EXPECT_EQ(run(0, 0, function), 0u);
-        EXPECT_EQ(services::events, lines);
+        EXPECT_EQ(recorder::lines(), lines);
+        EXPECT_EQ(recorder::live_blocks(), 0u);
         for (std::size_t i = 0; i < steps.size(); ++i)
-            for (const pd_status status : {1u, 0xffffffffu}) {
-                SCOPED_TRACE(testing::Message() << "failing call " << i + 1 << " seed " << sweep::seed);
-                const Failure failure = steps[i].failure;
-                const bool told = failure == Failure::ends || failure == Failure::tells;
-                const bool over = failure == Failure::ends || failure == Failure::quits;
-                EXPECT_EQ(run(i + 1, status, function), told ? status : 0);
-                EXPECT_EQ(services::events, over ? Lines(lines.begin(), lines.begin() + i + 1) : lines);
-            }
+            for (const pd_status status : {1u, 0xffffffffu})
+                if (steps[i].failure != Failure::untested) {
+                    SCOPED_TRACE(testing::Message() << "failing call " << i + 1 << " seed " << sweep::seed);
+                    expect_failure(steps[i], lines, i, status, run(i + 1, status, function));
+                }
+    }
+
+    // One call of the driver each.
+    void expect_forwards(const std::vector<std::pair<std::string, std::function<pd_status()>>> &forwards)
+    {
+        for (const auto &[expected, function] : forwards)
+            expect_steps({{expected}}, function);
     }
 
     // Runs `check(profile, facts, state)` for each profile.
@@ -159,18 +185,37 @@ protected:
         }
     }
 
-    capture::Call at_target(std::string_view operation, u32 table) const
+    // Runs `check(functions, facts)` with random arguments for each row, and there are no others.
+    template <typename Functions, typename Row, std::size_t size, typename Check>
+    void each(std::span<const Functions> all, const Row (&rows)[size], const Check &check)
     {
-        return {.operation = operation,
-                .sess = sess,
-                .device_id = target.device_id,
-                .pipe_id = target.pipe_id,
-                .table = table};
+        ASSERT_EQ(all.size(), size);
+        for (const Row &row : rows) {
+            SCOPED_TRACE(row.name);
+            const auto found = std::find_if(all.begin(), all.end(), [&](const Functions &functions) {
+                return std::string_view(functions.row->name) == row.name;
+            });
+            ASSERT_NE(found, all.end());
+            scramble_arguments();
+            check(*found, row);
+        }
     }
 
-    capture::Call at_device(std::string_view operation, u32 table) const
+private:
+    static void expect_failure(const Step &failing, const Lines &lines, std::size_t at, pd_status status,
+                               pd_status result)
     {
-        return {.operation = operation, .sess = sess, .device_id = device, .table = table};
+        const bool over = failing.failure == Failure::ends || failing.failure == Failure::quits;
+        const bool told = failing.failure == Failure::ends || failing.failure == Failure::tells;
+        const Lines expected = over ? Lines(lines.begin(), lines.begin() + at + 1) : lines;
+        if (failing.takes_memory()) { // when the next allocation is made before this one is looked at
+            EXPECT_EQ(result, 2u);
+            EXPECT_EQ(without_memory(recorder::lines()), without_memory(expected));
+        } else {
+            EXPECT_EQ(result, told ? status : 0);
+            EXPECT_EQ(recorder::lines(), expected);
+        }
+        EXPECT_EQ(recorder::live_blocks(), 0u);
     }
 };
 

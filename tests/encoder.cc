@@ -1,6 +1,5 @@
 #include "encoder.h"
 
-#include <cstring>
 #include <map>
 #include <set>
 #include <string_view>
@@ -53,10 +52,10 @@ const std::set<std::string_view> zero_images{"setEgressMirrorColor", "setIngress
                                              "setPdpClassCount"};
 
 // Sets bit `bit` of a field that takes the `bytes` bytes from `start` on.
-void set_bit(capture::Image &image, u32 start, u32 bytes, u32 bit, bool value)
+void set_bit(Bytes &image, std::size_t start, u32 bytes, u32 bit, bool value)
 {
     if (value)
-        image.bytes[start + bytes - 1 - bit / 8] |= static_cast<u8>(1 << bit % 8);
+        image[start + bytes - 1 - bit / 8] |= static_cast<u8>(1 << bit % 8);
 }
 
 u32 valid_bits(const pd::Table &table)
@@ -94,6 +93,24 @@ Prefix prefix_of(const pd::Table &table, const void *record)
     return {};
 }
 
+template <typename Fields>
+u32 packed_widths(const Fields &fields)
+{
+    u32 word = 0;
+    for (const auto &field : fields)
+        word += whole_bytes(field.width) * 0x10000 + field.width;
+    return word;
+}
+
+// Of a member's action.
+pipe_action_spec record_of(const pd::Action &action, Bytes &data)
+{
+    pipe_action_spec spec{};
+    spec.action_data = {static_cast<u16>(packed(action)), static_cast<u16>(packed(action) >> 16),
+                        data.data()};
+    return spec;
+}
+
 struct BitPair {
     bool value;
     bool mask;
@@ -125,18 +142,6 @@ u32 read_parameter(const pd::Action &action, std::string_view name, const void *
     return value;
 }
 
-void encode_data(capture::Call &call, const pd::Action &action, const void *record)
-{
-    for (const pd::Parameter &parameter : action.parameters) {
-        const u32 bytes = whole_bytes(parameter.width);
-        if (!zero_images.contains(action.name))
-            for (u32 bit = 0; bit < bytes * 8; ++bit)
-                set_bit(call.data, call.data.size, bytes, bit,
-                        member_bit(record, parameter.offset, parameter.width, bit));
-        call.data.size += bytes;
-    }
-}
-
 void encode_meter(pipe_res_spec &resource, const pd_meter_spec *meter, Family family)
 {
     resource.res_handle = 0x5000001;
@@ -154,72 +159,85 @@ void encode_meter(pipe_res_spec &resource, const pd_meter_spec *meter, Family fa
 
 } // namespace
 
-u32 packed(const std::vector<u32> &widths)
-{
-    u32 word = 0;
-    for (const u32 width : widths)
-        word += whole_bytes(width) * 0x10000 + width;
-    return word;
-}
-
 u32 packed(const pd::Table &table)
 {
-    std::vector<u32> widths;
-    for (const pd::Field &field : table.key)
-        widths.push_back(field.width);
-    return packed(widths);
+    return packed_widths(table.key);
 }
 
 u32 packed(const pd::Action &action)
 {
-    std::vector<u32> widths;
-    for (const pd::Parameter &parameter : action.parameters)
-        widths.push_back(parameter.width);
-    return packed(widths);
+    return packed_widths(action.parameters);
 }
 
-void encode_key(capture::Call &call, const pd::Table &table, const void *record, u32 priority)
+pipe_match_spec Key::record()
+{
+    return {value.data(),
+            mask.data(),
+            partition_index,
+            priority,
+            static_cast<u16>(packed),
+            static_cast<u16>(packed >> 16),
+            0};
+}
+
+Key encode_key(const pd::Table &table, const void *record, u32 priority)
 {
     const bool ternary = is_ternary(table);
     const Prefix prefix = prefix_of(table, record);
-    call.has_match = true;
-    call.packed = packed(table);
+    Key key;
+    key.packed = packed(table);
     if (ternary)
-        call.priority = priority;
+        key.priority = priority;
     if (prefix.present)
-        call.priority = prefix.too_long ? valid_bits(table) + 1 : prefix.suppressed;
+        key.priority = prefix.too_long ? valid_bits(table) + 1 : prefix.suppressed;
 
     for (const pd::Field &field : table.key) {
-        const u32 start = call.value.size;
+        const std::size_t start = key.value.size();
         const u32 bytes = whole_bytes(field.width);
+        key.value.resize(start + bytes);
+        key.mask.resize(start + bytes);
         const bool partition = field.name == std::string_view("fibV4ResultX_partIdx");
         for (u32 bit = 0; bit < bytes * 8; ++bit) {
             const BitPair pair = encode_bit(field, ternary, prefix, record, bit);
-            set_bit(call.value, start, bytes, bit, pair.value && !partition);
-            set_bit(call.mask, start, bytes, bit, partition ? prefix.too_long : pair.mask);
+            set_bit(key.value, start, bytes, bit, pair.value && !partition);
+            set_bit(key.mask, start, bytes, bit, partition ? prefix.too_long : pair.mask);
             if (partition)
-                call.partition_index |= u32{pair.value} << bit;
+                key.partition_index |= u32{pair.value} << bit;
         }
-        call.value.size = call.mask.size = start + bytes;
     }
+    return key;
 }
 
-void encode_member(capture::Call &call, const pd::Action &action, const void *record)
+Bytes encode_data(const pd::Action &action, const void *record)
 {
-    call.has_spec = true;
-    encode_data(call, action, record);
-    pipe_action_spec spec;
-    std::memset(&spec, 0, sizeof spec);
-    spec.action_data.num_bytes = static_cast<u16>(packed(action) / 0x10000);
-    spec.action_data.num_valid_bits = static_cast<u16>(packed(action) % 0x10000);
-    std::memcpy(call.spec.data(), &spec, sizeof spec);
+    Bytes data;
+    data.reserve(1); // an image is never null
+    for (const pd::Parameter &parameter : action.parameters) {
+        const std::size_t start = data.size();
+        const u32 bytes = whole_bytes(parameter.width);
+        data.resize(start + bytes);
+        for (u32 bit = 0; bit < bytes * 8 && !zero_images.contains(action.name); ++bit)
+            set_bit(data, start, bytes, bit, member_bit(record, parameter.offset, parameter.width, bit));
+    }
+    return data;
 }
 
-void encode_action(capture::Call &call, const pd::Table &table, const pd::Action &action, const void *record,
-                   const pd_meter_spec *meter, Family family)
+std::string match_text(const pd::Table &table, const void *record, u32 priority)
 {
-    encode_member(call, action, record);
-    pipe_action_spec spec = capture::spec_of(call);
+    return recorder::text_of(encode_key(table, record, priority).record());
+}
+
+std::string member_text(const pd::Action &action, const void *record)
+{
+    Bytes data = encode_data(action, record);
+    return recorder::text_of(record_of(action, data));
+}
+
+std::string action_text(const pd::Table &table, const pd::Action &action, const void *record,
+                        const pd_meter_spec *meter, Family family)
+{
+    Bytes data = encode_data(action, record);
+    pipe_action_spec spec = record_of(action, data);
     spec.action_kind = 1;
     pipe_res_spec &resource = spec.resources[0];
     if (const auto counter = direct_counters.find(table.name); counter != direct_counters.end()) {
@@ -236,7 +254,7 @@ void encode_action(capture::Call &call, const pd::Table &table, const pd::Action
         encode_meter(resource, meter, family);
     }
     spec.resource_count = resource.res_handle != 0;
-    std::memcpy(call.spec.data(), &spec, sizeof spec);
+    return recorder::text_of(spec);
 }
 
 bool takes_ttl(const pd::Table &table)

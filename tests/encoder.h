@@ -3,12 +3,12 @@
 // it reads, and the tables that are unlike the others are named here once more.
 #pragma once
 
-#include <vector>
-
-#include "capture_driver.h"
+#include "recorder.h"
 #include "rows.h"
 
 namespace encoder {
+
+using recorder::Bytes;
 
 u32 whole_bytes(u32 width);
 
@@ -16,21 +16,29 @@ u32 whole_bytes(u32 width);
 bool member_bit(const void *record, u32 offset, u32 width, u32 bit);
 
 // Sizes of an image as the driver's packed word: bytes in the high half, bits in the low half.
-u32 packed(const std::vector<u32> &widths);
 u32 packed(const pd::Table &table);
 u32 packed(const pd::Action &action);
 
-// Puts into `call` what the key record gives.
-void encode_key(capture::Call &call, const pd::Table &table, const void *record, u32 priority);
+// The images of a key record, and what goes with them.
+struct Key {
+    Bytes value, mask;
+    u32 partition_index = 0;
+    u32 priority = 0;
+    u32 packed = 0;
 
-// Puts into `call` what the record of a member's action gives: no kind and no resources.
-void encode_member(capture::Call &call, const pd::Action &action, const void *record);
+    pipe_match_spec record();
+};
+Key encode_key(const pd::Table &table, const void *record, u32 priority);
 
-// Puts into `call` what the action's record and the meter give; `family` decides on indices and absent
-// meters.
+Bytes encode_data(const pd::Action &action, const void *record);
+
+// The records of a key, of a member's action (no kind, no resources) and of an entry's action as they stand in
+// a line; `family` decides on indices and absent meters.
 enum class Family { add, modify, set_default };
-void encode_action(capture::Call &call, const pd::Table &table, const pd::Action &action, const void *record,
-                   const pd_meter_spec *meter, Family family);
+std::string match_text(const pd::Table &table, const void *record, u32 priority);
+std::string member_text(const pd::Action &action, const void *record);
+std::string action_text(const pd::Table &table, const pd::Action &action, const void *record,
+                        const pd_meter_spec *meter, Family family);
 
 // The only table whose add functions take a time to live.
 bool takes_ttl(const pd::Table &table);

@@ -1,11 +1,9 @@
 // Every entry function of every table, called with random records; all that reaches the driver is compared
-// with what the encoder works out bit by bit.
+// with what the encoder works out bit by bit, and nothing may be allocated on the way.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <set>
 
-#include "capture_services.h"
 #include "encoder.h"
 #include "random_records.h"
 #include "reflection.h"
@@ -17,7 +15,8 @@ using reflection::EntryArguments;
 using reflection::TableFunctions;
 using sweep::Bytes;
 using sweep::seed;
-using sweep::statuses;
+using recorder::line;
+using encoder::Family;
 
 constexpr int rounds = 8;
 
@@ -25,6 +24,7 @@ class EntrySweep : public testing::Test {
 protected:
     sweep::Random random;
     u32 turn = 0;
+    int round = 0;
 
     pd_sess_hdl sess = 0;
     pd_dev_target target{};
@@ -33,8 +33,6 @@ protected:
     Bytes parameters;
     pd_meter_spec meter{};
     EntryArguments with;
-
-    void SetUp() override { services::reset(); }
 
     void scramble_arguments(const pd::Table &table)
     {
@@ -50,153 +48,142 @@ protected:
         with.meter = &meter;
     }
 
-    capture::Call expect(std::string_view operation, const pd::Table &table) const
+    void scramble_action(const pd::Action &action)
     {
-        return {.operation = operation,
-                .sess = sess,
-                .device_id = target.device_id,
-                .pipe_id = target.pipe_id,
-                .table = table.handle};
+        parameters = random.parameters(action);
+        with.action = parameters.empty() ? nullptr : parameters.data();
     }
 
-    void encode_key(capture::Call &call, const pd::Table &table) const
+    std::string key_text(const pd::Table &table) const
     {
-        encoder::encode_key(call, table, key.data(), with.priority);
+        return encoder::match_text(table, key.data(), with.priority);
     }
 
-    void encode_action(capture::Call &call, const pd::Table &table, const pd::Binding &binding,
-                       encoder::Family family) const
+    std::string action_text(const pd::Table &table, const ActionFunctions &action, Family family) const
     {
-        call.action = binding.handle;
-        encoder::encode_action(call, table, *binding.action, parameters.data(), with.meter, family);
+        return encoder::action_text(table, *action.row->action, parameters.data(), with.meter, family);
     }
 
-    // Makes the call and compares: one driver call, as expected, its status returned, no argument changed.
+    // Makes the call, from its second time on without an allocation, and compares: one driver call, as
+    // expected, its status returned, no argument changed.
     template <typename Function>
-    void check(const capture::Call &expected, const Function &function)
+    void check(const std::string &expected, const Function &function)
     {
         const Bytes key_before = key;
         const Bytes parameters_before = parameters;
         const pd_meter_spec meter_before = meter;
-        capture::reset();
-        capture::status = statuses[turn++ % std::size(statuses)];
-        capture::entry = random.word();
-        EXPECT_EQ(function(), capture::status);
-        EXPECT_EQ(capture::calls, 1u);
-        EXPECT_EQ(capture::last, expected);
+        recorder::reset();
+        recorder::status = sweep::statuses[turn++ % std::size(sweep::statuses)];
+        recorder::answer.entry = random.word();
+        const u64 allocated = recorder::allocations;
+        const pd_status status = function();
+        EXPECT_TRUE(round == 0 || !recorder::log.empty() || recorder::allocations == allocated);
+        EXPECT_EQ(status, recorder::status);
+        EXPECT_EQ(recorder::lines(), recorder::Lines{expected});
         EXPECT_EQ(key, key_before);
         EXPECT_EQ(parameters, parameters_before);
         EXPECT_EQ(std::memcmp(&meter, &meter_before, sizeof meter), 0);
     }
 
+    // The same of a function that gives a handle.
+    template <typename Function>
+    void check_handle(const std::string &expected, const Function &function)
+    {
+        pd_entry_hdl result = ~0u;
+        check(expected, [&] { return function(&result); });
+        EXPECT_EQ(result, recorder::answer.entry);
+    }
+
     void check_add(const pd::Table &table, const ActionFunctions &action)
     {
-        capture::Call expected = expect("pipe_mgr_mat_ent_add", table);
-        encode_key(expected, table);
-        encode_action(expected, table, *action.row, encoder::Family::add);
-        expected.ttl = encoder::takes_ttl(table) ? with.ttl : 0;
-        pd_entry_hdl result = ~0u;
-        expected.result = &result;
-        check(expected, [&] { return action.add(sess, target, with, &result); });
-        EXPECT_EQ(result, capture::entry);
+        check_handle(line("pipe_mgr_mat_ent_add", sess, target, table.handle, key_text(table),
+                          action.row->handle, action_text(table, action, Family::add),
+                          encoder::takes_ttl(table) ? with.ttl : 0, 0),
+                     [&](u32 *to) { return action.add(sess, target, with, to); });
     }
 
     void check_modify(const pd::Table &table, const ActionFunctions &action)
     {
         with.meter = random.word() % 2 ? &meter : nullptr;
-        capture::Call expected = expect("pipe_mgr_mat_ent_set_action", table);
-        expected.pipe_id = 0;
-        expected.entry = entry;
-        encode_action(expected, table, *action.row, encoder::Family::modify);
-        check(expected, [&] { return action.modify(sess, target.device_id, entry, with); });
-
-        expected = expect("pipe_mgr_mat_ent_set_action_by_match_spec", table);
-        encode_key(expected, table);
-        encode_action(expected, table, *action.row, encoder::Family::modify);
-        check(expected, [&] { return action.modify_by_match_spec(sess, target, with); });
+        const std::string text = action_text(table, action, Family::modify);
+        check(line("pipe_mgr_mat_ent_set_action", sess, target.device_id, table.handle, entry,
+                   action.row->handle, text, 0),
+              [&] { return action.modify(sess, target.device_id, entry, with); });
+        check(line("pipe_mgr_mat_ent_set_action_by_match_spec", sess, target, table.handle, key_text(table),
+                   action.row->handle, text, 0),
+              [&] { return action.modify_by_match_spec(sess, target, with); });
     }
 
     void check_set_default(const pd::Table &table, const ActionFunctions &action)
     {
         with.meter = random.word() % 2 ? &meter : nullptr;
-        capture::Call expected = expect("pipe_mgr_mat_default_entry_set", table);
-        encode_action(expected, table, *action.row, encoder::Family::set_default);
-        pd_entry_hdl result = ~0u;
-        expected.result = &result;
-        check(expected, [&] { return action.set_default_action(sess, target, with, &result); });
-        EXPECT_EQ(result, capture::entry);
+        check_handle(line("pipe_mgr_mat_default_entry_set", sess, target, table.handle, action.row->handle,
+                          action_text(table, action, Family::set_default), 0),
+                     [&](u32 *to) { return action.set_default_action(sess, target, with, to); });
     }
 
     void check_delete(const TableFunctions &table)
     {
-        capture::Call expected = expect("pipe_mgr_mat_ent_del", *table.row);
-        expected.pipe_id = 0;
-        expected.entry = entry;
-        check(expected, [&] { return table.table_delete(sess, target.device_id, entry); });
-
-        expected = expect("pipe_mgr_mat_ent_del_by_match_spec", *table.row);
-        encode_key(expected, *table.row);
-        check(expected, [&] { return table.table_delete_by_match_spec(sess, target, with); });
+        const u32 handle = table.row->handle;
+        check(line("pipe_mgr_mat_ent_del", sess, target.device_id, handle, entry, 0),
+              [&] { return table.table_delete(sess, target.device_id, entry); });
+        check(line("pipe_mgr_mat_ent_del_by_match_spec", sess, target, handle, key_text(*table.row), 0),
+              [&] { return table.table_delete_by_match_spec(sess, target, with); });
     }
 
     void check_search(const TableFunctions &table)
     {
-        capture::Call expected = expect("pipe_mgr_match_spec_to_ent_hdl", *table.row);
-        encode_key(expected, *table.row);
-        pd_entry_hdl result = ~0u;
-        expected.result = &result;
-        check(expected, [&] { return table.match_spec_to_entry_hdl(sess, target, with, &result); });
-        EXPECT_EQ(result, capture::entry);
+        check_handle(line("pipe_mgr_match_spec_to_ent_hdl", sess, target, table.row->handle,
+                          key_text(*table.row), 0),
+                     [&](u32 *to) { return table.match_spec_to_entry_hdl(sess, target, with, to); });
+    }
+
+    // Runs `check()` several times for each action of each table that `counts(action)`; how many there are.
+    template <typename Counts, typename Check>
+    int each_action(const Counts &counts, const Check &check)
+    {
+        int actions = 0;
+        for (const TableFunctions *table : reflection::tables())
+            for (const ActionFunctions &action : table->actions) {
+                SCOPED_TRACE(testing::Message()
+                             << table->row->name << " " << action.row->action->name << " seed " << seed);
+                if (!counts(action))
+                    continue;
+                ++actions;
+                for (round = 0; round < rounds && !HasFailure(); ++round) {
+                    scramble_arguments(*table->row);
+                    scramble_action(*action.row->action);
+                    check(*table->row, action);
+                }
+            }
+        return actions;
     }
 };
 
 TEST_F(EntrySweep, EveryBindingWritesWhatTheRulesSay)
 {
-    int bindings = 0;
-    for (const TableFunctions *table : reflection::tables())
-        for (const ActionFunctions &action : table->actions) {
-            if (!action.row->entry) {
-                EXPECT_TRUE(!action.add && !action.modify && !action.modify_by_match_spec)
-                    << table->row->name;
-                continue;
-            }
-            ++bindings;
-            for (int round = 0; round < rounds; ++round) {
-                SCOPED_TRACE(testing::Message() << table->row->name << " " << action.row->action->name
-                                                << " round " << round << " seed " << seed);
-                scramble_arguments(*table->row);
-                parameters = random.parameters(*action.row->action);
-                with.action = parameters.empty() ? nullptr : parameters.data();
-                check_add(*table->row, action);
-                check_modify(*table->row, action);
-                if (HasFailure())
-                    return;
-            }
-        }
-    EXPECT_EQ(bindings, 404);
+    const auto counts = [](const ActionFunctions &action) {
+        EXPECT_EQ(action.add && action.modify && action.modify_by_match_spec, action.row->entry);
+        EXPECT_EQ(action.add || action.modify || action.modify_by_match_spec, action.row->entry);
+        return action.row->entry;
+    };
+    EXPECT_EQ(each_action(counts,
+                          [&](const pd::Table &table, const ActionFunctions &action) {
+                              check_add(table, action);
+                              check_modify(table, action);
+                          }),
+              404);
 }
 
 TEST_F(EntrySweep, EveryDefaultActionIsWrittenAsAnEntryIs)
 {
-    int bindings = 0;
-    for (const TableFunctions *table : reflection::tables())
-        for (const ActionFunctions &action : table->actions) {
-            EXPECT_EQ(action.set_default_action != nullptr, action.row->default_action) << table->row->name;
-            if (!action.row->default_action)
-                continue;
-            ++bindings;
-            for (int round = 0; round < rounds; ++round) {
-                SCOPED_TRACE(testing::Message() << table->row->name << " " << action.row->action->name
-                                                << " round " << round << " seed " << seed);
-                scramble_arguments(*table->row);
-                parameters = random.parameters(*action.row->action);
-                with.action = parameters.empty() ? nullptr : parameters.data();
-                check_set_default(*table->row, action);
-                if (HasFailure())
-                    return;
-            }
-        }
-    EXPECT_EQ(bindings, 172);
+    const auto counts = [](const ActionFunctions &action) {
+        EXPECT_EQ(action.set_default_action != nullptr, action.row->default_action);
+        return action.row->default_action;
+    };
+    EXPECT_EQ(each_action(counts, [&](const pd::Table &table,
+                                      const ActionFunctions &action) { check_set_default(table, action); }),
+              172);
 }
 
 TEST_F(EntrySweep, EveryKeyDeletesAndFindsByTheSameImages)
@@ -210,7 +197,7 @@ TEST_F(EntrySweep, EveryKeyDeletesAndFindsByTheSameImages)
             continue;
         }
         ++keys;
-        for (int round = 0; round < rounds; ++round) {
+        for (round = 0; round < rounds; ++round) {
             SCOPED_TRACE(testing::Message() << table->row->name << " round " << round << " seed " << seed);
             scramble_arguments(*table->row);
             check_delete(*table);
@@ -230,6 +217,7 @@ TEST_F(EntrySweep, EveryPrefixLength)
             if (field.match != pd::Match::lpm)
                 continue;
             ++tables;
+            round = 0;
             for (u32 length = 0; length <= 65535; length += length <= field.width ? 1 : 97) {
                 SCOPED_TRACE(testing::Message() << table->row->name << " /" << length << " seed " << seed);
                 scramble_arguments(*table->row);

@@ -152,27 +152,21 @@ TEST_F(Equality, EveryBitOfEveryAction)
 
 class HardwareCompare : public Equality {
 protected:
-    capture::Answer placed;
-    capture::Answer &chip = capture::answer;
-
-    void SetUp() override
-    {
-        Equality::SetUp();
-        services::keep_calls = true;
-    }
+    recorder::Answer placed;
+    recorder::Answer &chip = recorder::answer;
 
     // Both roads: the table's own function, which takes no notice of the handle, and the dispatcher, which
     // takes none of the word before the message.
     std::string compare(const TableFunctions &table)
     {
-        capture::placement = &placed;
+        recorder::placement = &placed;
         const std::string text = difference_of([&](char *msg) {
-            services::events.clear();
+            recorder::forget();
             return table.text.plcmt_data_eq_to_hw(5, 6, random.word(), 7, this, msg);
         });
         texts::expect_read(5, 6, table.row->handle, 7, 1);
         EXPECT_EQ(text, difference_of([&](char *msg) {
-                      services::events.clear();
+                      recorder::forget();
                       return PD(plcmt_data_eq_to_hw)(5, 6, table.row->handle, 7, this, random.word(), msg);
                   }));
         return text;
@@ -185,7 +179,7 @@ TEST_F(HardwareCompare, EveryTable)
         const pd::Table &row = *table.row;
         const pd::Binding &first = table.indirect ? table.indirect->profile->row->actions[0] : row.actions[0];
         const auto place_same = [&] { // on both sides
-            capture::reset();
+            recorder::reset();
             texts::answer_key(chip, row, random.key(row));
             texts::answer_action(chip, first, random.parameters(*first.action));
             placed = chip;
@@ -194,11 +188,11 @@ TEST_F(HardwareCompare, EveryTable)
         placed.priority = ~chip.priority; // takes no part
         EXPECT_EQ(compare(table), equal);
 
-        services::failing_status = 9;
-        services::failing_call = 2; // the placement data are good
+        recorder::failing_status = 9;
+        recorder::failing_call = 2; // the placement data are good
         EXPECT_EQ(compare(table), "p4_pd_tessel_switch_" + std::string(row.name) + "_get_entry failed");
         EXPECT_LT(compare(table).size(), 100u);
-        services::failing_call = 0;
+        recorder::failing_call = 0;
 
         placed.null_value = true;
         EXPECT_EQ(compare(table), row.key.empty() ? equal : "pd entry is default but not hw");
@@ -264,7 +258,7 @@ TEST_F(HardwareCompare, EveryPairOfReferences)
             for (const bool is_default : {false, true}) {
                 SCOPED_TRACE(testing::Message()
                              << int{pair.placed} << " " << int{pair.chip} << " " << pair.text);
-                capture::reset();
+                recorder::reset();
                 texts::answer_key(chip, *table.row, random.key(*table.row));
                 chip.null_value = is_default;
                 placed = chip;

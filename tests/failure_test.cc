@@ -2,10 +2,9 @@
 // the library's objects are linked in.
 #include <gtest/gtest.h>
 
-#include "capture_driver.h"
-#include "capture_services.h"
 #include "meter.h"
 #include "pd.h"
+#include "recorder.h"
 
 namespace {
 
@@ -34,20 +33,20 @@ namespace {
 
 using testing::KilledBySignal;
 
-// One line of standard error, as the C library writes it; nothing before it.
-std::string assertion(const std::string &function, const std::string &condition)
+std::string assertion(const std::string &function, const std::string &condition, const std::string &before = "")
 {
-    return "^[^\n]*bf_tessel_switch_nat_static/src/pd:[0-9]+: " + function + ": Assertion `" + condition +
-           "' failed\\.\n";
+    return recorder::assertion("pd", function, condition, before);
 }
+
+const std::string calls = "([a-z_0-9]+\\([^\n]*\n)*"; // of driver and memory
+const std::string backtrace_lines = "log 0 2 \\[%s\\] frame one %d\nlog 0 2 \\[%s\\] frame two\n";
 
 class Failure : public testing::Test {
 protected:
     void SetUp() override
     {
-        services::reset();
-        services::announce = true; // a death test must see any line before the assertion
-        capture::reset();
+        recorder::reset();
+        recorder::announce = true; // a death test must see any line before the assertion
         backtraces = 0;
         frames = 2;
         has_symbols = true;
@@ -57,12 +56,12 @@ protected:
 TEST_F(Failure, RegistrationRefused)
 {
     for (const bool debug_mode : {false, true}) {
-        services::debug_mode = debug_mode;
-        services::register_status = 1;
+        recorder::debug_mode = debug_mode;
+        recorder::failing_call = 6;
+        recorder::failing_status = 1;
         EXPECT_EXIT(p4_pd_tessel_switch_init(), KilledBySignal(SIGABRT),
-                    "^p4_pd_ms_init\n(p4_pd_ms_init_state\n){4}bf_drv_register\n[^\n]*"
-                    "bf_tessel_switch_nat_static/src/pd:[0-9]+: p4_pd_tessel_switch_init: "
-                    "Assertion `r == BF_SUCCESS' failed\\.\n");
+                    assertion("p4_pd_tessel_switch_init", "r == BF_SUCCESS",
+                              "p4_pd_ms_init\\(\\)\n(p4_pd_ms_init_state\\(\\)\n){4}bf_drv_register[^\n]*\n"));
     }
 }
 
@@ -80,7 +79,7 @@ TEST_F(Failure, AddWithoutTheDirectMeter)
     };
     for (const auto &[action, add] : adds)
         for (const bool debug_mode : {false, true}) {
-            services::debug_mode = debug_mode;
+            recorder::debug_mode = debug_mode;
             pd_entry_hdl entry = 0;
             EXPECT_EXIT(add(1, {}, &key, 0, nullptr, &entry), KilledBySignal(SIGABRT),
                         assertion(std::string("p4_pd_tessel_switch_l2LookupMiss_table_add_with_") + action,
@@ -113,12 +112,12 @@ TEST_F(Failure, MeterTypeWithDebugModeOffLogsOneLineAndGoesOn)
 {
     for (const MeterCase &meter : meter_cases) {
         SCOPED_TRACE(testing::Message() << meter.requested << " " << int{meter.has_pre_color});
-        services::log.clear();
+        recorder::log.clear();
         EXPECT_EQ(pd::get_bytes_meter_type(meter.requested, meter.has_pre_color), meter.type);
-        ASSERT_EQ(services::log.size(), meter.format ? 1u : 0u);
+        ASSERT_EQ(recorder::log.size(), meter.format ? 1u : 0u);
         if (!meter.format)
             continue;
-        const services::LogLine &line = services::log[0];
+        const recorder::LogLine &line = recorder::log[0];
         EXPECT_EQ(line.module, 0);
         EXPECT_EQ(line.level, 2);
         EXPECT_EQ(line.format, meter.format);
@@ -132,7 +131,7 @@ TEST_F(Failure, MeterTypeWithDebugModeOffLogsOneLineAndGoesOn)
 
 TEST_F(Failure, MeterTypeWithDebugModeOnEndsBehindABacktrace)
 {
-    services::debug_mode = true;
+    recorder::debug_mode = true;
     for (const MeterCase &meter : meter_cases) {
         SCOPED_TRACE(testing::Message() << meter.requested << " " << int{meter.has_pre_color});
         const auto call = [&] { return pd::get_bytes_meter_type(meter.requested, meter.has_pre_color); };
@@ -142,7 +141,7 @@ TEST_F(Failure, MeterTypeWithDebugModeOnEndsBehindABacktrace)
         }
         const std::string ending = assertion("get_bytes_meter_type", meter.condition);
         EXPECT_EXIT(call(), KilledBySignal(SIGABRT),
-                    "^log 0 2 \\[%s\\] frame one %d\nlog 0 2 \\[%s\\] frame two\n" + ending.substr(1));
+                    assertion("get_bytes_meter_type", meter.condition, backtrace_lines));
         // Neither lines nor symbols: nothing is logged, and the assertion still fires.
         frames = 0;
         EXPECT_EXIT(call(), KilledBySignal(SIGABRT), ending);
@@ -151,7 +150,7 @@ TEST_F(Failure, MeterTypeWithDebugModeOnEndsBehindABacktrace)
         EXPECT_EXIT(call(), KilledBySignal(SIGABRT), ending);
         has_symbols = true;
     }
-    EXPECT_TRUE(services::log.empty());
+    EXPECT_TRUE(recorder::log.empty());
 }
 
 // The path of a bad request through an exported function.
@@ -161,11 +160,11 @@ TEST_F(Failure, BadMeterTypeInAnAddIsLoggedAndCountsAsColourAware)
     const pd_meter_spec meter{1, 2, 3, 4, 2};
     pd_entry_hdl entry = 0;
     EXPECT_EQ(p4_pd_tessel_switch_l2LookupMiss_table_add_with_NoAction(1, {}, &key, 0, &meter, &entry), 0u);
-    EXPECT_EQ(services::log.size(), 1u);
-    EXPECT_EQ(capture::calls, 1u);
-    EXPECT_EQ(capture::spec_of(capture::last).resources[0].res_data.meter.meter_type, 0u);
+    EXPECT_EQ(recorder::log.size(), 1u);
+    EXPECT_EQ(recorder::calls(), 1u);
+    EXPECT_NE(recorder::last().find("meter={type=0 "), std::string::npos);
 
-    services::debug_mode = true;
+    recorder::debug_mode = true;
     EXPECT_EXIT(p4_pd_tessel_switch_l2LookupMiss_table_modify_with_NoAction(1, 0, 1, &meter),
                 KilledBySignal(SIGABRT), "get_bytes_meter_type: Assertion `0' failed");
 }
@@ -205,34 +204,41 @@ protected:
     // An entry with one resource attached and one not.
     static void answer(u8 kind, u32 action)
     {
-        capture::reset();
-        services::log.clear();
-        services::events.clear();
-        capture::answer.action_kind = kind;
-        capture::answer.action = action;
-        capture::answer.resource_count = 2;
-        capture::answer.resources[1].res_handle = 0x4000005;
-        capture::answer.resources[1].res_index = 0x123;
-        capture::answer.resources[1].res_tag = 1;
+        recorder::answer = {};
+        recorder::forget();
+        recorder::answer.action_kind = kind;
+        recorder::answer.action = action;
+        recorder::answer.resource_count = 2;
+        recorder::answer.resources[1].res_handle = 0x4000005;
+        recorder::answer.resources[1].res_index = 0x123;
+        recorder::answer.resources[1].res_tag = 1;
         is_default = 0xa5;
     }
 
     static void expect_one_line(const char *format, const std::string &function)
     {
-        ASSERT_EQ(services::log.size(), 1u);
-        EXPECT_EQ(services::log[0].module, 0);
-        EXPECT_EQ(services::log[0].level, 2);
-        EXPECT_EQ(services::log[0].format, format);
-        EXPECT_NE(services::log[0].text.find(" from " + function + ":"), std::string::npos)
-            << services::log[0].text;
+        ASSERT_EQ(recorder::log.size(), 1u);
+        EXPECT_EQ(recorder::log[0].module, 0);
+        EXPECT_EQ(recorder::log[0].level, 2);
+        EXPECT_EQ(recorder::log[0].format, format);
+        EXPECT_NE(recorder::log[0].text.find(" from " + function + ":"), std::string::npos)
+            << recorder::log[0].text;
     }
 
     // Debug mode: the backtrace, then the assertion.
     static void expect_end(pd_status (*read)(), const std::string &function, const std::string &condition)
     {
-        EXPECT_EXIT(read(), KilledBySignal(SIGABRT),
-                    "^log 0 2 \\[%s\\] frame one %d\nlog 0 2 \\[%s\\] frame two\n" +
-                        assertion(function, condition).substr(1));
+        EXPECT_EXIT(read(), KilledBySignal(SIGABRT), assertion(function, condition, calls + backtrace_lines));
+    }
+
+    // One call of the driver, with or without memory for a list; none is left.
+    static void expect_calls(const std::string &operation, bool reads_list)
+    {
+        const recorder::Lines lines = recorder::lines();
+        EXPECT_EQ(lines.size(), 1u + reads_list);
+        EXPECT_TRUE(lines[0].starts_with(operation + "("));
+        EXPECT_EQ(lines.back() == "bf_sys_calloc(0x2, 0x8)", reads_list);
+        EXPECT_EQ(recorder::live_blocks(), 0u);
     }
 };
 
@@ -246,7 +252,7 @@ TEST_F(ReadingFailure, KindOfActionIsNotData)
         answer(kind, 0x20000145);
         EXPECT_EQ(get_entry(), 15u);
         expect_one_line(bad_type, of_policy);
-        EXPECT_EQ(capture::steps(), "pipe_mgr_get_entry");
+        expect_calls("pipe_mgr_get_entry", false);
         EXPECT_EQ(is_default, 0xa5);
         answer(kind, 0x20000148);
         EXPECT_EQ(get_entry_of_keyless_table(), 15u);
@@ -254,7 +260,7 @@ TEST_F(ReadingFailure, KindOfActionIsNotData)
     }
     EXPECT_EQ(backtraces, 0);
 
-    services::debug_mode = true;
+    recorder::debug_mode = true;
     answer(2, 0x20000145);
     expect_end(get_entry, of_policy, "0");
     expect_end(get_entry_of_keyless_table, of_queue, "0");
@@ -265,24 +271,24 @@ TEST_F(ReadingFailure, ActionIsUnknown)
     answer(1, 0x20000148);
     EXPECT_EQ(get_entry(), 15u);
     expect_one_line(of_unknown_action, of_policy);
-    EXPECT_EQ(capture::steps(), "pipe_mgr_get_entry bf_sys_calloc bf_sys_free");
+    expect_calls("pipe_mgr_get_entry", true);
     EXPECT_EQ(is_default, 1);
 
     answer(1, 0x20000148);
     EXPECT_EQ(get_entry_from_plcmt_data(), 3u);
     expect_one_line(of_unknown_action, of_placement);
-    EXPECT_EQ(capture::steps(), "pipe_mgr_plcmt_mat_data_get_entry");
+    expect_calls("pipe_mgr_plcmt_mat_data_get_entry", false);
     EXPECT_EQ(is_default, 1);
     EXPECT_EQ(backtraces, 0);
 
-    services::debug_mode = true;
+    recorder::debug_mode = true;
     answer(1, 0x20000148);
     const std::string unknown = "\\(\\(void \\*\\)0\\)";
     expect_end(get_entry, of_policy, unknown);
     expect_end(get_entry_from_plcmt_data, of_placement, unknown);
     // Neither symbols nor lines: the assertion alone.
     has_symbols = false;
-    EXPECT_EXIT(get_entry(), KilledBySignal(SIGABRT), assertion(of_policy, unknown));
+    EXPECT_EXIT(get_entry(), KilledBySignal(SIGABRT), assertion(of_policy, unknown, calls));
     has_symbols = true;
     answer(1, 0x20000145);
     expect_end(get_entry_of_keyless_table, of_queue, unknown);
@@ -292,18 +298,20 @@ TEST_F(ReadingFailure, ActionIsUnknown)
 TEST_F(ReadingFailure, DefaultEntriesFailSilently)
 {
     for (const bool debug_mode : {false, true}) {
-        services::debug_mode = debug_mode;
+        recorder::debug_mode = debug_mode;
         answer(2, 0x20000146);
         EXPECT_EQ(get_default_entry(), 15u);
-        EXPECT_EQ(capture::steps(), "pipe_mgr_table_get_default_entry");
+        expect_calls("pipe_mgr_table_get_default_entry", false);
         answer(1, 0x20000145); // an action of entries, never of the default
         EXPECT_EQ(get_default_entry(), 15u);
-        EXPECT_EQ(capture::steps(), "pipe_mgr_table_get_default_entry bf_sys_calloc");
-        EXPECT_EQ(capture::live_allocations(), 1u);
+        EXPECT_EQ(recorder::calls(), 2u);
+        EXPECT_EQ(recorder::live_blocks(), 1u);
+        recorder::reset();
+        recorder::debug_mode = debug_mode;
         answer(1, 0x20000146);
         EXPECT_EQ(get_default_entry(), 0u);
-        EXPECT_EQ(capture::steps(), "pipe_mgr_table_get_default_entry bf_sys_calloc bf_sys_free");
-        EXPECT_TRUE(services::log.empty());
+        expect_calls("pipe_mgr_table_get_default_entry", true);
+        EXPECT_TRUE(recorder::log.empty());
     }
     EXPECT_EQ(backtraces, 0);
 }
@@ -313,9 +321,9 @@ TEST_F(ReadingFailure, DebugModeIsAskedForAtEachFailure)
 {
     answer(2, 0x20000145);
     EXPECT_EQ(get_entry(), 15u);
-    services::debug_mode = true;
+    recorder::debug_mode = true;
     expect_end(get_entry, of_policy, "0");
-    services::debug_mode = false;
+    recorder::debug_mode = false;
     EXPECT_EQ(get_entry(), 15u);
 }
 
@@ -348,11 +356,11 @@ TEST_F(ReadingFailure, ActionOfAMemberIsUnknown)
         {"get_full_member_info_from_plcmt_data", get_full_member},
     };
     for (const auto &[name, read] : reads) {
-        services::debug_mode = false;
+        recorder::debug_mode = false;
         answer(1, 0x2000015a);
         EXPECT_EQ(read(), 15u);
         expect_one_line(of_unknown_action, profile + name);
-        services::debug_mode = true;
+        recorder::debug_mode = true;
         expect_end(read, profile + name, "\\(\\(void \\*\\)0\\)");
     }
 }
@@ -366,11 +374,10 @@ TEST_F(Failure, StateOfAMemberIsNeitherOfTheTwo)
         {"mirrorLagPort", p4_pd_tessel_switch_mirrorLagPortActionProfile_group_member_state_set},
         {"lagPort", p4_pd_tessel_switch_lagPortActionProfile_group_member_state_set},
     };
-    services::keep_calls = true; // a call of the driver would be seen
     for (const auto &[profile, set] : sets)
         for (const bool debug_mode : {false, true})
             for (const u32 state : {2u, 0xffffffffu}) {
-                services::debug_mode = debug_mode;
+                recorder::debug_mode = debug_mode;
                 EXPECT_EXIT(set(1, 2, 3, 4, state), KilledBySignal(SIGABRT),
                             assertion(std::string("p4_pd_tessel_switch_") + profile +
                                           "ActionProfile_group_member_state_set",

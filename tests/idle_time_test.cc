@@ -1,9 +1,9 @@
 // The tables whose entries age.
-#include "resource_log.h"
+#include "call_log.h"
 
 namespace {
 
-using namespace resource_log;
+using namespace call_log;
 
 constexpr Facts ageing[] = {
     {"l2LearningLookup", 0x1000015},      {"ipv6ShortMaskLpm", 0x1000021},
@@ -18,7 +18,7 @@ constexpr Facts ageing[] = {
 
 void idle(u32, u32, pd_entry_hdl, pd_word) {}
 
-class IdleTime : public ResourceLog {
+class IdleTime : public CallLog {
 protected:
     // Runs `check(functions, handle)` for each ageing table.
     template <typename Check>
@@ -46,7 +46,7 @@ TEST_F(IdleTime, ParametersAreSetBeforeAgeingIsEnabled)
     each_table([&](const reflection::IdleFunctions &table, u32 handle) {
         const pd_idle_params params{11, 12, 13, 14, 15, 0xfffffff0, 0xff};
         expect_steps(
-            {{line("pipe_mgr_idle_set_params", sess, device, handle, "[11 12 13 14 15 0 4294967280 0]")},
+            {{line("pipe_mgr_idle_set_params", sess, device, handle, "{0xb 0xc 0xd 0xe 0xf 0 0xfffffff0 0}")},
              {line("pipe_mgr_idle_tmo_set_enable", sess, device, handle, 1)}},
             [&] { return table.tmo_enable(sess, device, params); });
         expect_steps({{line("pipe_mgr_idle_tmo_set_enable", sess, device, handle, 0)}},
@@ -63,8 +63,8 @@ TEST_F(IdleTime, ParametersAreReadInTheModeThatHasThem)
     };
     each_table([&](const reflection::IdleFunctions &table, u32 handle) {
         for (const u32 mode : {0u, 1u, 2u, 0xffffffffu}) {
-            resources::idle = {mode, 12, 13, 14, 15, 16, 17, 18};
-            expect_steps({{line("pipe_mgr_idle_get_params", sess, device, handle, "[0 0 0 0 0 0 0 0]")}},
+            recorder::answer.idle = {mode, 12, 13, 14, 15, 16, 17, 18};
+            expect_steps({{line("pipe_mgr_idle_get_params", sess, device, handle, "{0 0 0 0 0 0 0 0}")}},
                          [&] {
                              pd_idle_params params = untouched;
                              const pd_status status = table.params_get(sess, device, &params);
@@ -84,7 +84,7 @@ TEST_F(IdleTime, EntriesHaveATimeToLiveAndAHitState)
 {
     each_table([&](const reflection::IdleFunctions &table, u32 handle) {
         const u32 ttl = random.word(), answer = random.word();
-        capture::answer.numbers[0] = answer;
+        recorder::answer.numbers[0] = answer;
         u32 found = 0;
         expect_forwards({
             {line("pipe_mgr_idle_register_tmo_cb", sess, device, handle, word(&idle), cookie),

@@ -36,7 +36,7 @@ struct Outputs {
 
 void expect_same(const Outputs &found, const Outputs &expected)
 {
-    EXPECT_EQ(capture::hex(found.key.data(), 64), capture::hex(expected.key.data(), 64));
+    EXPECT_EQ(recorder::hex(found.key.data(), 64), recorder::hex(expected.key.data(), 64));
     EXPECT_EQ(found.priority, expected.priority);
     EXPECT_EQ(found.is_default, expected.is_default);
     EXPECT_EQ(found.to.has_member, expected.to.has_member);
@@ -75,22 +75,18 @@ protected:
         }
     }
 
-    void encode_key(capture::Call &call, const pd::Table &table) const
+    std::string key_text(const pd::Table &table) const
     {
-        encoder::encode_key(call, table, key.data(), with.priority);
+        return encoder::match_text(table, key.data(), with.priority);
     }
 
     // The kind and the one handle, and nothing else.
-    capture::Call referring(capture::Call call, const Kind &kind) const
+    std::string referring(const Kind &kind) const
     {
-        pipe_action_spec spec;
-        std::memset(&spec, 0, sizeof spec);
+        pipe_action_spec spec{};
         spec.action_kind = kind.number;
         (kind.number == 2 ? spec.member_hdl : spec.group_hdl) = member;
-        std::memcpy(call.spec.data(), &spec, sizeof spec);
-        call.has_spec = call.data_is_null = true;
-        call.action = action;
-        return call;
+        return recorder::text_of(spec);
     }
 
     // ---- Reading ---------------------------------------------------------------------------------------
@@ -98,22 +94,21 @@ protected:
     // The driver answers with the entry that was written, pointing at this.
     void answer_with(const pd::Table &table, u8 kind)
     {
-        capture::Call written;
-        encode_key(written, table);
-        capture::answer.value = written.value;
-        capture::answer.mask = written.mask;
-        capture::answer.num_bytes = static_cast<u16>(written.value.size);
-        capture::answer.priority = with.priority;
-        capture::answer.action_kind = kind;
-        capture::answer.member = member;
-        capture::answer.group = group;
+        const encoder::Key written = encoder::encode_key(table, key.data(), with.priority);
+        recorder::answer.value = written.value;
+        recorder::answer.mask = written.mask;
+        recorder::answer.num_bytes = static_cast<u16>(written.value.size());
+        recorder::answer.priority = with.priority;
+        recorder::answer.action_kind = kind;
+        recorder::answer.member = member;
+        recorder::answer.group = group;
     }
 
     Outputs expect_key(const pd::Table &table) const
     {
         Outputs expected;
         std::fill_n(expected.key.begin(), table.record_size, u8{0});
-        expected.is_default = capture::answer.num_bytes == 0 || capture::answer.null_value;
+        expected.is_default = recorder::answer.num_bytes == 0 || recorder::answer.null_value;
         if (!expected.is_default)
             decoder::read_back_key(expected.key.data(), table, key.data());
         if (table.name == std::string_view("lagGroup"))
@@ -131,21 +126,17 @@ protected:
         (kind == 2 ? expected.to.member : expected.to.group) = kind == 2 ? member : group;
     }
 
-    // One call, as expected; the records are zero but for the size of the key that the reader may have told.
-    static void expect_read(capture::Call call, u32 packed, u32 buffer)
+    // The records as the driver must have got them: zero but for the size of the key that the reader may have
+    // told, and a buffer for data or none.
+    static std::string match_text(u32 packed)
     {
-        if (call.operation != "pipe_mgr_table_get_default_entry") {
-            call.has_match = true;
-            call.packed = packed;
-            call.value.size = capture::answer.value.size;
-            call.mask.size = capture::answer.mask.size;
-        }
-        call.has_spec = true;
-        call.data_is_null = buffer == 0;
-        call.data.size = 28;
-        EXPECT_EQ(capture::last, call);
-        EXPECT_EQ(services::events.size(), 1u);
-        EXPECT_TRUE(services::log.empty());
+        const std::string image(2 * recorder::answer.value.size(), '0');
+        return "{value=" + image + " mask=" + image + " partition=0 priority=0 bits=" +
+               std::to_string(packed & 0xffff) + " bytes=" + std::to_string(packed >> 16) + " reserved=0}";
+    }
+    static std::string spec_text(const std::string &data)
+    {
+        return "{kind=0 bits=0 bytes=0 data=" + data + " member=0 group=0 resources=0[]}";
     }
 };
 
@@ -157,46 +148,27 @@ TEST_F(IndirectEntries, TheStoreTellsTheActionThenTheDriverIsCalled)
         for (const Kind &kind : kinds) {
             const ReferenceFunctions &functions = table.indirect->*kind.functions;
             const u32 mat = table.row->handle;
+            const std::string text = referring(kind);
             u32 result = 0;
-            const auto expect_write = [&](const capture::Call &call, const auto &function) {
+            const auto expect_write = [&](const std::string &call, const auto &function) {
                 expect_steps({{line(kind.get_act, state, device, member)},
                               {line(kind.get_res, state, device, member), Failure::ignored},
-                              {capture::text(referring(call, kind))}},
+                              {call}},
                              function);
             };
-            capture::Call call = at_target("pipe_mgr_mat_ent_add", mat);
-            encode_key(call, *table.row);
-            call.result = &result;
-            expect_write(call, [&] { return functions.add(sess, target, with, member, &result); });
-            call.operation = "pipe_mgr_mat_ent_set_action_by_match_spec";
-            call.result = nullptr;
-            expect_write(call, [&] { return functions.modify_by_match_spec(sess, target, with, member); });
-            call = at_device("pipe_mgr_mat_ent_set_action", mat);
-            call.entry = entry;
-            expect_write(call, [&] { return functions.modify(sess, device, entry, member); });
-            call = at_target("pipe_mgr_mat_default_entry_set", mat);
-            call.result = &result;
-            expect_write(call, [&] { return functions.set_default_entry(sess, target, member, &result); });
-            EXPECT_EQ(result, capture::entry);
+            expect_write(line("pipe_mgr_mat_ent_add", sess, target, mat, key_text(*table.row), action, text, 0, 0),
+                         [&] { return functions.add(sess, target, with, member, &result); });
+            EXPECT_EQ(std::exchange(result, 0), recorder::answer.entry);
+            expect_write(line("pipe_mgr_mat_ent_set_action_by_match_spec", sess, target, mat,
+                              key_text(*table.row), action, text, 0),
+                         [&] { return functions.modify_by_match_spec(sess, target, with, member); });
+            expect_write(line("pipe_mgr_mat_ent_set_action", sess, device, mat, entry, action, text, 0),
+                         [&] { return functions.modify(sess, device, entry, member); });
+            expect_write(line("pipe_mgr_mat_default_entry_set", sess, target, mat, action, text, 0),
+                         [&] { return functions.set_default_entry(sess, target, member, &result); });
+            EXPECT_EQ(result, recorder::answer.entry);
         }
     });
-}
-
-TEST_F(IndirectEntries, KeysBecomeImages)
-{
-    pd_entry_hdl added = 0;
-    const p4_pd_tessel_switch_ecmpGroup_match_spec_t next_hop{.l3_nextHop = 0x1234};
-    p4_pd_tessel_switch_ecmpGroup_add_entry(1, {2, 3}, &next_hop, 4, &added);
-    EXPECT_EQ(capture::hex(capture::last.value), "12 34");
-    EXPECT_EQ(capture::hex(capture::last.mask), "ff ff");
-    EXPECT_EQ(capture::last.packed, 0x2000eu);
-    const p4_pd_tessel_switch_lagGroup_match_spec_t port{.egrMd_egrL2AintfUnresolved = 0xfffff5,
-                                                         .egrMd_egrL2AintfUnresolved_mask = 0xffffff};
-    p4_pd_tessel_switch_lagGroup_add_entry(1, {2, 3}, &port, 9, 4, &added);
-    EXPECT_EQ(capture::hex(capture::last.value), "ff ff f5");
-    EXPECT_EQ(capture::hex(capture::last.mask), "0f ff ff");
-    EXPECT_EQ(capture::last.packed, 0x30014u);
-    EXPECT_EQ(capture::last.priority, 9u);
 }
 
 // ---- Reading -------------------------------------------------------------------------------------------
@@ -210,11 +182,11 @@ TEST_F(IndirectEntries, AreReadBack)
                 for (const pd_status status : {0u, 1u, 0xffffffffu}) {
                     SCOPED_TRACE(testing::Message() << "kind " << u32{kind} << " default " << as_default
                                                     << " status " << status << " seed " << sweep::seed);
-                    capture::answer = {};
+                    recorder::answer = {};
                     answer_with(*table.row, kind);
                     if (as_default == 1)
-                        capture::answer.num_bytes = 0;
-                    capture::answer.null_value = as_default == 2;
+                        recorder::answer.num_bytes = 0;
+                    recorder::answer.null_value = as_default == 2;
 
                     Outputs found;
                     EXPECT_EQ(run(1, status,
@@ -223,11 +195,11 @@ TEST_F(IndirectEntries, AreReadBack)
                                                                        found.results(), found.to);
                                   }),
                               status);
-                    capture::Call call = at_device("pipe_mgr_get_entry", table.row->handle);
-                    call.pipe_id = 0xffff;
-                    call.entry = entry;
-                    call.words = {from_hw, 1, 0};
-                    expect_read(call, encoder::packed(*table.row), 0);
+                    const std::string match = match_text(encoder::packed(*table.row));
+                    EXPECT_EQ(recorder::lines(),
+                              Lines{line("pipe_mgr_get_entry", sess, table.row->handle,
+                                         pd_dev_target{device, 0xffff}, entry, match, spec_text("null"),
+                                         from_hw, 1, 0)});
                     Outputs expected;
                     if (status == 0) {
                         expected = expect_key(*table.row);
@@ -243,9 +215,9 @@ TEST_F(IndirectEntries, AreReadBack)
                                                                                        found.to);
                                   }),
                               status);
-                    call = {.operation = "pipe_mgr_plcmt_mat_data_get_entry",
-                            .words = {reinterpret_cast<pd_word>(this)}};
-                    expect_read(call, 0, 28);
+                    EXPECT_EQ(recorder::lines(),
+                              Lines{line("pipe_mgr_plcmt_mat_data_get_entry", word(this), match_text(0),
+                                         spec_text(std::string(56, '0')))});
                     expected = {};
                     if (status == 0) {
                         expected = expect_key(*table.row);
@@ -269,9 +241,9 @@ TEST_F(IndirectEntries, DefaultEntriesAreReadBack)
                     return table.indirect->get_default_entry(sess, target, from_hw, found.to);
                 });
                 EXPECT_EQ(result, status || kind == 2 || kind == 4 ? status : 15) << u32{kind};
-                capture::Call call = at_target("pipe_mgr_table_get_default_entry", table.row->handle);
-                call.words = {from_hw, 1, 0};
-                expect_read(call, 0, 0);
+                EXPECT_EQ(recorder::lines(),
+                          Lines{line("pipe_mgr_table_get_default_entry", sess, target, table.row->handle,
+                                     spec_text("null"), from_hw, 1, 0)});
                 if (status == 0)
                     expect_reference(expected, kind);
                 expect_same(found, expected);
@@ -300,10 +272,10 @@ TEST_F(IndirectEntries, ResultsComeInTheOrderOfEachRead)
         to = {};
     };
     for (const u8 kind : {2, 4}) {
-        capture::answer.action_kind = kind;
-        capture::answer.member = 0x2222;
-        capture::answer.group = 0x4444;
-        capture::answer.priority = 0x77;
+        recorder::answer.action_kind = kind;
+        recorder::answer.member = 0x2222;
+        recorder::answer.group = 0x4444;
+        recorder::answer.priority = 0x77;
         expect_results(kind, p4_pd_tessel_switch_ecmpGroup_get_entry(1, 2, 3, 0, &next_hop, &to.has_mbr,
                                                                      &to.has_grp, &to.grp, &to.mbr,
                                                                      &to.is_default));

@@ -10,12 +10,9 @@ namespace {
 
 using testing::KilledBySignal;
 
-// The line of an assertion, with nothing but `before` in front of it.
-std::string assertion(const std::string &function, const std::string &condition,
-                      const std::string &before = "")
+std::string assertion(const std::string &function, const std::string &condition, const std::string &before = "")
 {
-    return "^" + before + "[^\n]*bf_tessel_switch_nat_static/src/pd_tessel:[0-9]+: p4_pd_tessel_switch_" +
-           function + ": Assertion `" + condition + "' failed\\.\n";
+    return recorder::assertion("pd_tessel", "p4_pd_tessel_switch_" + function, condition, before);
 }
 
 constexpr char unknown_action[] = "false && \"unknown action\"";
@@ -47,9 +44,9 @@ protected:
         profile.reader = &members;
         action = {0x20000000, 0, true, decode};
         decodings = 1;
-        capture::answer.action = action.handle;
-        capture::answer.value = {.bytes = {1, 0x23}, .size = 2};
-        capture::answer.num_bytes = 2;
+        recorder::answer.action = action.handle;
+        recorder::answer.value = recorder::answer.mask = {1, 0x23};
+        recorder::answer.num_bytes = 2;
     }
 };
 
@@ -82,8 +79,8 @@ TEST_F(InspectionFailure, ActionThatAProfileLacks)
 
 TEST_F(InspectionFailure, PlacementDataThatCannotBeDecoded)
 {
-    capture::reset();
-    capture::status = 1;
+    recorder::reset();
+    recorder::status = 1;
     for (const std::string name : {"trapToCpu", "queueCounters", "egressMirrorLagGroup"}) {
         SCOPED_TRACE(name);
         const auto &found = *reflection::find_table(name);

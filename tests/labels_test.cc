@@ -221,21 +221,21 @@ TEST_F(Labels, EntriesOfTheChip)
         const auto line = std::ranges::find(lines, handle, &Line::handle);
         ASSERT_EQ(!table.text.match_spec_stringify_for_counter, line == std::end(lines));
         ASSERT_EQ(!table.text.stringify_counter_match_spec, line == std::end(lines));
-        capture::reset();
+        recorder::reset();
         if (line == std::end(lines)) {
             EXPECT_EQ(by_handle(), "");
-            EXPECT_EQ(capture::calls, 0u);
+            EXPECT_EQ(recorder::calls(), 0u);
             return;
         }
         ASSERT_STREQ(table.row->name, line->table);
         const Bytes key = random.key(*table.row);
-        texts::answer_key(capture::answer, *table.row, key);
+        texts::answer_key(recorder::answer, *table.row, key);
         const pd::Binding &binding = table.row->actions[0];
-        texts::answer_action(capture::answer, binding, random.parameters(*binding.action));
+        texts::answer_action(recorder::answer, binding, random.parameters(*binding.action));
         EXPECT_EQ(by_entry(), told(table, texts::key_back(*table.row, key)));
-        capture::answer.null_value = true; // a default entry
+        recorder::answer.null_value = true; // a default entry
         EXPECT_EQ(by_entry(), line->none);
-        capture::status = 1;
+        recorder::status = 1;
         EXPECT_EQ(by_entry(), "");
     });
     for (const u32 handle : {0u, 0x100008du, 0x10000a0u, 0x200001du, 0xffffffffu})

@@ -42,7 +42,7 @@ protected:
     std::string answer(const pd::Binding &binding, int indent)
     {
         parameters = random.parameters(*binding.action);
-        texts::answer_action(capture::answer, binding, parameters);
+        texts::answer_action(recorder::answer, binding, parameters);
         const Bytes back = texts::parameters_back(*binding.action, parameters);
         return std::string(indent, ' ') + prefix + binding.action->name + ":\n" +
                formatter::joined(formatter::action_lines(*binding.action, indent, back.data()));
@@ -96,7 +96,7 @@ TEST_F(Printing, WorkedLines)
         printed_by([&](int fd) { return PD(setPhase0_print)(fd, 0, &phase0); }),
         with_last_line("  action_ingVPort: 0x0001\n  action_nativeAintf: 0x0002\n  action_switchPort: 0x1\n",
                        "  action_physicalPort: 0x0\n"));
-    capture::answer.action = 0x20000148;
+    recorder::answer.action = 0x20000148;
     EXPECT_EQ(
         plcmt_data(*reflection::find_table("queueCounters"), 2),
         (Printed{"  p4_pd_tessel_switch_queueCounters:\n  p4_pd_tessel_switch_countEgressQueue:\n", 0}));
@@ -135,25 +135,25 @@ TEST_F(Printing, EveryEntry)
         // `action`: what an entry points at is not printed.
         const auto check = [&](int indent, const std::string &action) {
             const Bytes key = random.key(row), back = texts::key_back(row, key);
-            texts::answer_key(capture::answer, row, key);
+            texts::answer_key(recorder::answer, row, key);
             const std::string keyless = std::string(indent, ' ') + prefix + row.name + ":\n";
             const std::string lines = formatter::joined(formatter::key_lines(row, indent, back.data()));
             EXPECT_EQ(plcmt_data(table, indent), (Printed{(row.key.empty() ? keyless : lines) + action, 0}));
-            capture::answer.null_value = true;
+            recorder::answer.null_value = true;
             EXPECT_EQ(plcmt_data(table, indent), (Printed{(row.key.empty() ? keyless : "") + action, 0}));
-            capture::status = 7;
+            recorder::status = 7;
             EXPECT_EQ(plcmt_data(table, indent), (Printed{refused, 7}));
-            capture::reset();
+            recorder::reset();
         };
         for (const int indent : indents)
             for (const pd::Binding &binding : row.actions)
                 check(indent, answer(binding, indent));
         if (table.indirect) {
-            capture::answer.action_kind = 2;
+            recorder::answer.action_kind = 2;
             check(4, "");
             return;
         }
-        capture::answer.action = 0x2fffffff; // no action of the table
+        recorder::answer.action = 0x2fffffff; // no action of the table
         EXPECT_EQ(plcmt_data(table, 4), (Printed{refused, 3}));
     });
 }
@@ -168,10 +168,10 @@ TEST_F(Printing, EveryMember)
                 EXPECT_EQ(member(*profile, indent), (Printed{lines, 0}));
                 const std::string refused = "cannot decode plcmt_data for p4_pd_tessel_switch_" +
                                             std::string(profile->row->name) + "_adt_plcmt_data_print\n";
-                capture::status = 7;
+                recorder::status = 7;
                 EXPECT_EQ(member(*profile, indent), (Printed{refused, 7}));
-                capture::status = 0;
-                capture::answer.action = 0x2fffffff;
+                recorder::status = 0;
+                recorder::answer.action = 0x2fffffff;
                 EXPECT_EQ(member(*profile, indent), (Printed{refused, 15}));
             }
 }
@@ -189,7 +189,7 @@ TEST_F(Printing, UnknownHandles)
     EXPECT_EQ(table(0x200001d), with_last_line("", "0x0200001d table not found\n"));
     EXPECT_EQ(profile(0x1000001), with_last_line("", "0x01000001 table not found\n"));
     EXPECT_EQ(profile(0), with_last_line("", "0x00000000 table not found\n"));
-    EXPECT_EQ(capture::calls, 0u);
+    EXPECT_EQ(recorder::calls(), 0u);
 }
 
 // ---- Addresses ----

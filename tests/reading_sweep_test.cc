@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <string>
 
-#include "capture_services.h"
 #include "decoder.h"
 #include "encoder.h"
 #include "random_records.h"
+#include "recorder.h"
 #include "reflection.h"
 
 namespace {
@@ -17,6 +17,7 @@ namespace {
 using reflection::TableFunctions;
 using sweep::Bytes;
 using sweep::seed;
+using recorder::line;
 
 constexpr int rounds = 4;
 constexpr u8 canary = 0xa5;
@@ -40,17 +41,17 @@ struct Outputs {
 
 void expect_same(const Outputs &found, const Outputs &expected)
 {
+    if (std::memcmp(&found, &expected, sizeof found) == 0)
+        return;
     const auto part = [](const auto &bytes) {
-        return capture::hex(reinterpret_cast<const u8 *>(bytes), sizeof bytes);
+        return recorder::hex({reinterpret_cast<const u8 *>(&bytes), sizeof bytes});
     };
     EXPECT_EQ(part(found.key), part(expected.key));
     EXPECT_EQ(part(found.action), part(expected.action));
     EXPECT_EQ(part(found.numbered), part(expected.numbered));
     EXPECT_EQ(part(found.name), part(expected.name));
-    EXPECT_EQ(found.priority, expected.priority);
-    EXPECT_EQ(found.number, expected.number);
-    EXPECT_EQ(found.is_default, expected.is_default);
-    EXPECT_EQ(part(found.behind), part(expected.behind));
+    EXPECT_EQ(part(found.priority), part(expected.priority)); // and what stands behind it
+    ADD_FAILURE() << part(found) << "\n" << part(expected);
 }
 
 std::string full_name(const pd::Action &action)
@@ -77,21 +78,23 @@ protected:
     u32 device = 0;
     pd_entry_hdl entry = 0;
     u8 from_hw = 0;
+    u32 turn = 0;      // among the reads of one action
+    u64 allocated = 0; // by the last read
 
     // ---- The driver's answer ---------------------------------------------------------------------------
 
     void scramble_resources(const std::string_view table)
     {
         static constexpr u32 handles[] = {0x5000003, 0x5000004, 0x4000005, 0x5000002};
-        capture::answer.resource_count = static_cast<u8>(random.word() % 5);
+        recorder::answer.resource_count = static_cast<u8>(random.word() % 5);
         list.clear();
         for (u32 i = 0; i < 4; ++i) {
-            pipe_res_spec &resource = capture::answer.resources[i];
+            pipe_res_spec &resource = recorder::answer.resources[i];
             random.scramble(reinterpret_cast<u8 *>(&resource), sizeof resource);
             resource.res_handle = table == "pdpPolicy" ? 0x4000005 : handles[random.word() % 4];
             resource.res_index = random.word();
             resource.res_tag = random.word() % 2 ? 1 : random.word() % 4;
-            if (i < capture::answer.resource_count && resource.res_tag == 1)
+            if (i < recorder::answer.resource_count && resource.res_tag == 1)
                 list.push_back({resource.res_handle, resource.res_index});
         }
     }
@@ -99,8 +102,7 @@ protected:
     // Fresh canaries, and a driver that answers with this action and a random entry.
     void prepare(const pd::Table &table, const pd::Binding &binding)
     {
-        capture::reset();
-        services::reset();
+        recorder::reset();
         found = expected = {};
         sess = random.word();
         device = random.word();
@@ -108,20 +110,16 @@ protected:
         from_hw = static_cast<u8>(random.word());
         key = random.key(table);
         parameters = random.parameters(*binding.action);
-        capture::Call written;
-        encoder::encode_key(written, table, key.data(), random.word());
-        encoder::encode_action(written, table, *binding.action, parameters.data(), nullptr,
-                               encoder::Family::modify);
-
-        capture::answer.value = written.value;
-        capture::answer.mask = written.mask;
-        capture::answer.num_bytes = static_cast<u16>(written.value.size);
-        capture::answer.partition_index = written.partition_index;
-        capture::answer.priority = random.word();
-        capture::answer.action = binding.handle;
-        for (u8 &byte : capture::answer.data) // behind the image there may be anything
+        const encoder::Key written = encoder::encode_key(table, key.data(), random.word());
+        recorder::answer.value = written.value;
+        recorder::answer.mask = written.mask;
+        recorder::answer.num_bytes = static_cast<u16>(written.value.size());
+        recorder::answer.partition_index = written.partition_index;
+        recorder::answer.priority = random.word();
+        recorder::answer.action = binding.handle;
+        for (u8 &byte : recorder::answer.data) // behind the image there may be anything
             byte = static_cast<u8>(random.word());
-        std::copy_n(written.data.bytes.begin(), written.data.size, capture::answer.data.begin());
+        std::ranges::copy(encoder::encode_data(*binding.action, parameters.data()), recorder::answer.data.begin());
         scramble_resources(table.name);
     }
 
@@ -135,7 +133,7 @@ protected:
         decoder::read_back_key(expected.key, table, key.data());
         expected.is_default = 0;
         if (is_ternary(table))
-            expected.priority = capture::answer.priority;
+            expected.priority = recorder::answer.priority;
     }
 
     void expect_default_key(const pd::Table &table)
@@ -145,7 +143,7 @@ protected:
         std::memset(expected.key, 0, table.record_size);
         expected.is_default = 1;
         if (is_ternary(table))
-            expected.priority = capture::answer.priority;
+            expected.priority = recorder::answer.priority;
     }
 
     void expect_parameters(u8 *to, const pd::Action &action) const
@@ -160,51 +158,43 @@ protected:
         expect_parameters(expected.out()->parameters.bytes, action);
     }
 
-    // The records as the driver must have got them: zeroed, the buffers beside them.
-    static void expect_spec(capture::Call &call, u16 num_bytes)
+    // The driver call, and memory taken only when there is a resource. Nothing else is allocated.
+    void expect_steps(const std::string &call, bool reads_list = true, bool frees = true) const
     {
-        call.has_spec = true;
-        call.data.size = 28;
-        pipe_action_spec spec;
-        std::memset(&spec, 0, sizeof spec);
-        spec.action_data.num_bytes = num_bytes;
-        std::memcpy(call.spec.data(), &spec, sizeof spec);
-    }
-
-    static void expect_match(capture::Call &call, u32 packed)
-    {
-        call.has_match = true;
-        call.packed = packed;
-        call.value.size = capture::answer.value.size;
-        call.mask.size = capture::answer.mask.size;
-    }
-
-    // The driver call, and memory taken and given back only when there is a resource.
-    void expect_steps(const capture::Call &call, bool reads_list = true, bool frees = true) const
-    {
-        const u32 resources = reads_list ? capture::answer.resource_count : 0;
-        EXPECT_EQ(capture::last, call);
-        EXPECT_EQ(capture::steps(), std::string(call.operation) + (resources ? " bf_sys_calloc" : "") +
-                                        (resources && frees ? " bf_sys_free" : ""));
-        EXPECT_EQ(capture::allocation.count, resources);
-        EXPECT_EQ(capture::allocation.size, resources ? sizeof(pd_res_ref) : 0);
+        const u32 resources = reads_list ? recorder::answer.resource_count : 0;
+        recorder::Lines lines{call};
+        if (resources)
+            lines.push_back(line("bf_sys_calloc", resources, sizeof(pd_res_ref)));
+        EXPECT_EQ(recorder::lines(), lines);
+        EXPECT_EQ(recorder::live_blocks(), resources && !frees);
+        EXPECT_TRUE(turn == 0 || !recorder::log.empty() || allocated == (resources != 0));
     }
 
     static void expect_log(const std::string &condition, const std::string &shown,
                            const std::string &function)
     {
-        ASSERT_EQ(services::log.size(), 1u);
-        const services::LogLine &line = services::log[0];
-        EXPECT_EQ(line.module, 0);
-        EXPECT_EQ(line.level, 2);
+        ASSERT_EQ(recorder::log.size(), 1u);
+        const recorder::LogLine &logged = recorder::log[0];
+        EXPECT_EQ(logged.module, 0);
+        EXPECT_EQ(logged.level, 2);
         const std::string message = "ASSERTION FAILED: \"" + condition + "\" (" + shown + ") from ";
-        EXPECT_EQ(line.format, message + "%s:%d");
+        EXPECT_EQ(logged.format, message + "%s:%d");
         const std::string begin = message + "p4_pd_tessel_switch_" + function + ":";
-        ASSERT_EQ(line.text.substr(0, begin.size()), begin);
-        EXPECT_GT(std::stoi(line.text.substr(begin.size())), 0);
+        ASSERT_EQ(logged.text.substr(0, begin.size()), begin);
+        EXPECT_GT(std::stoi(logged.text.substr(begin.size())), 0);
     }
 
     // ---- Calls -----------------------------------------------------------------------------------------
+
+    // Counts the allocations.
+    template <typename Function>
+    pd_status read(const Function &function)
+    {
+        const u64 before = recorder::allocations;
+        const pd_status status = function();
+        allocated = recorder::allocations - before;
+        return status;
+    }
 
     pd_status get_entry(const TableFunctions &table, bool wants_names = true)
     {
@@ -213,17 +203,17 @@ protected:
             to.action_name = nullptr;
             to.action_number = nullptr;
         }
-        return table.get_entry(sess, device, entry, from_hw, to);
+        return read([&] { return table.get_entry(sess, device, entry, from_hw, to); });
     }
 
     pd_status get_entry_from_plcmt_data(const TableFunctions &table)
     {
-        return table.get_entry_from_plcmt_data(this, results(), found.out());
+        return read([&] { return table.get_entry_from_plcmt_data(this, results(), found.out()); });
     }
 
     pd_status get_default_entry(const TableFunctions &table)
     {
-        return table.get_default_entry(sess, {device, entry}, from_hw, found.out());
+        return read([&] { return table.get_default_entry(sess, {device, entry}, from_hw, found.out()); });
     }
 
     reflection::EntryResults results()
@@ -231,39 +221,36 @@ protected:
         return {found.key, &found.priority, &found.is_default, found.name, found.action, &found.number};
     }
 
-    capture::Call entry_call(const pd::Table &table) const
+    // The records as the driver must have got them: zeroed, the buffers beside them.
+    static std::string spec_text(u16 num_bytes)
     {
-        capture::Call call{.operation = "pipe_mgr_get_entry",
-                           .sess = sess,
-                           .device_id = device,
-                           .pipe_id = 0xffff,
-                           .table = table.handle,
-                           .entry = entry,
-                           .words = {from_hw, 1, 0}};
-        expect_match(call, encoder::packed(table));
-        expect_spec(call, 28);
-        return call;
+        return "{kind=0 bits=0 bytes=" + std::to_string(num_bytes) + " data=" + std::string(56, '0') +
+               " member=0 group=0 resources=0[]}";
     }
 
-    capture::Call placement_call() const
+    static std::string match_text(u32 packed)
     {
-        capture::Call call{.operation = "pipe_mgr_plcmt_mat_data_get_entry",
-                           .words = {reinterpret_cast<pd_word>(this)}};
-        expect_match(call, 0);
-        expect_spec(call, 0);
-        return call;
+        const std::size_t size = recorder::answer.value.size();
+        const std::string image = size ? std::string(2 * size, '0') : "null";
+        return "{value=" + image + " mask=" + image + " partition=0 priority=0 bits=" +
+               std::to_string(packed & 0xffff) + " bytes=" + std::to_string(packed >> 16) + " reserved=0}";
     }
 
-    capture::Call default_call(const pd::Table &table) const
+    std::string entry_call(const pd::Table &table) const
     {
-        capture::Call call{.operation = "pipe_mgr_table_get_default_entry",
-                           .sess = sess,
-                           .device_id = device,
-                           .pipe_id = entry,
-                           .table = table.handle,
-                           .words = {from_hw, 1, 0}};
-        expect_spec(call, 28);
-        return call;
+        return line("pipe_mgr_get_entry", sess, table.handle, pd_dev_target{device, 0xffff}, entry,
+                    match_text(encoder::packed(table)), spec_text(28), from_hw, 1, 0);
+    }
+
+    std::string placement_call() const
+    {
+        return line("pipe_mgr_plcmt_mat_data_get_entry", recorder::word(this), match_text(0), spec_text(0));
+    }
+
+    std::string default_call(const pd::Table &table) const
+    {
+        return line("pipe_mgr_table_get_default_entry", sess, pd_dev_target{device, entry}, table.handle,
+                    spec_text(28), from_hw, 1, 0);
     }
 
     // ---- One table or action ---------------------------------------------------------------------------
@@ -286,7 +273,7 @@ protected:
     void check_placement(const TableFunctions &table, const pd::Binding &binding)
     {
         prepare(*table.row, binding);
-        capture::answer.action_kind = static_cast<u8>(random.word() % 5); // nobody looks at it
+        recorder::answer.action_kind = static_cast<u8>(random.word() % 5); // nobody looks at it
         EXPECT_EQ(get_entry_from_plcmt_data(table), 0u);
         expect_key(*table.row);
         if (table.row->key.empty())
@@ -302,7 +289,6 @@ protected:
         const bool known =
             binding.default_action || table.row->name == std::string_view("ingressPortMapping");
         prepare(*table.row, binding);
-        capture::answer.value = capture::answer.mask = {};
         EXPECT_EQ(get_default_entry(table), known ? 0u : 15u);
         if (known)
             expect_numbered_action(*binding.action);
@@ -322,11 +308,10 @@ protected:
         expect_steps(entry_call(*table.row), false);
         prepare(*table.row, binding);
         change();
-        capture::answer.value = capture::answer.mask = {};
         EXPECT_EQ(get_default_entry(table), status);
         expect_same(found, expected);
         expect_steps(default_call(*table.row), false);
-        EXPECT_TRUE(services::log.empty());
+        EXPECT_TRUE(recorder::log.empty());
         if (!placement)
             return;
         prepare(*table.row, binding);
@@ -334,14 +319,14 @@ protected:
         EXPECT_EQ(get_entry_from_plcmt_data(table), status);
         expect_same(found, expected);
         expect_steps(placement_call(), false);
-        EXPECT_TRUE(services::log.empty());
+        EXPECT_TRUE(recorder::log.empty());
     }
 
     void check_unknown_action(const TableFunctions &table, u32 handle)
     {
         const std::string name = table.row->name;
         prepare(*table.row, table.row->actions[0]);
-        capture::answer.action = handle;
+        recorder::answer.action = handle;
         EXPECT_EQ(get_entry(table), 15u);
         expect_key(*table.row);
         expect_same(found, expected);
@@ -349,7 +334,7 @@ protected:
         expect_log("((void *)0)", "NULL", name + "_get_entry");
 
         prepare(*table.row, table.row->actions[0]);
-        capture::answer.action = handle;
+        recorder::answer.action = handle;
         EXPECT_EQ(get_entry_from_plcmt_data(table), 3u);
         expect_key(*table.row);
         if (table.row->key.empty())
@@ -359,12 +344,11 @@ protected:
         expect_log("((void *)0)", "NULL", name + "_get_entry_from_plcmt_data");
 
         prepare(*table.row, table.row->actions[0]);
-        capture::answer.action = handle;
-        capture::answer.value = capture::answer.mask = {};
+        recorder::answer.action = handle;
         EXPECT_EQ(get_default_entry(table), 15u);
         expect_same(found, expected);
         expect_steps(default_call(*table.row), true, false);
-        EXPECT_TRUE(services::log.empty());
+        EXPECT_TRUE(recorder::log.empty());
     }
 
     // The default entry among the entries: no value image, or an empty one.
@@ -372,9 +356,9 @@ protected:
     {
         const pd::Binding &binding = table.row->actions[0];
         const auto change = [&] {
-            capture::answer.null_value = null_value;
+            recorder::answer.null_value = null_value;
             if (no_bytes)
-                capture::answer.num_bytes = 0;
+                recorder::answer.num_bytes = 0;
         };
         prepare(*table.row, binding);
         change();
@@ -417,8 +401,8 @@ protected:
     {
         each_direct_table([&](const TableFunctions &table) {
             for (const pd::Binding &binding : table.row->actions)
-                for (int round = 0; round < rounds; ++round) {
-                    SCOPED_TRACE(testing::Message() << binding.action->name << " round " << round);
+                for (turn = 0; turn < rounds; ++turn) {
+                    SCOPED_TRACE(testing::Message() << binding.action->name << " round " << turn);
                     check(table, binding);
                 }
         });
@@ -449,7 +433,7 @@ TEST_F(ReadingSweep, RefusalsOfTheDriverPassThroughAndLeaveEverythingAlone)
         for (const pd_status status : sweep::statuses)
             if (status != 0)
                 check_untouched(
-                    table, status, [&] { capture::status = status; }, true);
+                    table, status, [&] { recorder::status = status; }, true);
     });
 }
 
@@ -459,7 +443,7 @@ TEST_F(ReadingSweep, EntriesOfAnotherKindCannotBeRead)
     each_direct_table([&](const TableFunctions &table) {
         for (const u8 kind : {0, 2, 3, 4, 255})
             check_untouched(
-                table, 15, [&] { capture::answer.action_kind = kind; }, false);
+                table, 15, [&] { recorder::answer.action_kind = kind; }, false);
     });
 }
 
@@ -540,12 +524,9 @@ TEST_F(ReadingSweep, EveryActionDecodesAnyData)
             SCOPED_TRACE(testing::Message() << action->name << " round " << round << " seed " << seed);
             found = expected = {};
             parameters = random.parameters(*action);
-            capture::Call written;
-            encoder::encode_action(written, *reflection::tables()[0]->row, *action, parameters.data(),
-                                   nullptr, encoder::Family::modify);
+            Bytes image = encoder::encode_data(*action, parameters.data());
             scramble_resources(action->name == std::string_view("setPdpClassCount") ? "pdpPolicy" : "");
-            const pipe_action_data data{
-                .num_valid_bits = 0, .num_bytes = 0, .data = written.data.bytes.data()};
+            const pipe_action_data data{.num_valid_bits = 0, .num_bytes = 0, .data = image.data()};
             unbuild(&data, list.empty() ? nullptr : list.data(), static_cast<u32>(list.size()), found.action);
             expect_parameters(expected.action, *action);
             expect_same(found, expected);

@@ -16,12 +16,12 @@ protected:
     {
         CallLog::SetUp();
         EXPECT_EQ(p4_pd_tessel_switch_restore_virtual_dev_state(1, 2, 3, 4, 5), 0u);
-        ASSERT_NE(services::restore, nullptr);
+        ASSERT_NE(recorder::restore, nullptr);
     }
 
     pd_status restore(u32 table)
     {
-        services::restore(sess, device, table, given, group, member, resources);
+        recorder::restore(sess, device, table, given, group, member, resources);
         return 0;
     }
 
@@ -45,7 +45,7 @@ protected:
         std::vector<Step> steps = steps_of_branch(state);
         if (updates_groups)
             steps.push_back({line("p4_pd_ms_mbr_apply_to_grps", state, device, member,
-                                  reinterpret_cast<pd_word>(&p4_pd_ms_grp_update_res), state),
+                                  word(&p4_pd_ms_grp_update_res), state),
                              Failure::ignored});
         expect_steps(steps, [&] { return restore(facts.table); });
     }
@@ -54,15 +54,15 @@ protected:
 TEST_F(Restore, WordsAreHandedOnWithTheCallback)
 {
     const pd_word first = ~pd_word{1};
-    const pipe_restore_state_cb callback = services::restore;
+    const pipe_restore_state_cb callback = recorder::restore;
     expect_steps({{line("pipe_mgr_hitless_ha_restore_virtual_dev_state", first, first - 1, first - 2,
                         first - 3, first - 4)}},
                  [&] {
-                     services::restore = nullptr;
+                     recorder::restore = nullptr;
                      return p4_pd_tessel_switch_restore_virtual_dev_state(first, first - 1, first - 2,
                                                                           first - 3, first - 4);
                  });
-    EXPECT_EQ(services::restore, callback);
+    EXPECT_EQ(recorder::restore, callback);
 }
 
 // Member, group, both and neither, with each action and the handles around them, with resources and without.
@@ -96,9 +96,9 @@ TEST_F(Restore, OtherTablesAreNotLookedAt)
     resources = 1;
     for (const ProfileFacts &facts : profiles)
         for (const u32 table : {0u, facts.table + 1, facts.table - 1, facts.selector}) {
-            services::events.clear();
+            recorder::forget();
             restore(table);
-            EXPECT_TRUE(services::events.empty()) << table;
+            EXPECT_EQ(recorder::calls(), 0u) << table;
         }
 }
 

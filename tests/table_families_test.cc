@@ -7,12 +7,13 @@
 #include <cstring>
 #include <string>
 
-#include "capture_driver.h"
 #include "random_records.h"
+#include "recorder.h"
 #include "reflection.h"
 
 namespace {
 
+using recorder::line;
 using reflection::TableFunctions;
 using sweep::Bytes;
 
@@ -34,30 +35,27 @@ protected:
 
     // One driver call with these arguments, its status returned.
     template <typename Function>
-    void check(capture::Call call, const TableFunctions &table, const Function &function)
+    void check(const std::string &expected, const Function &function)
     {
-        call.table = table.row->handle;
         for (const pd_status status : sweep::statuses) {
-            SCOPED_TRACE(testing::Message() << table.row->name << " " << call.operation);
-            capture::reset();
-            capture::status = status;
-            capture::entry = random.word();
-            EXPECT_EQ(function(), status);
-            EXPECT_EQ(capture::calls, 1u);
-            EXPECT_EQ(capture::last, call);
-            EXPECT_EQ(capture::steps(), call.operation);
+            recorder::reset();
+            recorder::status = status;
+            recorder::answer.entry = random.word();
+            const u64 allocated = recorder::allocations;
+            const pd_status found = function();
+            EXPECT_TRUE(status == 0 || recorder::allocations == allocated); // 0 is the first
+            EXPECT_EQ(found, status);
+            EXPECT_EQ(recorder::lines(), recorder::Lines{expected});
         }
     }
 
-    capture::Call at_target(std::string_view operation) const
+    // The same of a function that gives a word.
+    template <typename Function>
+    void check_result(const std::string &expected, const Function &function)
     {
-        return {
-            .operation = operation, .sess = sess, .device_id = target.device_id, .pipe_id = target.pipe_id};
-    }
-
-    capture::Call at_device(std::string_view operation) const
-    {
-        return {.operation = operation, .sess = sess, .device_id = device};
+        u32 result = 0;
+        check(expected, [&] { return function(&result); });
+        EXPECT_EQ(result, recorder::answer.entry);
     }
 };
 
@@ -69,45 +67,30 @@ TEST_F(SmallFamilies, OfEveryTableForward)
         entry = random.word();
         target = {random.word(), random.word()};
         const u32 words[] = {random.word(), random.word(), random.word()};
-        u32 result = 0;
-        capture::Call call = at_target("pipe_mgr_table_get_default_entry_handle");
-        call.result = &result;
-        check(call, *table, [&] { return table->get_default_entry_handle(sess, target, &result); });
-        EXPECT_EQ(result, capture::entry);
-        check(at_target("pipe_mgr_mat_tbl_default_entry_reset"), *table,
+        const u32 handle = table->row->handle;
+        SCOPED_TRACE(table->row->name);
+        check_result(line("pipe_mgr_table_get_default_entry_handle", sess, target, handle),
+                     [&](u32 *to) { return table->get_default_entry_handle(sess, target, to); });
+        check(line("pipe_mgr_mat_tbl_default_entry_reset", sess, target, handle, 0),
               [&] { return table->reset_default_entry(sess, target); });
-
-        call = at_target("pipe_mgr_get_entry_count");
-        call.result = &result;
-        check(call, *table, [&] { return table->get_entry_count(sess, target, &result); });
-        EXPECT_EQ(result, capture::entry);
-        call = at_target("pipe_mgr_get_first_entry_handle");
-        call.result = &result;
-        check(call, *table, [&] { return table->get_first_entry_handle(sess, target, &result); });
-        EXPECT_EQ(result, capture::entry);
-        call = at_target("pipe_mgr_get_next_entry_handles");
+        check_result(line("pipe_mgr_get_entry_count", sess, target, handle, 0),
+                     [&](u32 *to) { return table->get_entry_count(sess, target, to); });
+        check_result(line("pipe_mgr_get_first_entry_handle", sess, handle, target),
+                     [&](u32 *to) { return table->get_first_entry_handle(sess, target, to); });
         for (const u32 count : {0u, 1u, 3u}) {
             u32 handles[4] = {~0u, ~0u, ~0u, ~0u};
-            call.entry = entry;
-            call.words = {count};
-            call.result = handles;
-            check(call, *table,
+            check(line("pipe_mgr_get_next_entry_handles", sess, handle, target, entry, count),
                   [&] { return table->get_next_entry_handles(sess, target, entry, count, handles); });
             EXPECT_EQ(handles[3], ~0u);
             EXPECT_EQ(std::ranges::count(handles, 0u), count);
         }
-
-        call = {.operation = "pipe_mgr_plcmt_mat_data_get", .words = {words[0], words[1]}};
-        check(call, *table, [&] { return table->get_plcmt_data(words[0], words[1]); });
-        call = at_device("pipe_mgr_tbl_set_property");
-        call.words = {words[0], words[1], words[2]};
-        check(call, *table, [&] { return table->set_property(sess, device, words[0], words[1], words[2]); });
-        for (const pd_mat_update_cb callback : {pd_mat_update_cb{update}, pd_mat_update_cb{nullptr}}) {
-            call = at_device("pipe_register_mat_update_cb");
-            call.words = {reinterpret_cast<pd_word>(callback), words[0]};
-            check(call, *table,
+        check(line("pipe_mgr_plcmt_mat_data_get", words[0], words[1], handle),
+              [&] { return table->get_plcmt_data(words[0], words[1]); });
+        check(line("pipe_mgr_tbl_set_property", sess, device, handle, words[0], words[1], words[2], 0),
+              [&] { return table->set_property(sess, device, words[0], words[1], words[2]); });
+        for (const pd_mat_update_cb callback : {pd_mat_update_cb{update}, pd_mat_update_cb{nullptr}})
+            check(line("pipe_register_mat_update_cb", sess, device, handle, recorder::word(callback), words[0]),
                   [&] { return table->register_mat_update_cb(sess, device, callback, words[0]); });
-        }
         if (HasFailure())
             return;
     }
@@ -115,28 +98,22 @@ TEST_F(SmallFamilies, OfEveryTableForward)
 
 TEST_F(SmallFamilies, PropertiesAreAllOnesWhenTheDriverRefuses)
 {
-    for (const TableFunctions *table : reflection::tables())
-        for (const pd_status status : sweep::statuses) {
-            SCOPED_TRACE(table->row->name);
-            capture::reset();
-            capture::status = status;
-            capture::answer.numbers = {0x12345678, 0x9abcdef0};
-            u32 values[] = {1, 2};
-            EXPECT_EQ(table->get_property(7, 8, 0xfedcba98, &values[0], &values[1]), status);
-            EXPECT_EQ(values[0], status ? 0xffffffff : 0x12345678);
-            EXPECT_EQ(values[1], status ? 0xffffffff : 0x9abcdef0);
-            EXPECT_EQ(capture::last, (capture::Call{.operation = "pipe_mgr_tbl_get_property",
-                                                    .sess = 7,
-                                                    .device_id = 8,
-                                                    .table = table->row->handle,
-                                                    .words = {0xfedcba98}}));
-        }
+    for (const TableFunctions *table : reflection::tables()) {
+        u32 values[2];
+        check(line("pipe_mgr_tbl_get_property", 7, 8, table->row->handle, 0xfedcba98), [&] {
+            recorder::answer.numbers = {0x12345678, 0x9abcdef0};
+            const pd_status status = table->get_property(7, 8, 0xfedcba98, &values[0], &values[1]);
+            EXPECT_EQ(values[0], status ? 0xffffffff : 0x12345678) << table->row->name;
+            EXPECT_EQ(values[1], status ? 0xffffffff : 0x9abcdef0) << table->row->name;
+            return status;
+        });
+    }
 }
 
 TEST_F(SmallFamilies, HandlesAndPrioritiesNeedNoDriver)
 {
     u32 with_priority = 0;
-    capture::reset();
+    recorder::reset();
     for (const TableFunctions *table : reflection::tables()) {
         u32 handle = 0;
         EXPECT_EQ(table->get_mat_table_handle(&handle), 0u);
@@ -146,24 +123,7 @@ TEST_F(SmallFamilies, HandlesAndPrioritiesNeedNoDriver)
         with_priority += table->supports_entry_priority();
     }
     EXPECT_EQ(with_priority, 47u);
-    EXPECT_EQ(capture::calls, 0u);
-}
-
-// A priority is passed on exactly where the table says that it takes one.
-TEST_F(SmallFamilies, PrioritiesAreTakenWhereTheyAreSupported)
-{
-    for (const TableFunctions *table : reflection::tables()) {
-        if (table->row->key.empty() || pd::key_kind(*table->row) == pd::Match::lpm)
-            continue;
-        const Bytes zeroes(256);
-        reflection::EntryArguments with;
-        with.key = zeroes.data();
-        with.priority = 0x51423;
-        capture::reset();
-        table->table_delete_by_match_spec(1, {}, with);
-        EXPECT_EQ(capture::last.priority, table->supports_entry_priority() ? 0x51423u : 0)
-            << table->row->name;
-    }
+    EXPECT_EQ(recorder::calls(), 0u);
 }
 
 TEST(Widths, AreThoseOfTheRowsUnderTheNamesOfTheirFields)

@@ -9,12 +9,11 @@
 #include <string>
 #include <string_view>
 
-#include "capture_driver.h"
-#include "capture_services.h"
 #include "decoder.h"
 #include "encoder.h"
 #include "pd.h"
 #include "random_records.h"
+#include "recorder.h"
 #include "reflection.h"
 #include "text_formatter.h"
 
@@ -95,32 +94,26 @@ void set(Bytes &record, const Row &row, const std::string &name, u32 value)
 // The last call was to read this entry.
 inline void expect_read(pd_sess_hdl sess, u32 device, u32 table, pd_entry_hdl entry, u8 from_hw)
 {
-    EXPECT_EQ(capture::last.operation, "pipe_mgr_get_entry");
-    EXPECT_EQ(capture::last.sess, sess);
-    EXPECT_EQ(capture::last.device_id, device);
-    EXPECT_EQ(capture::last.table, table);
-    EXPECT_EQ(capture::last.entry, entry);
-    EXPECT_EQ(capture::last.words[0], from_hw);
+    const std::string begin = recorder::line("pipe_mgr_get_entry", sess, table, pd_dev_target{device, 0xffff}, entry);
+    const std::string end = recorder::line("", from_hw, 1, 0).substr(1), last = recorder::last();
+    EXPECT_TRUE(last.starts_with(begin.substr(0, begin.size() - 1) + ", ") && last.ends_with(", " + end)) << last;
 }
 
 // The driver's answer for an entry with this key.
-inline void answer_key(capture::Answer &answer, const pd::Table &table, const Bytes &key)
+inline void answer_key(recorder::Answer &answer, const pd::Table &table, const Bytes &key)
 {
-    capture::Call written;
-    encoder::encode_key(written, table, key.data(), 0);
+    const encoder::Key written = encoder::encode_key(table, key.data(), 0);
     answer.value = written.value;
     answer.mask = written.mask;
-    answer.num_bytes = static_cast<u16>(written.value.size);
+    answer.num_bytes = static_cast<u16>(written.value.size());
     answer.partition_index = written.partition_index;
 }
 
-inline void answer_action(capture::Answer &answer, const pd::Binding &binding, const Bytes &parameters)
+inline void answer_action(recorder::Answer &answer, const pd::Binding &binding, const Bytes &parameters)
 {
-    capture::Call written;
-    encoder::encode_member(written, *binding.action, parameters.data());
     answer.action = binding.handle;
     answer.action_kind = 1;
-    std::copy_n(written.data.bytes.begin(), written.data.size, answer.data.begin());
+    std::ranges::copy(encoder::encode_data(*binding.action, parameters.data()), answer.data.begin());
 }
 
 // What comes back of a record that was written.
@@ -148,11 +141,7 @@ class Texts : public testing::Test {
 protected:
     sweep::Random random;
 
-    void SetUp() override
-    {
-        capture::reset();
-        services::reset();
-    }
+    void SetUp() override { recorder::reset(); }
 
     // Runs `check(table)` for all 158.
     template <typename Check>
