@@ -23,6 +23,15 @@ inline constexpr Table partitioned{0x100003c, 48, 6, 0x200000b2, 4}; // ipv4Fina
 inline constexpr Table indirect{0x1000047, 14, 2, 0x200000bd, 5};    // ecmpGroup, setEcmpNextHop
 inline constexpr Table metered{0x100005b, 57, 8, 0x200000ec, 0};     // l2LookupMiss, l2LookupBcastHit
 
+inline std::string hex(const Bytes &bytes)
+{
+    constexpr char digits[] = "0123456789abcdef";
+    std::string text;
+    for (const u8 byte : bytes)
+        text.append({digits[byte >> 4], digits[byte & 15]});
+    return text;
+}
+
 // Gives the profile of `indirect` members 1 to `members`, which run its action, and empty groups 1 to
 // `groups`.
 inline void fill_profile(u32 members, u32 groups)

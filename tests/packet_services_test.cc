@@ -227,6 +227,7 @@ TEST_F(Hashes, AttributesAreSet)
 
 TEST_F(Hashes, AttributesAreCountedAndRead)
 {
+    counts_allocations = false;
     recorder::answer.attributes = {{1, 2, 3, 4, 5, cookie}, {0xffffffff, 9, 9, 9, 0x80000000, 6}};
     const hash_input_field_attribute expected[] = {{1, 5, cookie}, {0xffffffff, 0x80000000, 6}, {7, 7, 7}};
     const auto expect_read = [&](const hash_input_field_attribute *found, u32 count) {

@@ -249,6 +249,7 @@ TEST_F(Resources, RegistersAreWrittenResetAndSynced)
 
 TEST_F(Resources, RegistersAreRead)
 {
+    counts_allocations = false;
     each(reflection::registers(), registers, [&](const auto &functions, const Facts &facts) {
         const u32 handle = facts.handle;
         // All that there is room for, and a count that the driver has lowered.
@@ -273,6 +274,7 @@ TEST_F(Resources, RegistersAreRead)
 
 TEST_F(Resources, RangesOfRegistersAreReadIndexByIndex)
 {
+    counts_allocations = false;
     struct Case {
         std::vector<std::vector<u8>> flags; // of each index
         std::vector<u8> values;
