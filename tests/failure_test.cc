@@ -38,8 +38,7 @@ std::string assertion(const std::string &function, const std::string &condition,
     return recorder::assertion("pd", function, condition, before);
 }
 
-const std::string calls = "([a-z_0-9]+\\([^\n]*\n)*"; // of driver and memory
-const std::string backtrace_lines = "log 0 2 \\[%s\\] frame one %d\nlog 0 2 \\[%s\\] frame two\n";
+constexpr char backtrace_lines[] = "log 0 2 \\[%s\\] frame one %d\nlog 0 2 \\[%s\\] frame two\n";
 
 class Failure : public testing::Test {
 protected:
@@ -171,15 +170,24 @@ TEST_F(Failure, BadMeterTypeInAnAddIsLoggedAndCountsAsColourAware)
 
 // ---- Answers that cannot be read ------------------------------------------------------------------------
 
-constexpr char of_unknown_action[] = "ASSERTION FAILED: \"((void *)0)\" (NULL) from %s:%d";
+// A read of pdpPolicy, of the keyless queueCounters or of a member: what it does with debug mode off the sweeps
+// tell.
+struct Read {
+    const char *function;
+    pd_status (*read)();
+    u8 kind;
+    u32 action; // none of the table's where the kind is good
+    pd_status status;
+};
 
 p4_pd_tessel_switch_pdpPolicy_match_spec_t key;
+p4_pd_tessel_switch_ecmpMemberActionProfile_member_action_t member_action;
 pd_action_out out;
 u8 is_default;
+u32 number;
 
 pd_status get_entry()
 {
-    u32 number = 0;
     return p4_pd_tessel_switch_pdpPolicy_get_entry(1, 2, 3, 0, &key, nullptr, &out.parameters, &number,
                                                    &is_default);
 }
@@ -189,181 +197,70 @@ pd_status get_entry_of_keyless_table()
     return p4_pd_tessel_switch_queueCounters_get_entry(1, 2, 3, 0, nullptr, nullptr, nullptr);
 }
 
-pd_status get_entry_from_plcmt_data()
-{
-    return p4_pd_tessel_switch_pdpPolicy_get_entry_from_plcmt_data(nullptr, &key, &out, &is_default);
-}
-
-pd_status get_default_entry()
-{
-    return p4_pd_tessel_switch_pdpPolicy_table_get_default_entry(1, {}, 0, &out);
-}
-
-class ReadingFailure : public Failure {
-protected:
-    // An entry with one resource attached and one not.
-    static void answer(u8 kind, u32 action)
-    {
-        recorder::answer = {};
-        recorder::forget();
-        recorder::answer.action_kind = kind;
-        recorder::answer.action = action;
-        recorder::answer.resource_count = 2;
-        recorder::answer.resources[1].res_handle = 0x4000005;
-        recorder::answer.resources[1].res_index = 0x123;
-        recorder::answer.resources[1].res_tag = 1;
-        is_default = 0xa5;
-    }
-
-    static void expect_one_line(const char *format, const std::string &function)
-    {
-        ASSERT_EQ(recorder::log.size(), 1u);
-        EXPECT_EQ(recorder::log[0].module, 0);
-        EXPECT_EQ(recorder::log[0].level, 2);
-        EXPECT_EQ(recorder::log[0].format, format);
-        EXPECT_NE(recorder::log[0].text.find(" from " + function + ":"), std::string::npos)
-            << recorder::log[0].text;
-    }
-
-    // Debug mode: the backtrace, then the assertion.
-    static void expect_end(pd_status (*read)(), const std::string &function, const std::string &condition)
-    {
-        EXPECT_EXIT(read(), KilledBySignal(SIGABRT), assertion(function, condition, calls + backtrace_lines));
-    }
-
-    // One call of the driver, with or without memory for a list; none is left.
-    static void expect_calls(const std::string &operation, bool reads_list)
-    {
-        const recorder::Lines lines = recorder::lines();
-        EXPECT_EQ(lines.size(), 1u + reads_list);
-        EXPECT_TRUE(lines[0].starts_with(operation + "("));
-        EXPECT_EQ(lines.back() == "bf_sys_calloc(0x2, 0x8)", reads_list);
-        EXPECT_EQ(recorder::live_blocks(), 0u);
-    }
+const Read reads[] = {
+    {"pdpPolicy_get_entry", get_entry, 2, 0x20000145, 15},
+    {"pdpPolicy_get_entry", get_entry, 1, 0x20000148, 15},
+    {"queueCounters_get_entry", get_entry_of_keyless_table, 2, 0x20000148, 15},
+    {"queueCounters_get_entry", get_entry_of_keyless_table, 1, 0x20000145, 15},
+    {"pdpPolicy_get_entry_from_plcmt_data",
+     [] {
+         return p4_pd_tessel_switch_pdpPolicy_get_entry_from_plcmt_data(nullptr, &key, &out, &is_default);
+     },
+     1, 0x20000148, 3},
+    {"ecmpMemberActionProfile_get_member",
+     [] { return p4_pd_tessel_switch_ecmpMemberActionProfile_get_member(1, 2, 3, 0, &member_action); }, 1,
+     0x2000015a, 15},
+    {"ecmpMemberActionProfile_get_member_from_plcmt_data",
+     [] {
+         return p4_pd_tessel_switch_ecmpMemberActionProfile_get_member_from_plcmt_data(nullptr,
+                                                                                        &member_action);
+     },
+     1, 0x2000015a, 15},
+    {"ecmpMemberActionProfile_get_full_member_info_from_plcmt_data",
+     [] {
+         return p4_pd_tessel_switch_ecmpMemberActionProfile_get_full_member_info_from_plcmt_data(
+             2, 3, nullptr, &member_action);
+     },
+     1, 0x2000015a, 15},
 };
 
-const std::string of_policy = "p4_pd_tessel_switch_pdpPolicy_get_entry";
-const std::string of_placement = of_policy + "_from_plcmt_data";
-const std::string of_queue = "p4_pd_tessel_switch_queueCounters_get_entry";
-
-TEST_F(ReadingFailure, KindOfActionIsNotData)
-{
-    for (const u8 kind : {0, 2, 4}) {
-        answer(kind, 0x20000145);
-        EXPECT_EQ(get_entry(), 15u);
-        expect_one_line(bad_type, of_policy);
-        expect_calls("pipe_mgr_get_entry", false);
-        EXPECT_EQ(is_default, 0xa5);
-        answer(kind, 0x20000148);
-        EXPECT_EQ(get_entry_of_keyless_table(), 15u);
-        expect_one_line(bad_type, of_queue);
-    }
-    EXPECT_EQ(backtraces, 0);
-
-    recorder::debug_mode = true;
-    answer(2, 0x20000145);
-    expect_end(get_entry, of_policy, "0");
-    expect_end(get_entry_of_keyless_table, of_queue, "0");
-}
-
-TEST_F(ReadingFailure, ActionIsUnknown)
-{
-    answer(1, 0x20000148);
-    EXPECT_EQ(get_entry(), 15u);
-    expect_one_line(of_unknown_action, of_policy);
-    expect_calls("pipe_mgr_get_entry", true);
-    EXPECT_EQ(is_default, 1);
-
-    answer(1, 0x20000148);
-    EXPECT_EQ(get_entry_from_plcmt_data(), 3u);
-    expect_one_line(of_unknown_action, of_placement);
-    expect_calls("pipe_mgr_plcmt_mat_data_get_entry", false);
-    EXPECT_EQ(is_default, 1);
-    EXPECT_EQ(backtraces, 0);
-
-    recorder::debug_mode = true;
-    answer(1, 0x20000148);
-    const std::string unknown = "\\(\\(void \\*\\)0\\)";
-    expect_end(get_entry, of_policy, unknown);
-    expect_end(get_entry_from_plcmt_data, of_placement, unknown);
-    // Neither symbols nor lines: the assertion alone.
-    has_symbols = false;
-    EXPECT_EXIT(get_entry(), KilledBySignal(SIGABRT), assertion(of_policy, unknown, calls));
-    has_symbols = true;
-    answer(1, 0x20000145);
-    expect_end(get_entry_of_keyless_table, of_queue, unknown);
-}
-
-// Not a word, in either mode; with an unknown action the list is not freed.
-TEST_F(ReadingFailure, DefaultEntriesFailSilently)
-{
-    for (const bool debug_mode : {false, true}) {
-        recorder::debug_mode = debug_mode;
-        answer(2, 0x20000146);
-        EXPECT_EQ(get_default_entry(), 15u);
-        expect_calls("pipe_mgr_table_get_default_entry", false);
-        answer(1, 0x20000145); // an action of entries, never of the default
-        EXPECT_EQ(get_default_entry(), 15u);
-        EXPECT_EQ(recorder::calls(), 2u);
-        EXPECT_EQ(recorder::live_blocks(), 1u);
-        recorder::reset();
-        recorder::debug_mode = debug_mode;
-        answer(1, 0x20000146);
-        EXPECT_EQ(get_default_entry(), 0u);
-        expect_calls("pipe_mgr_table_get_default_entry", true);
-        EXPECT_TRUE(recorder::log.empty());
-    }
-    EXPECT_EQ(backtraces, 0);
-}
-
 // The flag is read at each failure, so it may change between two of them.
-TEST_F(ReadingFailure, DebugModeIsAskedForAtEachFailure)
+TEST_F(Failure, ReadsEndBehindABacktraceInDebugModeOnly)
 {
-    answer(2, 0x20000145);
-    EXPECT_EQ(get_entry(), 15u);
+    for (const Read &read : reads) {
+        SCOPED_TRACE(read.function);
+        recorder::answer.action_kind = read.kind;
+        recorder::answer.action = read.action;
+        const std::string calls = "([a-z_0-9]+\\([^\n]*\n)*"; // of driver and memory
+        const auto end_with = [&](const std::string &lines) {
+            const std::string condition = read.kind == 2 ? "0" : "\\(\\(void \\*\\)0\\)";
+            return assertion(std::string("p4_pd_tessel_switch_") + read.function, condition, calls + lines);
+        };
+        recorder::debug_mode = false;
+        EXPECT_EQ(read.read(), read.status);
+        recorder::debug_mode = true;
+        EXPECT_EXIT(read.read(), KilledBySignal(SIGABRT), end_with(backtrace_lines));
+        has_symbols = false; // neither symbols nor lines: the assertion alone
+        EXPECT_EXIT(read.read(), KilledBySignal(SIGABRT), end_with(""));
+        has_symbols = true;
+    }
+    EXPECT_EQ(backtraces, 0);
+}
+
+// Not a word, in either mode.
+TEST_F(Failure, DefaultEntriesFailSilently)
+{
     recorder::debug_mode = true;
-    expect_end(get_entry, of_policy, "0");
-    recorder::debug_mode = false;
-    EXPECT_EQ(get_entry(), 15u);
+    for (const auto &[kind, action] : {std::pair<u8, u32>{2, 0x20000146}, {1, 0x20000145}}) {
+        recorder::answer.action_kind = kind;
+        recorder::answer.action = action;
+        EXPECT_EQ(p4_pd_tessel_switch_pdpPolicy_table_get_default_entry(1, {}, 0, &out), 15u);
+    }
+    EXPECT_TRUE(recorder::log.empty());
+    EXPECT_EQ(backtraces, 0);
 }
 
 // ---- Members and groups --------------------------------------------------------------------------------
-
-p4_pd_tessel_switch_ecmpMemberActionProfile_member_action_t member_action;
-
-pd_status get_member()
-{
-    return p4_pd_tessel_switch_ecmpMemberActionProfile_get_member(1, 2, 3, 0, &member_action);
-}
-
-pd_status get_member_from_plcmt_data()
-{
-    return p4_pd_tessel_switch_ecmpMemberActionProfile_get_member_from_plcmt_data(nullptr, &member_action);
-}
-
-pd_status get_full_member()
-{
-    return p4_pd_tessel_switch_ecmpMemberActionProfile_get_full_member_info_from_plcmt_data(2, 3, nullptr,
-                                                                                            &member_action);
-}
-
-TEST_F(ReadingFailure, ActionOfAMemberIsUnknown)
-{
-    const std::string profile = "p4_pd_tessel_switch_ecmpMemberActionProfile_";
-    const std::pair<std::string, pd_status (*)()> reads[] = {
-        {"get_member", get_member},
-        {"get_member_from_plcmt_data", get_member_from_plcmt_data},
-        {"get_full_member_info_from_plcmt_data", get_full_member},
-    };
-    for (const auto &[name, read] : reads) {
-        recorder::debug_mode = false;
-        answer(1, 0x2000015a);
-        EXPECT_EQ(read(), 15u);
-        expect_one_line(of_unknown_action, profile + name);
-        recorder::debug_mode = true;
-        expect_end(read, profile + name, "\\(\\(void \\*\\)0\\)");
-    }
-}
 
 TEST_F(Failure, StateOfAMemberIsNeitherOfTheTwo)
 {

@@ -152,6 +152,8 @@ constexpr Example examples[] = {
     {egress, "eg_intr_md_egress_port", 0x85, 0x1ff, "Egress Port & 0x1ff 0x05 "},
     {egress, "eg_intr_md_egress_port", 0x85, 0x80, "Egress Port & 0x80 0x05 "},
     {trap, "ingMd_bcast", 1, 0xfe, ""},
+    {"l2DmacClassify", "outerEthHdr_dmacStation", 0x123456, 0xffff00,
+     "Ingress Port 0x00 dmac 0000.0012.3456/0000.00ff.ff00 "},
     // Texts that depart from the rest.
     {drop, "ingMd_drop", 0, 1, "!Ingress Port Drop - See ingressPortDropCount  "},
     {drop, "egrMd_routed", 0, 1, "!Routed Drop  "},

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <string>
 
 #include "decoder.h"
@@ -54,16 +55,27 @@ void expect_same(const Outputs &found, const Outputs &expected)
     ADD_FAILURE() << part(found) << "\n" << part(expected);
 }
 
-std::string full_name(const pd::Action &action)
-{
-    return std::string("p4_pd_tessel_switch_") + action.name;
-}
-
 bool is_ternary(const pd::Table &table)
 {
     return std::ranges::any_of(table.key,
                                [](const pd::Field &field) { return field.match == pd::Match::ternary; });
 }
+
+// How an entry is come by.
+enum class Road { by_handle, placed, by_default };
+
+struct Outcome {
+    pd_status status = 0;
+    bool reads_key = true;
+    bool is_default = false;
+    bool reads_list = true;
+    bool reads_action = true;
+    bool frees_list = true;
+    std::string function = ""; // that stands in the log, behind the table's name
+    const char *logged = "\"((void *)0)\" (NULL)";
+
+    static Outcome refused(pd_status status) { return {status, false, false, false, false}; }
+};
 
 class ReadingSweep : public testing::Test {
 protected:
@@ -78,8 +90,8 @@ protected:
     u32 device = 0;
     pd_entry_hdl entry = 0;
     u8 from_hw = 0;
-    u32 turn = 0;      // among the reads of one action
-    u64 allocated = 0; // by the last read
+    bool wants_names = true;
+    u32 turn = 0; // among the reads of one action
 
     // ---- The driver's answer ---------------------------------------------------------------------------
 
@@ -123,259 +135,120 @@ protected:
         scramble_resources(table.name);
     }
 
+    // ---- Calls -----------------------------------------------------------------------------------------
+
+    reflection::EntryResults results()
+    {
+        return {found.key,
+                &found.priority,
+                &found.is_default,
+                wants_names ? found.name : nullptr,
+                found.action,
+                wants_names ? &found.number : nullptr};
+    }
+
+    pd_status read(Road road, const TableFunctions &table)
+    {
+        if (road == Road::by_handle)
+            return table.get_entry(sess, device, entry, from_hw, results());
+        if (road == Road::placed)
+            return table.get_entry_from_plcmt_data(this, results(), found.out());
+        return table.get_default_entry(sess, {device, entry}, from_hw, found.out());
+    }
+
+    // The records as the driver must have got them: zeroed, the buffers beside them.
+    std::string call(Road road, const pd::Table &table) const
+    {
+        const u32 packed = road == Road::placed ? 0 : encoder::packed(table);
+        const std::size_t size = recorder::answer.value.size();
+        const std::string image = size ? std::string(2 * size, '0') : "null";
+        const std::string match = "{value=" + image + " mask=" + image + " partition=0 priority=0 bits=" +
+                                  std::to_string(packed & 0xffff) + " bytes=" + std::to_string(packed >> 16) +
+                                  " reserved=0}";
+        const std::string spec = std::string("{kind=0 bits=0 bytes=") + (road == Road::placed ? "0" : "28") +
+                                 " data=" + std::string(56, '0') + " member=0 group=0 resources=0[]}";
+        if (road == Road::by_handle)
+            return line("pipe_mgr_get_entry", sess, table.handle, pd_dev_target{device, 0xffff}, entry, match,
+                        spec, from_hw, 1, 0);
+        if (road == Road::placed)
+            return line("pipe_mgr_plcmt_mat_data_get_entry", recorder::word(this), match, spec);
+        return line("pipe_mgr_table_get_default_entry", sess, pd_dev_target{device, entry}, table.handle, spec,
+                    from_hw, 1, 0);
+    }
+
     // ---- Expectations ----------------------------------------------------------------------------------
 
-    void expect_key(const pd::Table &table)
+    void expect_key(Road road, const pd::Table &table, bool is_default)
     {
-        if (table.key.empty())
+        if (road == Road::by_default)
             return;
+        if (table.key.empty()) {
+            if (road == Road::placed)
+                expected.is_default = 1;
+            return;
+        }
         std::memset(expected.key, 0, table.record_size);
-        decoder::read_back_key(expected.key, table, key.data());
-        expected.is_default = 0;
+        if (!is_default)
+            decoder::read_back_key(expected.key, table, key.data());
+        expected.is_default = is_default;
         if (is_ternary(table))
             expected.priority = recorder::answer.priority;
     }
 
-    void expect_default_key(const pd::Table &table)
+    void expect_action(Road road, const pd::Action &action)
     {
-        if (table.key.empty())
-            return;
-        std::memset(expected.key, 0, table.record_size);
-        expected.is_default = 1;
-        if (is_ternary(table))
-            expected.priority = recorder::answer.priority;
-    }
-
-    void expect_parameters(u8 *to, const pd::Action &action) const
-    {
+        u8 *const to = road == Road::by_handle ? expected.action : expected.out()->parameters.bytes;
         std::memset(to, 0, action.record_size);
         decoder::read_back_parameters(to, action, parameters.data(), list);
+        if (road != Road::by_handle)
+            expected.out()->action_number = action.number;
+        else if (wants_names) {
+            expected.number = action.number;
+            std::strcpy(expected.name, (std::string("p4_pd_tessel_switch_") + action.name).c_str());
+        }
     }
 
-    void expect_numbered_action(const pd::Action &action)
-    {
-        expected.out()->action_number = action.number;
-        expect_parameters(expected.out()->parameters.bytes, action);
-    }
-
-    // The driver call, and memory taken only when there is a resource. Nothing else is allocated.
-    void expect_steps(const std::string &call, bool reads_list = true, bool frees = true) const
-    {
-        const u32 resources = reads_list ? recorder::answer.resource_count : 0;
-        recorder::Lines lines{call};
-        if (resources)
-            lines.push_back(line("bf_sys_calloc", resources, sizeof(pd_res_ref)));
-        EXPECT_EQ(recorder::lines(), lines);
-        EXPECT_EQ(recorder::live_blocks(), resources && !frees);
-        EXPECT_TRUE(turn == 0 || !recorder::log.empty() || allocated == (resources != 0));
-    }
-
-    static void expect_log(const std::string &condition, const std::string &shown,
-                           const std::string &function)
+    static void expect_log(const std::string &condition, const std::string &function)
     {
         ASSERT_EQ(recorder::log.size(), 1u);
         const recorder::LogLine &logged = recorder::log[0];
         EXPECT_EQ(logged.module, 0);
         EXPECT_EQ(logged.level, 2);
-        const std::string message = "ASSERTION FAILED: \"" + condition + "\" (" + shown + ") from ";
+        const std::string message = "ASSERTION FAILED: " + condition + " from ";
         EXPECT_EQ(logged.format, message + "%s:%d");
         const std::string begin = message + "p4_pd_tessel_switch_" + function + ":";
         ASSERT_EQ(logged.text.substr(0, begin.size()), begin);
         EXPECT_GT(std::stoi(logged.text.substr(begin.size())), 0);
     }
 
-    // ---- Calls -----------------------------------------------------------------------------------------
-
-    // Counts the allocations.
-    template <typename Function>
-    pd_status read(const Function &function)
-    {
-        const u64 before = recorder::allocations;
-        const pd_status status = function();
-        allocated = recorder::allocations - before;
-        return status;
-    }
-
-    pd_status get_entry(const TableFunctions &table, bool wants_names = true)
-    {
-        reflection::EntryResults to = results();
-        if (!wants_names) {
-            to.action_name = nullptr;
-            to.action_number = nullptr;
-        }
-        return read([&] { return table.get_entry(sess, device, entry, from_hw, to); });
-    }
-
-    pd_status get_entry_from_plcmt_data(const TableFunctions &table)
-    {
-        return read([&] { return table.get_entry_from_plcmt_data(this, results(), found.out()); });
-    }
-
-    pd_status get_default_entry(const TableFunctions &table)
-    {
-        return read([&] { return table.get_default_entry(sess, {device, entry}, from_hw, found.out()); });
-    }
-
-    reflection::EntryResults results()
-    {
-        return {found.key, &found.priority, &found.is_default, found.name, found.action, &found.number};
-    }
-
-    // The records as the driver must have got them: zeroed, the buffers beside them.
-    static std::string spec_text(u16 num_bytes)
-    {
-        return "{kind=0 bits=0 bytes=" + std::to_string(num_bytes) + " data=" + std::string(56, '0') +
-               " member=0 group=0 resources=0[]}";
-    }
-
-    static std::string match_text(u32 packed)
-    {
-        const std::size_t size = recorder::answer.value.size();
-        const std::string image = size ? std::string(2 * size, '0') : "null";
-        return "{value=" + image + " mask=" + image + " partition=0 priority=0 bits=" +
-               std::to_string(packed & 0xffff) + " bytes=" + std::to_string(packed >> 16) + " reserved=0}";
-    }
-
-    std::string entry_call(const pd::Table &table) const
-    {
-        return line("pipe_mgr_get_entry", sess, table.handle, pd_dev_target{device, 0xffff}, entry,
-                    match_text(encoder::packed(table)), spec_text(28), from_hw, 1, 0);
-    }
-
-    std::string placement_call() const
-    {
-        return line("pipe_mgr_plcmt_mat_data_get_entry", recorder::word(this), match_text(0), spec_text(0));
-    }
-
-    std::string default_call(const pd::Table &table) const
-    {
-        return line("pipe_mgr_table_get_default_entry", sess, pd_dev_target{device, entry}, table.handle,
-                    spec_text(28), from_hw, 1, 0);
-    }
-
-    // ---- One table or action ---------------------------------------------------------------------------
-
-    void check_entry(const TableFunctions &table, const pd::Binding &binding)
-    {
-        const bool wants_names = random.word() % 2;
-        prepare(*table.row, binding);
-        EXPECT_EQ(get_entry(table, wants_names), 0u);
-        expect_key(*table.row);
-        expect_parameters(expected.action, *binding.action);
-        if (wants_names) {
-            expected.number = binding.action->number;
-            std::strcpy(expected.name, full_name(*binding.action).c_str());
-        }
-        expect_same(found, expected);
-        expect_steps(entry_call(*table.row));
-    }
-
-    void check_placement(const TableFunctions &table, const pd::Binding &binding)
-    {
-        prepare(*table.row, binding);
-        recorder::answer.action_kind = static_cast<u8>(random.word() % 5); // nobody looks at it
-        EXPECT_EQ(get_entry_from_plcmt_data(table), 0u);
-        expect_key(*table.row);
-        if (table.row->key.empty())
-            expected.is_default = 1;
-        expect_numbered_action(*binding.action);
-        expect_same(found, expected);
-        expect_steps(placement_call());
-    }
-
-    // An action that entries alone may have is as unknown here as one of another table.
-    void check_default(const TableFunctions &table, const pd::Binding &binding)
-    {
-        const bool known =
-            binding.default_action || table.row->name == std::string_view("ingressPortMapping");
-        prepare(*table.row, binding);
-        EXPECT_EQ(get_default_entry(table), known ? 0u : 15u);
-        if (known)
-            expect_numbered_action(*binding.action);
-        expect_same(found, expected);
-        expect_steps(default_call(*table.row), true, known);
-    }
-
-    // All three, with whatever `change` makes of the driver's answer; nothing may be written or allocated.
+    // One read of an entry with this action, with whatever `change` makes of the driver's answer. The driver
+    // is called once; memory is taken when there is a resource to list, and nothing else is allocated.
     template <typename Change>
-    void check_untouched(const TableFunctions &table, pd_status status, const Change &change, bool placement)
+    void check(Road road, const TableFunctions &table, const pd::Binding &binding, const Outcome &outcome,
+               const Change &change)
     {
-        const pd::Binding &binding = table.row->actions[0];
+        SCOPED_TRACE(testing::Message() << binding.action->name << " road " << static_cast<int>(road));
         prepare(*table.row, binding);
         change();
-        EXPECT_EQ(get_entry(table), status);
+        const u64 before = recorder::allocations;
+        EXPECT_EQ(read(road, table), outcome.status);
+        const u64 allocated = recorder::allocations - before;
+        const u32 resources = outcome.reads_list ? recorder::answer.resource_count : 0;
+        EXPECT_TRUE(turn == 0 || !recorder::log.empty() || allocated == (resources != 0));
+        if (outcome.reads_key)
+            expect_key(road, *table.row, outcome.is_default);
+        if (outcome.reads_action)
+            expect_action(road, *binding.action);
         expect_same(found, expected);
-        expect_steps(entry_call(*table.row), false);
-        prepare(*table.row, binding);
-        change();
-        EXPECT_EQ(get_default_entry(table), status);
-        expect_same(found, expected);
-        expect_steps(default_call(*table.row), false);
-        EXPECT_TRUE(recorder::log.empty());
-        if (!placement)
-            return;
-        prepare(*table.row, binding);
-        change();
-        EXPECT_EQ(get_entry_from_plcmt_data(table), status);
-        expect_same(found, expected);
-        expect_steps(placement_call(), false);
-        EXPECT_TRUE(recorder::log.empty());
-    }
-
-    void check_unknown_action(const TableFunctions &table, u32 handle)
-    {
-        const std::string name = table.row->name;
-        prepare(*table.row, table.row->actions[0]);
-        recorder::answer.action = handle;
-        EXPECT_EQ(get_entry(table), 15u);
-        expect_key(*table.row);
-        expect_same(found, expected);
-        expect_steps(entry_call(*table.row));
-        expect_log("((void *)0)", "NULL", name + "_get_entry");
-
-        prepare(*table.row, table.row->actions[0]);
-        recorder::answer.action = handle;
-        EXPECT_EQ(get_entry_from_plcmt_data(table), 3u);
-        expect_key(*table.row);
-        if (table.row->key.empty())
-            expected.is_default = 1;
-        expect_same(found, expected);
-        expect_steps(placement_call(), false);
-        expect_log("((void *)0)", "NULL", name + "_get_entry_from_plcmt_data");
-
-        prepare(*table.row, table.row->actions[0]);
-        recorder::answer.action = handle;
-        EXPECT_EQ(get_default_entry(table), 15u);
-        expect_same(found, expected);
-        expect_steps(default_call(*table.row), true, false);
-        EXPECT_TRUE(recorder::log.empty());
-    }
-
-    // The default entry among the entries: no value image, or an empty one.
-    void check_default_among_entries(const TableFunctions &table, bool null_value, bool no_bytes)
-    {
-        const pd::Binding &binding = table.row->actions[0];
-        const auto change = [&] {
-            recorder::answer.null_value = null_value;
-            if (no_bytes)
-                recorder::answer.num_bytes = 0;
-        };
-        prepare(*table.row, binding);
-        change();
-        EXPECT_EQ(get_entry(table), 0u);
-        expect_default_key(*table.row);
-        expect_parameters(expected.action, *binding.action);
-        expected.number = binding.action->number;
-        std::strcpy(expected.name, full_name(*binding.action).c_str());
-        expect_same(found, expected);
-
-        prepare(*table.row, binding);
-        change();
-        EXPECT_EQ(get_entry_from_plcmt_data(table), 0u);
-        expect_default_key(*table.row);
-        expected.is_default = 1; // of a keyless table, too
-        expect_numbered_action(*binding.action);
-        expect_same(found, expected);
+        recorder::Lines lines{call(road, *table.row)};
+        if (resources)
+            lines.push_back(line("bf_sys_calloc", resources, sizeof(pd_res_ref)));
+        EXPECT_EQ(recorder::lines(), lines);
+        EXPECT_EQ(recorder::live_blocks(), resources && !outcome.frees_list);
+        if (outcome.function.empty())
+            EXPECT_TRUE(recorder::log.empty());
+        else
+            expect_log(outcome.logged, table.row->name + outcome.function);
     }
 
     // Runs `check(table)` for every table whose entries carry their action.
@@ -396,54 +269,60 @@ protected:
         EXPECT_EQ(tables, 154u);
     }
 
-    template <typename Check>
-    void each_action(const Check &check)
+    // Each road to each action of each table, several times.
+    void check_actions(Road road, const std::function<Outcome(const TableFunctions &, const pd::Binding &)> &of,
+                       const std::function<void()> &change)
     {
         each_direct_table([&](const TableFunctions &table) {
             for (const pd::Binding &binding : table.row->actions)
                 for (turn = 0; turn < rounds; ++turn) {
-                    SCOPED_TRACE(testing::Message() << binding.action->name << " round " << turn);
-                    check(table, binding);
+                    wants_names = random.word() % 2;
+                    check(road, table, binding, of(table, binding), change);
                 }
         });
     }
 };
 
-TEST_F(ReadingSweep, EveryActionReadsBackByHandle)
-{
-    each_action(
-        [&](const TableFunctions &table, const pd::Binding &binding) { check_entry(table, binding); });
-}
+constexpr Road roads[] = {Road::by_handle, Road::placed, Road::by_default};
 
-TEST_F(ReadingSweep, EveryActionReadsBackFromPlacementData)
+TEST_F(ReadingSweep, EveryActionReadsBack)
 {
-    each_action(
-        [&](const TableFunctions &table, const pd::Binding &binding) { check_placement(table, binding); });
-}
-
-TEST_F(ReadingSweep, EveryDefaultActionReadsBack)
-{
-    each_action(
-        [&](const TableFunctions &table, const pd::Binding &binding) { check_default(table, binding); });
+    const auto good = [](const TableFunctions &, const pd::Binding &) { return Outcome{}; };
+    check_actions(Road::by_handle, good, [] {});
+    check_actions(Road::placed, good, [&] { // nobody looks at the kind
+        recorder::answer.action_kind = static_cast<u8>(random.word() % 5);
+    });
+    // An action that entries alone may have is as unknown here as one of another table.
+    const auto of_default = [](const TableFunctions &table, const pd::Binding &binding) {
+        const bool known =
+            binding.default_action || table.row->name == std::string_view("ingressPortMapping");
+        return known ? Outcome{} : Outcome{.status = 15, .reads_action = false, .frees_list = false};
+    };
+    check_actions(Road::by_default, of_default, [] {});
 }
 
 TEST_F(ReadingSweep, RefusalsOfTheDriverPassThroughAndLeaveEverythingAlone)
 {
     each_direct_table([&](const TableFunctions &table) {
         for (const pd_status status : sweep::statuses)
-            if (status != 0)
-                check_untouched(
-                    table, status, [&] { recorder::status = status; }, true);
+            for (const Road road : roads)
+                if (status != 0)
+                    check(road, table, table.row->actions[0], Outcome::refused(status),
+                          [&] { recorder::status = status; });
     });
 }
 
-// Placement data is read all the same; check_placement shows it.
 TEST_F(ReadingSweep, EntriesOfAnotherKindCannotBeRead)
 {
     each_direct_table([&](const TableFunctions &table) {
         for (const u8 kind : {0, 2, 3, 4, 255})
-            check_untouched(
-                table, 15, [&] { recorder::answer.action_kind = kind; }, false);
+            for (const Road road : {Road::by_handle, Road::by_default}) {
+                Outcome outcome = Outcome::refused(15);
+                outcome.function = road == Road::by_handle ? "_get_entry" : "";
+                outcome.logged = "\"0\" (0)";
+                check(road, table, table.row->actions[0], outcome,
+                      [&] { recorder::answer.action_kind = kind; });
+            }
     });
 }
 
@@ -452,17 +331,31 @@ TEST_F(ReadingSweep, UnknownActions)
     each_direct_table([&](const TableFunctions &table) {
         const auto all = reflection::tables();
         const TableFunctions &other = *all[&table == all[0] ? 1 : 0];
-        for (const u32 handle : {0u, ~0u, other.row->actions[0].handle})
-            check_unknown_action(table, handle);
+        for (const u32 handle : {0u, ~0u, other.row->actions[0].handle}) {
+            const auto change = [&] { recorder::answer.action = handle; };
+            const pd::Binding &binding = table.row->actions[0];
+            Outcome outcome{.status = 15, .reads_action = false, .function = "_get_entry"};
+            check(Road::by_handle, table, binding, outcome, change);
+            outcome = {.status = 15, .reads_action = false, .frees_list = false};
+            check(Road::by_default, table, binding, outcome, change);
+            outcome = {.status = 3, .reads_action = false, .function = "_get_entry_from_plcmt_data"};
+            outcome.reads_list = false;
+            check(Road::placed, table, binding, outcome, change);
+        }
     });
 }
 
+// No value image, or an empty one.
 TEST_F(ReadingSweep, DefaultEntryAmongEntries)
 {
     each_direct_table([&](const TableFunctions &table) {
-        check_default_among_entries(table, true, false);
-        check_default_among_entries(table, false, true);
-        check_default_among_entries(table, true, true);
+        for (const u32 how : {1, 2, 3})
+            for (const Road road : {Road::by_handle, Road::placed})
+                check(road, table, table.row->actions[0], {.is_default = true}, [&] {
+                    recorder::answer.null_value = how & 1;
+                    if (how & 2)
+                        recorder::answer.num_bytes = 0;
+                });
     });
 }
 
@@ -528,7 +421,8 @@ TEST_F(ReadingSweep, EveryActionDecodesAnyData)
             scramble_resources(action->name == std::string_view("setPdpClassCount") ? "pdpPolicy" : "");
             const pipe_action_data data{.num_valid_bits = 0, .num_bytes = 0, .data = image.data()};
             unbuild(&data, list.empty() ? nullptr : list.data(), static_cast<u32>(list.size()), found.action);
-            expect_parameters(expected.action, *action);
+            std::memset(expected.action, 0, action->record_size);
+            decoder::read_back_parameters(expected.action, *action, parameters.data(), list);
             expect_same(found, expected);
         }
     }

@@ -62,17 +62,6 @@ void Text::add_bytes(const u8 *bytes, std::size_t size)
 
 namespace {
 
-// Words of a record as they lie in memory.
-template <typename Word, typename Record>
-void put_words(Text &text, const Record &record)
-{
-    Word words[sizeof record / sizeof(Word)];
-    std::memcpy(words, &record, sizeof words);
-    for (const Word &word : words)
-        text.add("%s%#llx", &word == words ? "{" : " ", static_cast<unsigned long long>(word));
-    text.add("}");
-}
-
 void put_match(Text &text, const pipe_match_spec &match, std::size_t size)
 {
     text.add("{value=");
@@ -167,32 +156,13 @@ void put(Text &text, const pipe_meter_spec &meter)
 
 void put(Text &text, const pipe_stat_data &counts)
 {
-    put_words<u64>(text, counts);
+    text.add("{%#llx %#llx}", static_cast<unsigned long long>(counts.second_count),
+             static_cast<unsigned long long>(counts.first_count));
 }
 
 void put(Text &text, const pipe_stful_value &value)
 {
     text.add_bytes(value.bytes, sizeof value.bytes);
-}
-
-void put(Text &text, const pipe_idle_params &params)
-{
-    put_words<u32>(text, params);
-}
-
-void put(Text &text, const pipe_wred_spec &wred)
-{
-    put_words<u32>(text, wred);
-}
-
-void put(Text &text, const pipe_pvs_property_value &value)
-{
-    put_words<u32>(text, value);
-}
-
-void put(Text &text, const pipe_pvs_property_args &args)
-{
-    put_words<u32>(text, args);
 }
 
 void put(Text &text, const pipe_hash_calc_input_field_attribute &attribute)

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <span>
 #include <string>
 #include <vector>
@@ -49,14 +50,20 @@ void put(Text &text, const pipe_res_spec &resource);
 void put(Text &text, const pipe_meter_spec &meter);
 void put(Text &text, const pipe_stat_data &counts);
 void put(Text &text, const pipe_stful_value &value);
-void put(Text &text, const pipe_idle_params &params);
-void put(Text &text, const pipe_wred_spec &wred);
-void put(Text &text, const pipe_pvs_property_value &value);
-void put(Text &text, const pipe_pvs_property_args &args);
 void put(Text &text, const pipe_hash_calc_input_field_attribute &attribute);
 inline void put(Text &text, const std::string &words)
 {
     put(text, words.c_str());
+}
+// A record of words.
+template <typename Record>
+    requires(std::is_class_v<Record> && std::is_trivially_copyable_v<Record>)
+void put(Text &text, const Record &record)
+{
+    const auto words = std::bit_cast<std::array<u32, sizeof(Record) / sizeof(u32)>>(record);
+    for (std::size_t i = 0; i < words.size(); ++i)
+        text.add("%s%#x", i ? " " : "{", words[i]);
+    text.add("}");
 }
 template <typename T>
 void put(Text &text, const std::vector<T> &list)
@@ -127,7 +134,7 @@ extern pipe_restore_state_cb restore;     // of the last restart
 inline std::string assertion(const char *directory, const std::string &function, const std::string &condition,
                              const std::string &before = "")
 {
-    return "^" + before + "[^\n]*bf_tessel_switch_nat_static/src/" + directory + ":[0-9]+: " + function +
+    return "^" + before + "[^\n]*bf_tessel_switch_nat_static/src/" + directory + ":[1-9][0-9]*: " + function +
            ": Assertion `" + condition + "' failed\\.\n$";
 }
 
