@@ -109,7 +109,7 @@ protected:
     u32 member = 0;
     u32 group = 0;
     u32 cell = 0;
-    u32 action = 0; // as the driver and the store answer
+    u32 action = 0;                 // as the driver and the store answer
     bool counts_allocations = true; // false where the function of a test makes some itself
 
     void SetUp() override { start(first_state); }
@@ -160,7 +160,8 @@ protected:
         const u64 before = recorder::allocations; // the first run may have had to find functions
         run(0, 0, function);
         EXPECT_TRUE(!counts_allocations || !recorder::log.empty() ||
-                    recorder::allocations - before == static_cast<u64>(std::ranges::count_if(steps, &Step::takes_memory)));
+                    recorder::allocations - before ==
+                        static_cast<u64>(std::ranges::count_if(steps, &Step::takes_memory)));
         for (std::size_t i = 0; i < steps.size(); ++i)
             for (const pd_status status : {1u, 0xffffffffu})
                 if (steps[i].failure != Failure::untested) {

@@ -32,8 +32,8 @@ Key encode_key(const pd::Table &table, const void *record, u32 priority);
 
 Bytes encode_data(const pd::Action &action, const void *record);
 
-// The records of a key, of a member's action (no kind, no resources) and of an entry's action as they stand in
-// a line; `family` decides on indices and absent meters.
+// The records of a key, of a member's action (no kind, no resources) and of an entry's action as they stand
+// in a line; `family` decides on indices and absent meters.
 enum class Family { add, modify, set_default };
 std::string match_text(const pd::Table &table, const void *record, u32 priority);
 std::string member_text(const pd::Action &action, const void *record);

@@ -10,13 +10,13 @@
 
 namespace {
 
+using encoder::Family;
+using recorder::line;
 using reflection::ActionFunctions;
 using reflection::EntryArguments;
 using reflection::TableFunctions;
 using sweep::Bytes;
 using sweep::seed;
-using recorder::line;
-using encoder::Family;
 
 constexpr int rounds = 8;
 
@@ -133,9 +133,9 @@ protected:
 
     void check_search(const TableFunctions &table)
     {
-        check_handle(line("pipe_mgr_match_spec_to_ent_hdl", sess, target, table.row->handle,
-                          key_text(*table.row), 0),
-                     [&](u32 *to) { return table.match_spec_to_entry_hdl(sess, target, with, to); });
+        check_handle(
+            line("pipe_mgr_match_spec_to_ent_hdl", sess, target, table.row->handle, key_text(*table.row), 0),
+            [&](u32 *to) { return table.match_spec_to_entry_hdl(sess, target, with, to); });
     }
 
     // Runs `check()` several times for each action of each table that `counts(action)`; how many there are.

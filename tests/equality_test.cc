@@ -164,7 +164,7 @@ protected:
             recorder::forget();
             return table.text.plcmt_data_eq_to_hw(5, 6, random.word(), 7, this, msg);
         });
-        texts::expect_read(5, 6, table.row->handle, 7, 1);
+        texts::expect_read(recorder::last(), 5, 6, table.row->handle, 7, 1);
         EXPECT_EQ(text, difference_of([&](char *msg) {
                       recorder::forget();
                       return PD(plcmt_data_eq_to_hw)(5, 6, table.row->handle, 7, this, random.word(), msg);

@@ -90,8 +90,7 @@ TEST_F(Examples, ExactKeysAreNotClipped)
                                                 .ingMd_ingL2Domain = 0xf123,
                                                 .ingMd_ingL2Aintf = 0xaafabcde};
     PD(l2LearningLookup_table_add_with_noOp)(sess, target, &key, 30000, &entry);
-    expect_key("0180c2000003f123fabcde", "ffffffffffffffffffffff",
-               "partition=0 priority=0 bits=80 bytes=11");
+    expect_key("0180c2000003f123fabcde", "ffffffffffffffffffffff", "partition=0 priority=0 bits=80 bytes=11");
     expect_part("data=- member=0 group=0 resources=0[]}, 0x7530, 0)"); // the time to live
 }
 
@@ -142,8 +141,8 @@ TEST_F(Examples, Prefixes)
     expect_key("0720010db8ffff0607ff090a0b0c0d0e0f", std::string(34, 'f'),
                "partition=0 priority=0x89 bits=136 bytes=17");
     // A partition goes to a word of its own.
-    const PD(ipv4FinalResolve0_match_spec_t)
-        in_partition{.fibV4ResultX_partIdx = 0xfedc, .ingIpv4_dip = 0x0a010203, .ingIpv4_dip_prefix_length = 20};
+    const PD(ipv4FinalResolve0_match_spec_t) in_partition{
+        .fibV4ResultX_partIdx = 0xfedc, .ingIpv4_dip = 0x0a010203, .ingIpv4_dip_prefix_length = 20};
     PD(ipv4FinalResolve0_match_spec_to_entry_hdl)(sess, target, &in_partition, &entry);
     expect_key("00000a010000", "0000fffff000", "partition=0xfedc priority=0xc bits=48 bytes=6");
 }
@@ -258,11 +257,14 @@ TEST(Catalogue, SizesOfImages)
     const auto keys = facts("key"), data = facts("data");
     EXPECT_EQ(keys.size(), 141u);
     EXPECT_EQ(data.size(), 156u);
-    const auto number = [](const std::string &text) { return static_cast<u32>(std::stoul(text, nullptr, 0)); };
+    const auto number = [](const std::string &text) {
+        return static_cast<u32>(std::stoul(text, nullptr, 0));
+    };
     for (const auto &[name, fact] : keys)
         EXPECT_EQ(encoder::packed(*reflection::find_table(name)->row), number(fact[0])) << name;
     for (const pd::Action *action : reflection::actions())
-        EXPECT_EQ(encoder::packed(*action), data.contains(action->name) ? number(data.at(action->name)[0]) : 0)
+        EXPECT_EQ(encoder::packed(*action),
+                  data.contains(action->name) ? number(data.at(action->name)[0]) : 0)
             << action->name;
 }
 

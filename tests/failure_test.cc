@@ -33,7 +33,8 @@ namespace {
 
 using testing::KilledBySignal;
 
-std::string assertion(const std::string &function, const std::string &condition, const std::string &before = "")
+std::string assertion(const std::string &function, const std::string &condition,
+                      const std::string &before = "")
 {
     return recorder::assertion("pd", function, condition, before);
 }
@@ -58,9 +59,10 @@ TEST_F(Failure, RegistrationRefused)
         recorder::debug_mode = debug_mode;
         recorder::failing_call = 6;
         recorder::failing_status = 1;
-        EXPECT_EXIT(p4_pd_tessel_switch_init(), KilledBySignal(SIGABRT),
-                    assertion("p4_pd_tessel_switch_init", "r == BF_SUCCESS",
-                              "p4_pd_ms_init\\(\\)\n(p4_pd_ms_init_state\\(\\)\n){4}bf_drv_register[^\n]*\n"));
+        EXPECT_EXIT(
+            p4_pd_tessel_switch_init(), KilledBySignal(SIGABRT),
+            assertion("p4_pd_tessel_switch_init", "r == BF_SUCCESS",
+                      "p4_pd_ms_init\\(\\)\n(p4_pd_ms_init_state\\(\\)\n){4}bf_drv_register[^\n]*\n"));
     }
 }
 
@@ -170,8 +172,8 @@ TEST_F(Failure, BadMeterTypeInAnAddIsLoggedAndCountsAsColourAware)
 
 // ---- Answers that cannot be read ------------------------------------------------------------------------
 
-// A read of pdpPolicy, of the keyless queueCounters or of a member: what it does with debug mode off the sweeps
-// tell.
+// A read of pdpPolicy, of the keyless queueCounters or of a member: what it does with debug mode off the
+// sweeps tell.
 struct Read {
     const char *function;
     pd_status (*read)();
@@ -203,9 +205,7 @@ const Read reads[] = {
     {"queueCounters_get_entry", get_entry_of_keyless_table, 2, 0x20000148, 15},
     {"queueCounters_get_entry", get_entry_of_keyless_table, 1, 0x20000145, 15},
     {"pdpPolicy_get_entry_from_plcmt_data",
-     [] {
-         return p4_pd_tessel_switch_pdpPolicy_get_entry_from_plcmt_data(nullptr, &key, &out, &is_default);
-     },
+     [] { return p4_pd_tessel_switch_pdpPolicy_get_entry_from_plcmt_data(nullptr, &key, &out, &is_default); },
      1, 0x20000148, 3},
     {"ecmpMemberActionProfile_get_member",
      [] { return p4_pd_tessel_switch_ecmpMemberActionProfile_get_member(1, 2, 3, 0, &member_action); }, 1,
@@ -213,7 +213,7 @@ const Read reads[] = {
     {"ecmpMemberActionProfile_get_member_from_plcmt_data",
      [] {
          return p4_pd_tessel_switch_ecmpMemberActionProfile_get_member_from_plcmt_data(nullptr,
-                                                                                        &member_action);
+                                                                                       &member_action);
      },
      1, 0x2000015a, 15},
     {"ecmpMemberActionProfile_get_full_member_info_from_plcmt_data",

@@ -131,8 +131,9 @@ protected:
     static std::string match_text(u32 packed)
     {
         const std::string image(2 * recorder::answer.value.size(), '0');
-        return "{value=" + image + " mask=" + image + " partition=0 priority=0 bits=" +
-               std::to_string(packed & 0xffff) + " bytes=" + std::to_string(packed >> 16) + " reserved=0}";
+        return "{value=" + image + " mask=" + image +
+               " partition=0 priority=0 bits=" + std::to_string(packed & 0xffff) +
+               " bytes=" + std::to_string(packed >> 16) + " reserved=0}";
     }
     static std::string spec_text(const std::string &data)
     {
@@ -156,8 +157,9 @@ TEST_F(IndirectEntries, TheStoreTellsTheActionThenTheDriverIsCalled)
                               {call}},
                              function);
             };
-            expect_write(line("pipe_mgr_mat_ent_add", sess, target, mat, key_text(*table.row), action, text, 0, 0),
-                         [&] { return functions.add(sess, target, with, member, &result); });
+            expect_write(
+                line("pipe_mgr_mat_ent_add", sess, target, mat, key_text(*table.row), action, text, 0, 0),
+                [&] { return functions.add(sess, target, with, member, &result); });
             EXPECT_EQ(std::exchange(result, 0), recorder::answer.entry);
             expect_write(line("pipe_mgr_mat_ent_set_action_by_match_spec", sess, target, mat,
                               key_text(*table.row), action, text, 0),
@@ -196,10 +198,9 @@ TEST_F(IndirectEntries, AreReadBack)
                                   }),
                               status);
                     const std::string match = match_text(encoder::packed(*table.row));
-                    EXPECT_EQ(recorder::lines(),
-                              Lines{line("pipe_mgr_get_entry", sess, table.row->handle,
-                                         pd_dev_target{device, 0xffff}, entry, match, spec_text("null"),
-                                         from_hw, 1, 0)});
+                    EXPECT_EQ(recorder::lines(), Lines{line("pipe_mgr_get_entry", sess, table.row->handle,
+                                                            pd_dev_target{device, 0xffff}, entry, match,
+                                                            spec_text("null"), from_hw, 1, 0)});
                     Outputs expected;
                     if (status == 0) {
                         expected = expect_key(*table.row);
@@ -215,9 +216,8 @@ TEST_F(IndirectEntries, AreReadBack)
                                                                                        found.to);
                                   }),
                               status);
-                    EXPECT_EQ(recorder::lines(),
-                              Lines{line("pipe_mgr_plcmt_mat_data_get_entry", word(this), match_text(0),
-                                         spec_text(std::string(56, '0')))});
+                    EXPECT_EQ(recorder::lines(), Lines{line("pipe_mgr_plcmt_mat_data_get_entry", word(this),
+                                                            match_text(0), spec_text(std::string(56, '0')))});
                     expected = {};
                     if (status == 0) {
                         expected = expect_key(*table.row);

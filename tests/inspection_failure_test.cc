@@ -10,7 +10,8 @@ namespace {
 
 using testing::KilledBySignal;
 
-std::string assertion(const std::string &function, const std::string &condition, const std::string &before = "")
+std::string assertion(const std::string &function, const std::string &condition,
+                      const std::string &before = "")
 {
     return recorder::assertion("pd_tessel", "p4_pd_tessel_switch_" + function, condition, before);
 }

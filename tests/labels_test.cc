@@ -216,7 +216,7 @@ TEST_F(Labels, EntriesOfTheChip)
         const auto by_entry = [&] {
             const std::string text =
                 text_of([&](char *buf) { return table.text.stringify_counter_match_spec(5, 6, 7, buf); });
-            texts::expect_read(5, 6, handle, 7, 1);
+            texts::expect_read(recorder::last(), 5, 6, handle, 7, 1);
             EXPECT_EQ(by_handle(), text);
             return text;
         };

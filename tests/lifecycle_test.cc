@@ -49,10 +49,10 @@ protected:
 TEST_F(Lifecycle, StartRegistersInOrder)
 {
     EXPECT_EQ(handle_before_start, 0u);
-    EXPECT_EQ(started,
-              (Events{"p4_pd_ms_init()", "p4_pd_ms_init_state()", "p4_pd_ms_init_state()", "p4_pd_ms_init_state()",
-                      "p4_pd_ms_init_state()", "bf_drv_register(p4_pd_tessel_switch_pd)",
-                      "bf_drv_client_register_callbacks(0x77, 0x2)"}));
+    EXPECT_EQ(started, (Events{"p4_pd_ms_init()", "p4_pd_ms_init_state()", "p4_pd_ms_init_state()",
+                               "p4_pd_ms_init_state()", "p4_pd_ms_init_state()",
+                               "bf_drv_register(p4_pd_tessel_switch_pd)",
+                               "bf_drv_client_register_callbacks(0x77, 0x2)"}));
     EXPECT_EQ(bf_drv_hdl, 0x77u);
 
     pd_word words[31];
@@ -107,10 +107,11 @@ TEST_F(Lifecycle, RemovalDropsEveryStateWhateverTheStoreSays)
         recorder::forget();
         recorder::status = status;
         EXPECT_EQ(recorder::callbacks.device_remove(7), 0u);
-        EXPECT_EQ(recorder::lines(),
-                  (Events{"p4_pd_ms_destroy_state_for_dev(0x1, 0x7)", "p4_pd_ms_destroy_state_for_dev(0x2, 0x7)",
-                          "p4_pd_ms_destroy_state_for_dev(0x3, 0x7)", "p4_pd_ms_destroy_state_for_dev(0x4, 0x7)",
-                          "p4_pd_ms_destroy_txn_state_for_dev(0x7)"}));
+        EXPECT_EQ(
+            recorder::lines(),
+            (Events{"p4_pd_ms_destroy_state_for_dev(0x1, 0x7)", "p4_pd_ms_destroy_state_for_dev(0x2, 0x7)",
+                    "p4_pd_ms_destroy_state_for_dev(0x3, 0x7)", "p4_pd_ms_destroy_state_for_dev(0x4, 0x7)",
+                    "p4_pd_ms_destroy_txn_state_for_dev(0x7)"}));
     }
 }
 
@@ -120,9 +121,9 @@ TEST_F(Lifecycle, LogWritesTheDocumentAndRestoreReadsIt)
     const Document document(cJSON_CreateObject());
     EXPECT_EQ(recorder::callbacks.device_log(7, document.get()), 0u);
     EXPECT_EQ(recorder::lines(), (Events{"p4_pd_ms_log_state(0x7, 0x1, egrMirrorLagPortActionProfile)",
-                                        "p4_pd_ms_log_state(0x7, 0x2, ecmpMemberActionProfile)",
-                                        "p4_pd_ms_log_state(0x7, 0x3, mirrorLagPortActionProfile)",
-                                        "p4_pd_ms_log_state(0x7, 0x4, lagPortActionProfile)"}));
+                                         "p4_pd_ms_log_state(0x7, 0x2, ecmpMemberActionProfile)",
+                                         "p4_pd_ms_log_state(0x7, 0x3, mirrorLagPortActionProfile)",
+                                         "p4_pd_ms_log_state(0x7, 0x4, lagPortActionProfile)"}));
     const std::unique_ptr<char, decltype(&cJSON_free)> text(cJSON_PrintUnformatted(document.get()),
                                                             cJSON_free);
     EXPECT_STREQ(text.get(), R"({"name":"tessel_switch","act_profs":[)"

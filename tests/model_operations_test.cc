@@ -36,8 +36,8 @@ struct Operation {
     bool has_device = true; // one that can be unknown
 };
 
-// Something of everything: entry 1 of each table and its default, members 1 and 2, group 1 with member 1, empty
-// group 2.
+// Something of everything: entry 1 of each table and its default, members 1 and 2, group 1 with member 1,
+// empty group 2.
 class World {
 public:
     World()
@@ -53,7 +53,8 @@ public:
         pipe_mgr_pvs_set_property(1, 0, set, 1, {5, 0}, {6, 0, 0});
         bf_snapshot_create(0, 0, 0, 1, 0, word(&snapshot));
         EXPECT_NE(snapshot, 0u);
-        ts_model_set_trace([](const char *line, void *to) { *static_cast<std::string *>(to) = line; }, &traced);
+        ts_model_set_trace([](const char *line, void *to) { *static_cast<std::string *>(to) = line; },
+                           &traced);
     }
     ~World()
     {
@@ -67,7 +68,6 @@ public:
     std::string traced; // the last line
 
 private:
-
     u8 bytes[2048] = {0, 2, 3, 4, 5, 6}, image_mask[64]{};
     u32 words[8]{}, snapshot = 0;
     pipe_stat_data counts{}, *counts_place = &counts;
@@ -110,8 +110,8 @@ private:
     {
         action_of(table)->resource_count = attached != 0;
         spec.resources[0] = resource;
-        EXPECT_EQ(pipe_mgr_mat_ent_add(1, {0, PIPE_ALL_PIPES}, table.handle, key_of(table, last), table.action,
-                                       &spec, 9, 0, words),
+        EXPECT_EQ(pipe_mgr_mat_ent_add(1, {0, PIPE_ALL_PIPES}, table.handle, key_of(table, last),
+                                       table.action, &spec, 9, 0, words),
                   TS_MODEL_OK);
     }
     pd_word request_of(u32 device)
@@ -128,8 +128,14 @@ private:
         (void)table;                                                                                         \
         return __VA_ARGS__;                                                                                  \
     }
-#define OF(name, table, ...) {#name, table, CALL(name(__VA_ARGS__))}
-#define ANYWHERE(name, table, ...) {#name, table, CALL(name(__VA_ARGS__)), false}
+#define OF(name, table, ...)                                                                                 \
+    {                                                                                                        \
+#name, table, CALL(name(__VA_ARGS__))                                                                \
+    }
+#define ANYWHERE(name, table, ...)                                                                           \
+    {                                                                                                        \
+#name, table, CALL(name(__VA_ARGS__)), false                                                         \
+    }
 
 // clang-format off
 std::vector<Operation> World::all()

@@ -80,15 +80,16 @@ std::string read(u32 table, pd_entry_hdl entry, u8 from_hw = 0, u16 key_room = 8
     pipe_action_spec spec{};
     spec.action_data = {0, data_room, data};
     u32 action = 0;
-    const pd_status status = pipe_mgr_get_entry(1, table, target, entry, &match, &spec, &action, from_hw, 1, 0);
+    const pd_status status =
+        pipe_mgr_get_entry(1, table, target, entry, &match, &spec, &action, from_hw, 1, 0);
     if (status)
         return std::to_string(status);
     EXPECT_EQ(match.match_value == nullptr, entry == TS_MODEL_DEFAULT_ENTRY);
     const auto image = [](const u8 *bytes, u32 count) { return hex(Bytes(bytes, bytes + count)); };
     return image(value, match.num_bytes) + " " + image(mask, match.num_bytes) + " " +
            std::to_string(match.priority) + " " + std::to_string(action & 0xff) + " " +
-           std::to_string(spec.action_data.num_valid_bits) + " " +
-           image(data, spec.action_data.num_bytes) + " " + std::to_string(spec.action_kind);
+           std::to_string(spec.action_data.num_valid_bits) + " " + image(data, spec.action_data.num_bytes) +
+           " " + std::to_string(spec.action_kind);
 }
 
 class Model : public testing::Test {
@@ -145,8 +146,8 @@ TEST_F(Model, RefusesWhatTheProgramDoesNotHave)
     for (const Case &one : cases) {
         Request request = exact_request(1);
         one.spoil(request);
-        EXPECT_EQ(pipe_mgr_mat_ent_add(1, target, exact.handle, &request.match, one.action, &request.spec, 0, 0,
-                                       &entry),
+        EXPECT_EQ(pipe_mgr_mat_ent_add(1, target, exact.handle, &request.match, one.action, &request.spec, 0,
+                                       0, &entry),
                   TS_MODEL_BAD_ARGUMENT)
             << one.what;
     }
@@ -168,7 +169,8 @@ TEST_F(Model, RefusesWhatTheProgramDoesNotHave)
     EXPECT_EQ(ts_model_lookup(0, exact.handle, tagged.value.data(), 3, 0, &hit), TS_MODEL_BAD_ARGUMENT);
 }
 
-// An action may stand in entries, be the default, or both; with none that may, the only action is the default.
+// An action may stand in entries, be the default, or both; with none that may, the only action is the
+// default.
 TEST_F(Model, TakesOfActionsWhatTheProgramHas)
 {
     u32 defaults = 0, entries = 0;
@@ -198,7 +200,8 @@ TEST_F(Model, TakesOfActionsWhatTheProgramHas)
     EXPECT_EQ(defaults, 172u);
     EXPECT_EQ(entries, 404u);
     // The program's default: the first by name among those that may be it.
-    EXPECT_EQ(read(reflection::find_table("normalizeDscp")->row->handle, TS_MODEL_DEFAULT_ENTRY), "  0 167 0  1");
+    EXPECT_EQ(read(reflection::find_table("normalizeDscp")->row->handle, TS_MODEL_DEFAULT_ENTRY),
+              "  0 167 0  1");
     EXPECT_EQ(read(exact.handle, TS_MODEL_DEFAULT_ENTRY), "  0 0 33 000000000000 1");
     EXPECT_EQ(read(indirect.handle, TS_MODEL_DEFAULT_ENTRY), "  0 0 0  0");
 }
@@ -374,7 +377,8 @@ void note(u32 device_id, u32 table, const void *update, pd_word cookie)
     const std::string handle = told.entry == TS_MODEL_DEFAULT_ENTRY ? "default" : std::to_string(told.entry);
     char text[200];
     std::snprintf(text, sizeof text, "%u %#x %u %s %#x [%s] [%s]", device_id, table, told.kind,
-                  handle.c_str(), told.action, hex(Bytes(contents.value, contents.value + contents.key_bytes)).c_str(),
+                  handle.c_str(), told.action,
+                  hex(Bytes(contents.value, contents.value + contents.key_bytes)).c_str(),
                   hex(Bytes(contents.data, contents.data + contents.data_bytes)).c_str());
     reinterpret_cast<Lines *>(cookie)->push_back(text);
 }
@@ -433,14 +437,11 @@ TEST_F(Model, ACallbackRunsBehindTheTraceLineAndMayCallTheDriver)
         EXPECT_EQ(pipe_mgr_mat_ent_del(1, device_id, table, told.entry, 0), TS_MODEL_OK);
     };
     listen(1, leave, nullptr);
-    ts_model_set_trace(
-        [](const char *line, void *to) {
-            static_cast<Lines *>(to)->emplace_back(line, std::strchr(line, '('));
-        },
-        &lines);
+    ts_model_set_trace([](const char *line,
+                          void *to) { static_cast<Lines *>(to)->emplace_back(line, std::strchr(line, '(')); },
+                       &lines);
     must_add(exact, exact_request(1));
-    EXPECT_EQ(lines,
-              (Lines{"pipe_mgr_mat_ent_add", "pipe_register_mat_update_cb", "pipe_mgr_mat_ent_del"}));
+    EXPECT_EQ(lines, (Lines{"pipe_mgr_mat_ent_add", "pipe_register_mat_update_cb", "pipe_mgr_mat_ent_del"}));
 }
 
 TEST_F(Model, ThreadsMayRegisterReadAndChangeOneTable)

@@ -208,7 +208,8 @@ TEST_F(Hashes, ChoicesAreNumberZeroOrHandleZero)
 TEST_F(Hashes, AttributesAreSet)
 {
     const hash_input_field_attribute attributes[] = {{0xffffffff, 2, cookie}, {4, 0x80000000, 6}};
-    const std::string list = "[{0xffffffff 0 0 0 0x2 " + recorder::text_of(cookie) + "} {0x4 0 0 0x5 0x80000000 0x6}]";
+    const std::string list =
+        "[{0xffffffff 0 0 0 0x2 " + recorder::text_of(cookie) + "} {0x4 0 0 0x5 0x80000000 0x6}]";
     each_hash([&](const reflection::HashFunctions &hash, u32 calc, u32 input, u32) {
         const char *operation = "pipe_mgr_hash_calc_input_field_attribute_set";
         for (const u32 number : {0u, 1u}) {
@@ -260,12 +261,12 @@ TEST_F(Hashes, AttributesAreCountedAndRead)
                 [&] { return count_them(number); });
             EXPECT_EQ(count, 42u);
             for (const u32 capacity : {3u, 1u}) {
-                expect_steps(
-                    {current,
-                     {line("bf_sys_calloc", capacity, sizeof(pipe_hash_calc_input_field_attribute)), Failure::untested},
-                     {line("pipe_mgr_hash_calc_input_field_attribute_get", sess, device, calc, handle,
-                           capacity, 0)}},
-                    [&] { return read(number, capacity); });
+                expect_steps({current,
+                              {line("bf_sys_calloc", capacity, sizeof(pipe_hash_calc_input_field_attribute)),
+                               Failure::untested},
+                              {line("pipe_mgr_hash_calc_input_field_attribute_get", sess, device, calc,
+                                    handle, capacity, 0)}},
+                             [&] { return read(number, capacity); });
                 EXPECT_EQ(count, std::min(capacity, 2u));
             }
             expect_steps({current}, [&] { return read(number, 0); });
@@ -339,14 +340,13 @@ protected:
             widths.push_back(field.width);
         }
         const std::size_t size = stream.size() / 2;
-        expect_steps(
-            {{line("bf_sys_calloc", size, 1), Failure::untested},
-             {line("pipe_mgr_hash_calc_calculate_hash_value", sess, device, calc,
-                   stream.empty() ? "-" : stream, size, word(value), 99)}},
-            [&] {
-                return hash.calculate_hash_value(sess, device, static_cast<u32>(fields.size()),
-                                                 attributes.data(), widths.data(), value, 99);
-            });
+        expect_steps({{line("bf_sys_calloc", size, 1), Failure::untested},
+                      {line("pipe_mgr_hash_calc_calculate_hash_value", sess, device, calc,
+                            stream.empty() ? "-" : stream, size, word(value), 99)}},
+                     [&] {
+                         return hash.calculate_hash_value(sess, device, static_cast<u32>(fields.size()),
+                                                          attributes.data(), widths.data(), value, 99);
+                     });
     }
 
     Field random_field(bool clean)
@@ -504,11 +504,10 @@ TEST_F(Snapshots, CapturesComeBackAsTheyAre)
                     EXPECT_EQ(text(found[i]), text(expected)) << "stage " << i;
                 }
             };
-            expect_steps(
-                {{line("bf_snapshot_capture_phv_fields_dict_size", 0x12), Failure::ignored},
-                 {line("bf_sys_calloc", 1, total)},
-                 {line("bf_snapshot_capture_get", 0x12, cookie, 34, 0), Failure::tells}},
-                get);
+            expect_steps({{line("bf_snapshot_capture_phv_fields_dict_size", 0x12), Failure::ignored},
+                          {line("bf_sys_calloc", 1, total)},
+                          {line("bf_snapshot_capture_get", 0x12, cookie, 34, 0), Failure::tells}},
+                         get);
             expect_records(records); // of the last run, in which the driver failed
             EXPECT_EQ(run(0, 0, get), 0u);
             expect_records(records);

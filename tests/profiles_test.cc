@@ -78,12 +78,13 @@ TEST_F(Profiles, AddTellsTheDriverThenTheStore)
     each_profile([&](const ProfileFunctions &profile, const ProfileFacts &facts, pd_word state) {
         each_action(profile, facts, [&](const MemberFunctions &functions, const ActionFacts &action) {
             pd_mbr_hdl added = 0;
-            expect_steps({{line("pipe_mgr_adt_ent_add", sess, target, facts.table, action.handle, 0,
-                                encode(functions, action), 0)},
-                          {line("p4_pd_ms_new_mbr", sess, state, device, recorder::answer.entry), Failure::ignored},
-                          {line("p4_pd_ms_set_mbr_act", state, device, recorder::answer.entry, action.handle),
-                           Failure::ignored}},
-                         [&] { return functions.add(sess, target, parameters.data(), &added); });
+            expect_steps(
+                {{line("pipe_mgr_adt_ent_add", sess, target, facts.table, action.handle, 0,
+                       encode(functions, action), 0)},
+                 {line("p4_pd_ms_new_mbr", sess, state, device, recorder::answer.entry), Failure::ignored},
+                 {line("p4_pd_ms_set_mbr_act", state, device, recorder::answer.entry, action.handle),
+                  Failure::ignored}},
+                [&] { return functions.add(sess, target, parameters.data(), &added); });
             EXPECT_EQ(added, recorder::answer.entry);
         });
     });
@@ -117,8 +118,9 @@ TEST_F(Profiles, MembersAreReadBack)
             const Output expected = expect_output(functions, action);
             Output found;
             const u8 from_hw = static_cast<u8>(random.word());
-            std::vector<Step> steps{{line("pipe_mgr_get_action_data_entry", facts.table,
-                                          pd_dev_target{device, 0xffff}, member, "bits=0 bytes=28" + zeroes, from_hw)}};
+            std::vector<Step> steps{
+                {line("pipe_mgr_get_action_data_entry", facts.table, pd_dev_target{device, 0xffff}, member,
+                      "bits=0 bytes=28" + zeroes, from_hw)}};
             const Step resources{line("p4_pd_ms_mbr_get_res", state, device, member), Failure::ignored};
             if (action.packed)
                 steps.push_back(resources);
@@ -220,9 +222,10 @@ TEST_F(Profiles, ChangesTellTheDriverThenTheStore)
         expect_steps({{line("pipe_mgr_adt_ent_del", sess, device, facts.table, member, 0u)},
                       {line("p4_pd_ms_del_mbr", sess, state, device, member), Failure::ignored}},
                      [&] { return profile.del_member(sess, device, member); });
-        expect_steps({{line("pipe_mgr_sel_grp_add", sess, target, sel, 0u, size, 0xdeadbeef, 0u)},
-                      {line("p4_pd_ms_new_grp", sess, state, device, recorder::answer.entry), Failure::ignored}},
-                     [&] { return profile.create_group(sess, target, size, &created); });
+        expect_steps(
+            {{line("pipe_mgr_sel_grp_add", sess, target, sel, 0u, size, 0xdeadbeef, 0u)},
+             {line("p4_pd_ms_new_grp", sess, state, device, recorder::answer.entry), Failure::ignored}},
+            [&] { return profile.create_group(sess, target, size, &created); });
         EXPECT_EQ(created, recorder::answer.entry);
         expect_steps({{line("p4_pd_ms_get_mbr_act", state, device, member)},
                       {line("pipe_mgr_sel_grp_mbr_add", sess, device, sel, group, action, member, 0u)},
@@ -304,18 +307,17 @@ TEST_F(Profiles, TheRestIsHandedOn)
         u32 result = 0, list[4] = {};
         // What counts and walks for entries does so for members and groups.
         const auto expect_walk = [&](u32 table, const auto &count, const auto &first, const auto &next) {
-            expect_forwards(
-                {{line("pipe_mgr_get_entry_count", sess, target, table, 0),
-                  [&] { return count(sess, target, &result); }},
-                 {line("pipe_mgr_get_first_entry_handle", sess, table, target),
-                  [&] { return first(sess, target, &result); }},
-                 {line("pipe_mgr_get_next_entry_handles", sess, table, target, member, 3), [&] {
-                      recorder::answer.numbers = {7, 8, 9, 10};
-                      list[0] = 0;
-                      const pd_status status = next(sess, target, member, 3, list);
-                      EXPECT_EQ(list[0], 7u);
-                      return status;
-                  }}});
+            expect_forwards({{line("pipe_mgr_get_entry_count", sess, target, table, 0),
+                              [&] { return count(sess, target, &result); }},
+                             {line("pipe_mgr_get_first_entry_handle", sess, table, target),
+                              [&] { return first(sess, target, &result); }},
+                             {line("pipe_mgr_get_next_entry_handles", sess, table, target, member, 3), [&] {
+                                  recorder::answer.numbers = {7, 8, 9, 10};
+                                  list[0] = 0;
+                                  const pd_status status = next(sess, target, member, 3, list);
+                                  EXPECT_EQ(list[0], 7u);
+                                  return status;
+                              }}});
         };
         expect_walk(facts.table, profile.get_act_prof_entry_count, profile.get_first_member,
                     profile.get_next_members);
@@ -385,18 +387,23 @@ TEST_F(Profiles, ExportedFunctionsTakeTheirArgumentsInThisOrder)
     p4_pd_tessel_switch_lagPortActionProfile_get_full_member_info_from_plcmt_data(2, 5, nullptr, &read);
     p4_pd_tessel_switch_lagPortActionProfile_modify_member_with_setTunnelInfo(1, 2, 5);
     p4_pd_tessel_switch_lagPortActionProfile_del_member(1, 2, 5);
-    EXPECT_EQ(recorder::lines(),
-              (Lines{"p4_pd_ms_get_mbr_act(0x54, 0x2, 0x5)", "pipe_mgr_sel_grp_mbr_add(0x1, 0x2, 0x3000003, 0x4, 0x9, 0x5, 0)",
-                     "p4_pd_ms_add_mbr_to_grp(0x1, 0x54, 0x2, 0x5, 0x4)", "p4_pd_ms_set_grp_act(0x54, 0x2, 0x4, 0x9)",
-                     "pipe_mgr_sel_grp_mbr_del(0x1, 0x2, 0x3000003, 0x4, 0x5, 0)", "p4_pd_ms_del_mbr_from_grp(0x1, 0x54, 0x2, 0x5, 0x4)",
-                     "pipe_mgr_sel_grp_mbr_enable(0x1, 0x2, 0x3000003, 0x4, 0x5, 0)",
-                     "pipe_mgr_sel_grp_mbr_state_get(0x1, 0x2, 0x3000003, 0x4, 0x5)",
-                     "pipe_mgr_get_next_group_members(0x1, 0x3000003, 0x2, 0x4, 0x5, 0x6)",
-                     "pipe_mgr_sel_grp_mbr_get_from_hash(0x1, 0x2, 0x3000003, 0x4, 0x5, 0x6, 0x7)",
-                     "pipe_mgr_sel_fallback_mbr_set(0x1, 0x2:0x3, 0x3000003, 0x5, 0)",
-                     "pipe_mgr_sel_fallback_mbr_reset(0x1, 0x2:0x3, 0x3000003, 0)",
-                     line("pipe_mgr_plcmt_adt_data_get_entry", 0u, "bits=0 bytes=0" + zeroes), "p4_pd_ms_get_mbr_act(0x54, 0x2, 0x5)",
-                     "pipe_mgr_adt_ent_del(0x1, 0x2, 0x2000037, 0x5, 0)", "p4_pd_ms_del_mbr(0x1, 0x54, 0x2, 0x5)"}));
+    EXPECT_EQ(
+        recorder::lines(),
+        (Lines{"p4_pd_ms_get_mbr_act(0x54, 0x2, 0x5)",
+               "pipe_mgr_sel_grp_mbr_add(0x1, 0x2, 0x3000003, 0x4, 0x9, 0x5, 0)",
+               "p4_pd_ms_add_mbr_to_grp(0x1, 0x54, 0x2, 0x5, 0x4)",
+               "p4_pd_ms_set_grp_act(0x54, 0x2, 0x4, 0x9)",
+               "pipe_mgr_sel_grp_mbr_del(0x1, 0x2, 0x3000003, 0x4, 0x5, 0)",
+               "p4_pd_ms_del_mbr_from_grp(0x1, 0x54, 0x2, 0x5, 0x4)",
+               "pipe_mgr_sel_grp_mbr_enable(0x1, 0x2, 0x3000003, 0x4, 0x5, 0)",
+               "pipe_mgr_sel_grp_mbr_state_get(0x1, 0x2, 0x3000003, 0x4, 0x5)",
+               "pipe_mgr_get_next_group_members(0x1, 0x3000003, 0x2, 0x4, 0x5, 0x6)",
+               "pipe_mgr_sel_grp_mbr_get_from_hash(0x1, 0x2, 0x3000003, 0x4, 0x5, 0x6, 0x7)",
+               "pipe_mgr_sel_fallback_mbr_set(0x1, 0x2:0x3, 0x3000003, 0x5, 0)",
+               "pipe_mgr_sel_fallback_mbr_reset(0x1, 0x2:0x3, 0x3000003, 0)",
+               line("pipe_mgr_plcmt_adt_data_get_entry", 0u, "bits=0 bytes=0" + zeroes),
+               "p4_pd_ms_get_mbr_act(0x54, 0x2, 0x5)", "pipe_mgr_adt_ent_del(0x1, 0x2, 0x2000037, 0x5, 0)",
+               "p4_pd_ms_del_mbr(0x1, 0x54, 0x2, 0x5)"}));
 }
 
 } // namespace

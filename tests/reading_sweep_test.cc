@@ -15,10 +15,10 @@
 
 namespace {
 
+using recorder::line;
 using reflection::TableFunctions;
 using sweep::Bytes;
 using sweep::seed;
-using recorder::line;
 
 constexpr int rounds = 4;
 constexpr u8 canary = 0xa5;
@@ -131,7 +131,8 @@ protected:
         recorder::answer.action = binding.handle;
         for (u8 &byte : recorder::answer.data) // behind the image there may be anything
             byte = static_cast<u8>(random.word());
-        std::ranges::copy(encoder::encode_data(*binding.action, parameters.data()), recorder::answer.data.begin());
+        std::ranges::copy(encoder::encode_data(*binding.action, parameters.data()),
+                          recorder::answer.data.begin());
         scramble_resources(table.name);
     }
 
@@ -139,12 +140,9 @@ protected:
 
     reflection::EntryResults results()
     {
-        return {found.key,
-                &found.priority,
-                &found.is_default,
-                wants_names ? found.name : nullptr,
-                found.action,
-                wants_names ? &found.number : nullptr};
+        return {found.key,         &found.priority,
+                &found.is_default, wants_names ? found.name : nullptr,
+                found.action,      wants_names ? &found.number : nullptr};
     }
 
     pd_status read(Road road, const TableFunctions &table)
@@ -162,9 +160,9 @@ protected:
         const u32 packed = road == Road::placed ? 0 : encoder::packed(table);
         const std::size_t size = recorder::answer.value.size();
         const std::string image = size ? std::string(2 * size, '0') : "null";
-        const std::string match = "{value=" + image + " mask=" + image + " partition=0 priority=0 bits=" +
-                                  std::to_string(packed & 0xffff) + " bytes=" + std::to_string(packed >> 16) +
-                                  " reserved=0}";
+        const std::string match = "{value=" + image + " mask=" + image +
+                                  " partition=0 priority=0 bits=" + std::to_string(packed & 0xffff) +
+                                  " bytes=" + std::to_string(packed >> 16) + " reserved=0}";
         const std::string spec = std::string("{kind=0 bits=0 bytes=") + (road == Road::placed ? "0" : "28") +
                                  " data=" + std::string(56, '0') + " member=0 group=0 resources=0[]}";
         if (road == Road::by_handle)
@@ -172,8 +170,8 @@ protected:
                         spec, from_hw, 1, 0);
         if (road == Road::placed)
             return line("pipe_mgr_plcmt_mat_data_get_entry", recorder::word(this), match, spec);
-        return line("pipe_mgr_table_get_default_entry", sess, pd_dev_target{device, entry}, table.handle, spec,
-                    from_hw, 1, 0);
+        return line("pipe_mgr_table_get_default_entry", sess, pd_dev_target{device, entry}, table.handle,
+                    spec, from_hw, 1, 0);
     }
 
     // ---- Expectations ----------------------------------------------------------------------------------
@@ -270,7 +268,8 @@ protected:
     }
 
     // Each road to each action of each table, several times.
-    void check_actions(Road road, const std::function<Outcome(const TableFunctions &, const pd::Binding &)> &of,
+    void check_actions(Road road,
+                       const std::function<Outcome(const TableFunctions &, const pd::Binding &)> &of,
                        const std::function<void()> &change)
     {
         each_direct_table([&](const TableFunctions &table) {

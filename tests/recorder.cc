@@ -134,10 +134,11 @@ void put(Text &text, const pipe_action_spec &spec)
 void put(Text &text, const pipe_res_spec &resource)
 {
     text.add("{handle=%#x index=%#x tag=%u", resource.res_handle, resource.res_index, resource.res_tag);
-    static constexpr decltype(resource.res_data) zero{};
-    if (std::memcmp(&resource.res_data, &zero, sizeof zero) != 0) {
+    const pipe_meter_spec &meter = resource.res_data.meter; // a register's value lies within
+    if (meter.meter_type || meter.committed_unit || meter.committed_rate || meter.committed_burst ||
+        meter.peak_unit || meter.peak_rate || meter.peak_burst) {
         text.add(" meter=");
-        put(text, resource.res_data.meter);
+        put(text, meter);
     }
     text.add("}");
 }
@@ -167,9 +168,8 @@ void put(Text &text, const pipe_stful_value &value)
 
 void put(Text &text, const pipe_hash_calc_input_field_attribute &attribute)
 {
-    text.add("{%#x %#x %#x %#x %#x %#llx}", attribute.input_field, attribute.reserved_1,
-             attribute.reserved_2, attribute.position, attribute.attr_type,
-             static_cast<unsigned long long>(attribute.attr_value));
+    text.add("{%#x %#x %#x %#x %#x %#llx}", attribute.input_field, attribute.reserved_1, attribute.reserved_2,
+             attribute.position, attribute.attr_type, static_cast<unsigned long long>(attribute.attr_value));
 }
 
 std::string hex(std::span<const u8> bytes)
@@ -627,9 +627,7 @@ pd_status call(const char *operation, typename Kinds::Type... arguments)
 
 using namespace recorder;
 
-// clang-format off
 #include "recorder_operations.h"
-// clang-format on
 
 // ---- What has no status -----------------------------------------------------------------------------------
 
@@ -663,7 +661,8 @@ void *bf_sys_calloc(std::size_t count, std::size_t size)
         Value<u64>::put(text, count, {});
         Value<u64>::put(text, size, {});
     });
-    return answer_status() != 0 && kept_lines == failing_call ? nullptr : block(nullptr) = std::calloc(count, size);
+    return answer_status() != 0 && kept_lines == failing_call ? nullptr
+                                                              : block(nullptr) = std::calloc(count, size);
 }
 
 void bf_sys_free(void *memory)

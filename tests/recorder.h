@@ -1,6 +1,6 @@
-// A driver that does nothing: each operation that it is asked for becomes one line, its name and its arguments
-// with every number in hex, and is answered as the test has chosen. Lines go to a fixed buffer, so that
-// bf_sys_calloc is all that allocates here. Link it in place of a driver.
+// A driver that does nothing: each operation that it is asked for becomes one line, its name and its
+// arguments with every number in hex, and is answered as the test has chosen. Lines go to a fixed buffer, so
+// that bf_sys_calloc is all that allocates here. Link it in place of a driver.
 #pragma once
 
 #include <array>
@@ -57,8 +57,8 @@ inline void put(Text &text, const std::string &words)
 }
 // A record of words.
 template <typename Record>
-    requires(std::is_class_v<Record> && std::is_trivially_copyable_v<Record>)
-void put(Text &text, const Record &record)
+requires(std::is_class_v<Record> &&std::is_trivially_copyable_v<Record>) void put(Text &text,
+                                                                                  const Record &record)
 {
     const auto words = std::bit_cast<std::array<u32, sizeof(Record) / sizeof(u32)>>(record);
     for (std::size_t i = 0; i < words.size(); ++i)
@@ -123,8 +123,8 @@ struct LogLine {
 Lines lines();      // since the last forget(); frees are not among them
 std::string last(); // "" for none
 u32 calls();
-u32 live_blocks();        // that bf_sys_calloc gave and that have not been freed
-extern u64 allocations;   // of the process, by whatever function
+u32 live_blocks();               // that bf_sys_calloc gave and that have not been freed
+extern u64 allocations;          // of the process, by whatever function
 extern std::vector<LogLine> log; // since the last forget()
 
 extern pd_drv_client_callbacks callbacks; // of the last registration
@@ -142,7 +142,7 @@ inline std::string assertion(const char *directory, const std::string &function,
 
 // Given whatever the status is. Images go into the caller's buffers.
 struct Answer {
-    u32 entry = 0; // a new handle, or the first of a walk
+    u32 entry = 0;                // a new handle, or the first of a walk
     std::array<u32, 4> numbers{}; // properties, counts, states, the rest of a walk
     Bytes value, mask;
     u16 num_bytes = 0;       // of the key
@@ -176,8 +176,8 @@ extern bool announce; // lines and log go to standard error as well: that is wha
 
 void forget(); // the lines and the log
 
-// Everything as it was at first: status 0, an empty answer, states from 1, client 0x77. Frees what the library
-// has left allocated.
+// Everything as it was at first: status 0, an empty answer, states from 1, client 0x77. Frees what the
+// library has left allocated.
 void reset();
 
 } // namespace recorder

@@ -1,4 +1,6 @@
-// The operations of the driver, for the recorder: a name, and the kind of each argument.
+// The operations of the driver, for the recorder: a name, and the kind of each argument. recorder.cc has the
+// kinds and includes this.
+// clang-format off
 
 // Entries.
 OPERATION(pipe_mgr_mat_ent_add, Session, Target, Table, Match, Action, Spec, Count, Flags, NewHandle)

@@ -75,8 +75,8 @@ pd_meter_spec requested(u32 type)
 std::string written(u32 type, u32 unit)
 {
     const std::string of_unit = "=" + std::to_string(unit);
-    return "{type=" + recorder::text_of(u64{type}) + " committed" + of_unit + ":0xffffffff:0x2 peak" + of_unit +
-           ":0x80000000:0x4}";
+    return "{type=" + recorder::text_of(u64{type}) + " committed" + of_unit + ":0xffffffff:0x2 peak" +
+           of_unit + ":0x80000000:0x4}";
 }
 
 // Reads a meter whose high halves are not 0: they are dropped.
@@ -84,12 +84,12 @@ template <typename Read>
 pd_status expect_meter(const Read &read)
 {
     recorder::answer.meter = {.meter_type = 1,
-                        .committed_unit = 1,
-                        .committed_rate = 0x1ffffffff,
-                        .committed_burst = 0x200000002,
-                        .peak_unit = 1,
-                        .peak_rate = 0xffffffff80000000,
-                        .peak_burst = 0x400000004};
+                              .committed_unit = 1,
+                              .committed_rate = 0x1ffffffff,
+                              .committed_burst = 0x200000002,
+                              .peak_unit = 1,
+                              .peak_rate = 0xffffffff80000000,
+                              .peak_burst = 0x400000004};
     pd_meter_spec spec{9, 9, 9, 9, 9};
     const pd_status status = read(&spec);
     const pd_meter_spec expected = status ? pd_meter_spec{9, 9, 9, 9, 9} : requested(1);
@@ -257,17 +257,16 @@ TEST_F(Resources, RegistersAreRead)
             recorder::answer.flags = {flags};
             recorder::answer.numbers[0] = 4;
             const int bits = static_cast<int>(random.word());
-            expect_steps(
-                {{line("pipe_stful_query_get_sizes", sess, device, handle)},
-                 {line("bf_sys_calloc", 4, 16)},
-                 {line("pipe_stful_ent_query", sess, target, handle, cell, "4@0", bits & 1)}},
-                [&] {
-                    Values values;
-                    const pd_status status =
-                        functions.read(sess, target, cell, bits, values.bytes, &values.count);
-                    status ? values.expect_untouched() : values.expect(flags);
-                    return status;
-                });
+            expect_steps({{line("pipe_stful_query_get_sizes", sess, device, handle)},
+                          {line("bf_sys_calloc", 4, 16)},
+                          {line("pipe_stful_ent_query", sess, target, handle, cell, "4@0", bits & 1)}},
+                         [&] {
+                             Values values;
+                             const pd_status status =
+                                 functions.read(sess, target, cell, bits, values.bytes, &values.count);
+                             status ? values.expect_untouched() : values.expect(flags);
+                             return status;
+                         });
         }
     });
 }
@@ -290,19 +289,19 @@ TEST_F(Resources, RangesOfRegistersAreReadIndexByIndex)
             recorder::answer.numbers[0] = 2;
             const int bits = static_cast<int>(random.word());
             expect_steps({{line("pipe_stful_query_get_sizes", sess, device, handle)},
-                                      {line("bf_sys_calloc", 3, sizeof(pipe_stful_query))},
-                                      {line("bf_sys_calloc", 6, 16)},
-                                      {line("pipe_stful_ent_query_range", sess, target, handle, cell, 3,
-                                            "2@0 2@2 2@4", bits & 1)}},
-                                     [&] {
-                                         Values values;
-                                         u32 read = 88;
-                                         const pd_status status = functions.range_read(
-                                             sess, target, cell, 3, bits, &read, values.bytes, &values.count);
-                                         status ? values.expect_untouched() : values.expect(with.values);
-                                         EXPECT_TRUE(status || read == with.flags.size());
-                                         return status;
-                                     });
+                          {line("bf_sys_calloc", 3, sizeof(pipe_stful_query))},
+                          {line("bf_sys_calloc", 6, 16)},
+                          {line("pipe_stful_ent_query_range", sess, target, handle, cell, 3, "2@0 2@2 2@4",
+                                bits & 1)}},
+                         [&] {
+                             Values values;
+                             u32 read = 88;
+                             const pd_status status = functions.range_read(sess, target, cell, 3, bits, &read,
+                                                                           values.bytes, &values.count);
+                             status ? values.expect_untouched() : values.expect(with.values);
+                             EXPECT_TRUE(status || read == with.flags.size());
+                             return status;
+                         });
         }
     });
 }

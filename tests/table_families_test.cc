@@ -89,8 +89,9 @@ TEST_F(SmallFamilies, OfEveryTableForward)
         check(line("pipe_mgr_tbl_set_property", sess, device, handle, words[0], words[1], words[2], 0),
               [&] { return table->set_property(sess, device, words[0], words[1], words[2]); });
         for (const pd_mat_update_cb callback : {pd_mat_update_cb{update}, pd_mat_update_cb{nullptr}})
-            check(line("pipe_register_mat_update_cb", sess, device, handle, recorder::word(callback), words[0]),
-                  [&] { return table->register_mat_update_cb(sess, device, callback, words[0]); });
+            check(
+                line("pipe_register_mat_update_cb", sess, device, handle, recorder::word(callback), words[0]),
+                [&] { return table->register_mat_update_cb(sess, device, callback, words[0]); });
         if (HasFailure())
             return;
     }

@@ -91,12 +91,15 @@ void set(Bytes &record, const Row &row, const std::string &name, u32 value)
     ADD_FAILURE() << row.name << " has no " << name;
 }
 
-// The last call was to read this entry.
-inline void expect_read(pd_sess_hdl sess, u32 device, u32 table, pd_entry_hdl entry, u8 from_hw)
+// The line of a call that reads this entry.
+inline void expect_read(const std::string &line, pd_sess_hdl sess, u32 device, u32 table, pd_entry_hdl entry,
+                        u8 from_hw)
 {
-    const std::string begin = recorder::line("pipe_mgr_get_entry", sess, table, pd_dev_target{device, 0xffff}, entry);
-    const std::string end = recorder::line("", from_hw, 1, 0).substr(1), last = recorder::last();
-    EXPECT_TRUE(last.starts_with(begin.substr(0, begin.size() - 1) + ", ") && last.ends_with(", " + end)) << last;
+    std::string begin =
+        recorder::line("pipe_mgr_get_entry", sess, table, pd_dev_target{device, 0xffff}, entry, "");
+    begin.pop_back();
+    EXPECT_TRUE(line.starts_with(begin) && line.ends_with(recorder::line("}, ", from_hw, 1, 0).erase(3, 1)))
+        << line;
 }
 
 // The driver's answer for an entry with this key.
