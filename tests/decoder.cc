@@ -11,7 +11,6 @@ namespace decoder {
 
 namespace {
 
-using encoder::member_bit;
 using encoder::whole_bytes;
 
 // The resource whose index each of these actions has in its only index parameter.
@@ -104,40 +103,27 @@ void decode_masks(u8 *key, const pd::Table &table, const u8 *mask)
 
 void read_back_key(u8 *key, const pd::Table &table, const void *from)
 {
-    for (const pd::Field &field : table.key) {
-        u16 length = 0;
-        if (field.match == pd::Match::lpm)
-            std::memcpy(&length, static_cast<const u8 *>(from) + field.twin_offset, sizeof length);
-        const u32 prefix = std::min<u32>(length, field.width); // one that is too long comes back whole
-        for (u32 bit = 0; bit < whole_bytes(field.width) * 8; ++bit) {
-            bool value = member_bit(from, field.offset, field.width, bit);
-            if (field.match == pd::Match::ternary) {
-                const bool chosen = member_bit(from, field.twin_offset, field.width, bit);
-                value = value && chosen;
-                set_member_bit(key, field.twin_offset, field.width, bit, chosen && bit < field.width);
-            }
-            if (field.match == pd::Match::lpm)
-                value = value && bit >= field.width - prefix;
-            set_member_bit(key, field.offset, field.width, bit, value);
-        }
-        if (field.match == pd::Match::lpm)
-            set_half(key, field.twin_offset, prefix);
-    }
+    const encoder::Key images = encoder::encode_key(table, from, 0);
+    decode_values(key, table, images.value.data(), images.partition_index);
+    decode_masks(key, table, images.mask.data());
 }
 
 void read_back_parameters(u8 *parameters, const pd::Action &action, const void *from,
                           const std::vector<pd_res_ref> &list)
 {
+    const auto image = encoder::encode_data(action, from);
     const auto indexed = index_parameters.find(action.name);
+    u32 start = 0;
     for (const pd::Parameter &parameter : action.parameters) {
-        if (indexed != index_parameters.end() && indexed->second.first == parameter.name) {
-            const u32 index = index_of(indexed->second.second, list);
-            std::memcpy(parameters + parameter.offset, &index, sizeof index);
-            continue;
-        }
-        for (u32 bit = 0; bit < whole_bytes(parameter.width) * 8; ++bit)
+        const u32 bytes = whole_bytes(parameter.width);
+        for (u32 bit = 0; bit < bytes * 8; ++bit)
             set_member_bit(parameters, parameter.offset, parameter.width, bit,
-                           member_bit(from, parameter.offset, parameter.width, bit));
+                           image_bit(image.data(), start, bytes, bit));
+        start += bytes;
+        if (indexed == index_parameters.end() || indexed->second.first != parameter.name)
+            continue;
+        const u32 index = index_of(indexed->second.second, list);
+        std::memcpy(parameters + parameter.offset, &index, sizeof index);
     }
 }
 
