@@ -3,14 +3,12 @@
 // of the catalogue as a whole.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <fstream>
 #include <map>
 #include <sstream>
 
 #include "encoder.h"
 #include "pd.h"
-#include "random_records.h"
 #include "reflection.h"
 
 #define PD(name) p4_pd_tessel_switch_##name
@@ -266,37 +264,6 @@ TEST(Catalogue, SizesOfImages)
         EXPECT_EQ(encoder::packed(*action),
                   data.contains(action->name) ? number(data.at(action->name)[0]) : 0)
             << action->name;
-}
-
-// Members stand one after the other in the order of the record, each aligned to its size.
-TEST(Catalogue, MembersOfKeyRecordsStandInTheirOrder)
-{
-    const auto orders = facts("order");
-    for (const reflection::TableFunctions *table : reflection::tables()) {
-        const pd::Table &row = *table->row;
-        SCOPED_TRACE(row.name);
-        recorder::Lines order;
-        for (const pd::Field &field : row.key)
-            order.emplace_back(field.name);
-        if (orders.contains(row.name))
-            order = orders.at(row.name);
-        ASSERT_EQ(order.size(), row.key.size());
-        std::size_t end = 0, alignment = 1;
-        const auto expect_place = [&](std::size_t offset, u32 width) {
-            const std::size_t size = sweep::member_size(width), unit = size == 16 ? 1 : size;
-            end = (end + unit - 1) / unit * unit;
-            alignment = std::max(alignment, unit);
-            EXPECT_EQ(offset, end);
-            end += size;
-        };
-        for (const std::string &name : order) {
-            const pd::Field &field = *std::ranges::find(row.key, name, &pd::Field::name);
-            expect_place(field.offset, field.width);
-            if (field.match != pd::Match::exact)
-                expect_place(field.twin_offset, field.match == pd::Match::lpm ? 16 : field.width);
-        }
-        EXPECT_EQ(row.record_size, (end + alignment - 1) / alignment * alignment);
-    }
 }
 
 } // namespace
