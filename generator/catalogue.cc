@@ -1,7 +1,6 @@
 #include "catalogue.h"
 
 #include <algorithm>
-#include <regex>
 #include <set>
 
 #include "row_reader.h"
@@ -165,16 +164,23 @@ Labels read_labels(RowReader &row)
     return labels;
 }
 
+// Small letters, digits and underscores, then ".toml".
+bool is_group_file(const std::string &file)
+{
+    constexpr std::string_view ending = ".toml", letters = "abcdefghijklmnopqrstuvwxyz0123456789_";
+    return file.size() > ending.size() && file.ends_with(ending) &&
+           file.find_first_not_of(letters) == file.size() - ending.size();
+}
+
 // A group gives its name to a public header, pd_<group>.h, beside pd_actions.h and its like. False when the
 // list cannot be relied on.
 bool check_group_files(RowReader &root, const std::vector<std::string> &files)
 {
-    static const std::regex form("[a-z0-9_]+\\.toml");
     std::set<std::string> taken = {"actions.toml",  "inspection.toml", "profiles.toml", "resources.toml",
                                    "services.toml", "tables.toml",     "types.toml"};
     bool sound = true;
     for (const std::string &file : files) {
-        const bool has_form = std::regex_match(file, form);
+        const bool has_form = is_group_file(file);
         const bool fresh = taken.insert(file).second;
         sound &= has_form && fresh;
         if (file.empty())
@@ -198,15 +204,14 @@ public:
     template <typename Read>
     void file(const std::string &name, Read read)
     {
-        try {
-            const toml::table table = toml::parse_file((directory / name).string());
-            RowReader root(table, name, "", diagnostics);
-            read(root);
-            root.report_unknown_keys();
-        } catch (const toml::parse_error &error) {
-            diagnostics.add({name, error.source().begin.line}, "", std::string(error.description()));
+        const std::optional<toml::table> table = read_toml(directory, name, diagnostics);
+        if (!table) {
             catalogue.complete = false;
+            return;
         }
+        RowReader root(*table, name, "", diagnostics);
+        read(root);
+        root.report_unknown_keys();
     }
 
     // Reads the rows of the array `key` into `rows`.

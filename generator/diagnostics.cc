@@ -1,9 +1,27 @@
 #include "diagnostics.h"
 
 #include <algorithm>
+#include <cctype>
 #include <tuple>
 
 namespace pdgen {
+
+namespace {
+
+// Text of the catalogue can hold line ends and other control characters.
+std::string in_one_line(const std::string &text)
+{
+    constexpr char digits[] = "0123456789abcdef";
+    std::string line;
+    for (unsigned char c : text)
+        if (std::iscntrl(c))
+            line.append("\\x").append({digits[c / 16], digits[c % 16]});
+        else
+            line.push_back(static_cast<char>(c));
+    return line;
+}
+
+} // namespace
 
 void Diagnostics::add(const Place &place, const std::string &subject, const std::string &what)
 {
@@ -21,7 +39,7 @@ std::vector<std::string> Diagnostics::lines() const
         std::string line = finding.place.file;
         if (finding.place.line)
             line.append(":").append(std::to_string(finding.place.line));
-        lines.push_back(line.append(": ").append(finding.text));
+        lines.push_back(in_one_line(line.append(": ").append(finding.text)));
     }
     return lines;
 }

@@ -22,9 +22,10 @@ const toml::node *RowReader::find(const char *key, bool required)
 const toml::array *RowReader::find_array(const char *key, bool required)
 {
     const toml::node *node = find(key, required);
-    if (node && !node->as_array())
+    const toml::array *array = node ? node->as_array() : nullptr;
+    if (node && !array)
         wrong(key, "must be an array");
-    return node ? node->as_array() : nullptr;
+    return array;
 }
 
 void RowReader::wrong(const char *key, const std::string &what)
@@ -116,7 +117,10 @@ std::optional<Mask128> RowReader::mask(const char *key)
 
 std::vector<std::string> RowReader::texts(const char *key)
 {
-    return find(key, true) ? texts_or_none(key) : std::vector<std::string>{};
+    const toml::array *array = find_array(key, true);
+    if (array && array->empty())
+        wrong(key, "must not be empty");
+    return array ? texts_or_none(key) : std::vector<std::string>{};
 }
 
 std::vector<std::string> RowReader::texts_or_none(const char *key)
@@ -128,6 +132,8 @@ std::vector<std::string> RowReader::texts_or_none(const char *key)
         texts.push_back(value.value_or(""));
         if (!value)
             diagnostics.add(place_of((*array)[i]), field(key), "must hold strings only");
+        else if (value->empty())
+            diagnostics.add(place_of((*array)[i]), field(key), "must hold no empty strings");
     }
     return texts;
 }

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <set>
 #include <string>
-#include <toml++/toml.h>
 
 #include "catalogue.h"
+#include "toml_file.h"
 
 namespace pdgen {
 

@@ -203,11 +203,25 @@ TEST_F(Generator, FindingsWithFileAndLine)
 // The words of the TOML reader are its own; the place and that it is one line are ours.
 TEST_F(Generator, FilesThatCannotBeRead)
 {
-    replace_in(catalogue / "l2.toml", "handle = 0x1000058", "handle = = 0x1000058");
-    Outcome outcome = check();
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_TRUE(outcome.err.starts_with(place("l2.toml|handle = = ") + ": ")) << outcome.err;
-    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+    const std::string sound = read_file(catalogue / "l2.toml");
+    const std::string wrong[] = {"a = = 1",
+                                 "[)",
+                                 "[.",
+                                 "a = " + std::string(400, '['),
+                                 std::string(60000, 'a'),
+                                 "a = " + std::string(400, '9'),
+                                 "a = 1e999",
+                                 "a = \"\a\"",
+                                 "\xc3\x98",
+                                 "a = \xff"};
+    Outcome outcome{};
+    for (const std::string &text : wrong) {
+        write_file(catalogue / "l2.toml", sound + text);
+        outcome = check();
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_TRUE(outcome.err.starts_with(place("l2.toml|" + text) + ": ")) << outcome.err;
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+    }
 
     // What else is wrong is told beside it, but not what might be due to the file that is not there.
     fs::remove(catalogue / "l2.toml");
@@ -225,6 +239,20 @@ TEST_F(Generator, FilesThatCannotBeRead)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_TRUE(outcome.err.starts_with("catalogue.toml: ")) << outcome.err;
     EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+}
+
+// Each row allows for the label, the mask and the value: "a & 0x12345678 0x12345678 ".
+TEST_F(Generator, LinesOfLabelsThatAreTooLong)
+{
+    const std::string row =
+        R"({ kind = "number", field = "parserMd_outerHdrFlags", text = "outerHdrFlags" },)";
+    std::string rows;
+    for (int i = 0; i < 11; ++i)
+        rows += "\n" + row.substr(0, row.rfind("outerHdrFlags\"")) + std::string(267, 'x') + "\" },";
+    replace_in(catalogue / "labels.toml", row, rows);
+    EXPECT_EQ(check().err,
+              with_places("<labels.toml|^table = \"ingressPortDropCheck\">: ingressPortDropCheck: "
+                          "a line can have 3290 characters, and no text has more than 3289"));
 }
 
 TEST_F(Generator, AllFindingsOfARunSortedByFileAndLine)

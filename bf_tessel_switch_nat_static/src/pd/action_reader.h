@@ -25,6 +25,8 @@ constexpr ActionReader action_reader()
     constexpr const Binding &binding = owner.actions[index];
     // A table none of whose actions may be made the default starts with one of them all the same.
     const bool default_action = binding.default_action || !has_default_action(owner.actions);
+    static_assert(binding.action->record_size <= sizeof(pd_action_out::parameters));
+    static_assert(image_size(binding.action->parameters).bytes <= data_buffer_bytes);
     ActionReader reader{binding.handle, binding.action->number, default_action, nullptr};
     if constexpr (!binding.action->parameters.empty())
         reader.unbuild = unbuild_action_spec<*binding.action>;
