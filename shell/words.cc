@@ -32,10 +32,11 @@ std::string lower(std::string_view text)
 // other.
 std::size_t edit_distance(std::string_view a, std::string_view b)
 {
-    std::vector<std::size_t> before_last, last(b.size() + 1), row(b.size() + 1);
+    std::vector<std::size_t> before_last(b.size() + 1), last = before_last, row = before_last;
     std::iota(row.begin(), row.end(), std::size_t{0});
     for (std::size_t i = 0; i < a.size(); ++i) {
-        before_last = std::exchange(last, row);
+        before_last.swap(last);
+        last.swap(row);
         row[0] = i + 1;
         for (std::size_t j = 0; j < b.size(); ++j) {
             row[j + 1] = std::min({last[j] + (a[i] != b[j]), row[j] + 1, last[j + 1] + 1});
@@ -114,13 +115,18 @@ std::string suggestion(std::string_view wrong, const std::vector<std::string_vie
 {
     constexpr std::size_t most = 3;
     const std::string word = lower(wrong.substr(0, longest_quotation));
+    const std::size_t limit = std::max<std::size_t>(1, word.size() / 4);
     std::vector<std::pair<std::size_t, std::string_view>> near;
     for (const std::string_view name : names) {
         const std::string candidate = lower(name);
-        const std::size_t distance = edit_distance(word, candidate);
         const bool contained = word.size() >= 3 && candidate.find(word) != std::string::npos;
+        const std::size_t longer = std::max(word.size(), candidate.size()),
+                          shorter = std::min(word.size(), candidate.size());
+        if (!contained && longer - shorter > limit)
+            continue; // the distance would be as much
+        const std::size_t distance = edit_distance(word, candidate);
         const bool alike = distance < candidate.size(); // '?' is not near to every letter
-        if (contained || (alike && distance <= std::max<std::size_t>(1, word.size() / 4)))
+        if (contained || (alike && distance <= limit))
             near.emplace_back(distance, name);
     }
     if (near.empty())
