@@ -3,6 +3,7 @@
 // of the catalogue as a whole.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <fstream>
 #include <map>
 #include <sstream>
