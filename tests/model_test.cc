@@ -6,13 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <random>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -442,35 +440,6 @@ TEST_F(Model, ACallbackRunsBehindTheTraceLineAndMayCallTheDriver)
                        &lines);
     must_add(exact, exact_request(1));
     EXPECT_EQ(lines, (Lines{"pipe_mgr_mat_ent_add", "pipe_register_mat_update_cb", "pipe_mgr_mat_ent_del"}));
-}
-
-TEST_F(Model, ThreadsMayRegisterReadAndChangeOneTable)
-{
-    constexpr u16 thread_count = 4, per_thread = 500;
-    static std::atomic<u32> told[thread_count];
-    const pd_mat_update_cb count_up = [](u32, u32, const void *update, pd_word cookie) {
-        told[cookie] += static_cast<const ts_model_update *>(update)->kind == TS_MODEL_ENTRY_ADDED;
-    };
-    std::vector<std::thread> threads;
-    for (u16 thread = 0; thread < thread_count; ++thread)
-        threads.emplace_back([=] {
-            pipe_register_mat_update_cb(thread, 0, exact.handle, count_up, thread);
-            for (u16 at = 0; at < per_thread; ++at) {
-                const u16 port = static_cast<u16>(thread * per_thread + at);
-                const pd_entry_hdl entry = must_add(exact, exact_request(port));
-                ts_model_remove_hardware_entry(0, exact.handle, entry);
-                EXPECT_NE(read(exact.handle, entry), "4");
-                pipe_mgr_tbl_set_property(1, 0, exact.handle, thread, at, 0, 0);
-                pipe_mgr_mat_tbl_default_entry_reset(1, target, exact.handle, 0);
-            }
-        });
-    for (std::thread &thread : threads)
-        thread.join();
-    for (const std::atomic<u32> &count : told) {
-        EXPECT_GE(count, per_thread);
-        EXPECT_LE(count, thread_count * per_thread);
-    }
-    EXPECT_EQ(ts_model_entry_count(0, exact.handle), u32{thread_count} * per_thread);
 }
 
 // ---- Faults and system services -------------------------------------------------------------------------
