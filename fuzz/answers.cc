@@ -43,7 +43,7 @@ void answer_data(fuzz::Bytes &in, pipe_action_data &data)
 void answer_spec(fuzz::Bytes &in, pipe_action_spec &spec)
 {
     spec.action_kind = in.take() % 8;
-    spec.resource_count = in.take() % 5;
+    spec.resource_count = in.take();
     for (pipe_res_spec &resource : spec.resources) {
         in.take_into(&resource.res_handle, sizeof resource.res_handle);
         in.take_into(&resource.res_index, sizeof resource.res_index);
@@ -82,6 +82,10 @@ pd_status answer_member(const fuzz::Answer &answer, pipe_action_data &data, u32 
 void fuzz::set_answer(const Answer &answer)
 {
     current = answer;
+}
+
+void fuzz::forget_answer()
+{
     for (void *block : std::exchange(blocks, {}))
         std::free(block);
 }

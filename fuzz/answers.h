@@ -16,5 +16,7 @@ struct Answer {
 
 // What every read by handle gives. Placement data are a pointer to an answer.
 void set_answer(const Answer &answer);
+// Takes back the memory that the library keeps on purpose.
+void forget_answer();
 
 } // namespace fuzz
