@@ -68,7 +68,7 @@ void run_help(Session &session, Words &words)
     const std::string_view name = words.take();
     const Command *command = find_command(name);
     if (!command)
-        throw BadLine{name, "no command " + quoted(name) + suggestion(name, command_names())};
+        refuse(name, {"command", {}, "help"}, command_names());
     words.expect_end();
     session.print_text("help", help_of(*command));
 }

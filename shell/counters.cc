@@ -103,9 +103,8 @@ const CounterFunctions &take_listed(Words &words)
         }
         names.push_back(counter.row->name);
     }
-    throw BadLine{words.peek(), quoted(words.peek()) +
-                                    " is none of read, write, sync, no table with a direct " +
-                                    "counter and none of these: " + listed(names)};
+    names.insert(names.end(), {"read", "write", "sync"});
+    refuse(words.peek(), {"counter or word"}, names);
 }
 
 std::string json_line(const CounterFunctions &counter, const EntryReader &reader,

@@ -47,7 +47,7 @@ void watch(Session &session, Words &words)
     const bool hold = words.peek() == "hold";
     const bool on = hold || words.empty() || words.peek() == "on";
     if (!on && words.peek() != "off")
-        throw BadLine{words.peek(), quoted(words.peek()) + " is none of on, off, hold"};
+        refuse(words.peek(), {"state"}, {"on", "off", "hold"});
     if (!words.empty())
         words.take();
     words.expect_end();

@@ -110,9 +110,9 @@ void set_state(Session &session, Words &words, const ProfileFunctions &profile)
     const ProfileNames &names = session.names(profile);
     const pd_grp_hdl group = take_object(words, profile, names.groups);
     const pd_mbr_hdl member = take_object(words, profile, names.members);
-    const std::string_view state = words.take("'active' or 'inactive'");
+    const std::string_view state = words.take();
     if (state != "active" && state != "inactive")
-        throw BadLine{state, quoted(state) + " is neither 'active' nor 'inactive'"};
+        refuse(state, {"state"}, {"active", "inactive"});
     words.expect_end();
     expect_success(profile.group_member_state_set(driver_session, device.device_id, group, member,
                                                   state == "active" ? P4_PD_GRP_MBR_STATE_ACTIVE

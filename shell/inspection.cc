@@ -237,9 +237,7 @@ void run_schema(Session &session, Words &words)
     }
     if (!is_one_of(tables, word)) {
         names.insert(names.end(), tables.begin(), tables.end());
-        throw BadLine{word, word.empty() ? "missing table, action profile or action"
-                                         : "no table, action profile or action is called " + quoted(word) +
-                                               suggestion(word, names)};
+        refuse(word, {"table, action profile or action"}, names);
     }
     const TableFunctions &table = take_table(words);
     words.expect_end();

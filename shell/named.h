@@ -14,14 +14,14 @@ namespace shell {
 template <typename Functions>
 const Functions &take_named(Words &words, std::span<const Functions> all, std::string_view kind)
 {
-    const std::string_view name = words.take(std::string{kind} + " name");
+    const std::string_view name = words.take();
     std::vector<std::string_view> names;
     for (const Functions &functions : all) {
         if (name == functions.row->name)
             return functions;
         names.push_back(functions.row->name);
     }
-    throw BadLine{name, "unknown " + std::string{kind} + ' ' + quoted(name) + ": there are " + listed(names)};
+    refuse(name, {kind}, names);
 }
 
 } // namespace shell

@@ -14,10 +14,27 @@ void set_once(std::optional<Option> &option, const Option &value, std::string_vi
     option = value;
 }
 
-void expect_taken(bool taken, std::string_view name, const char *where_it_stands)
+void expect_taken(bool taken, std::string_view name, const char *what_for)
 {
     if (!taken)
-        throw BadLine{name, std::string{name} + " does not belong here: it stands " + where_it_stands};
+        throw BadLine{name, std::string{name} + " does not belong here: it " + what_for};
+}
+
+// Those that are taken, by their names.
+std::vector<std::string_view> taken(const Options &options)
+{
+    std::vector<std::string_view> names;
+    const auto add = [&](bool takes, std::initializer_list<std::string_view> of) {
+        if (takes)
+            names.insert(names.end(), of);
+    };
+    add(options.takes_priority, {"priority"});
+    add(options.takes_ttl, {"ttl"});
+    add(options.takes_meter, {"meter"});
+    add(options.takes_hash, {"hash"});
+    add(options.takes_packets, {"packets", "bytes"});
+    add(options.takes_scope, {"scope"});
+    return names;
 }
 
 u32 parse_meter_type(std::string_view text)
@@ -26,7 +43,7 @@ u32 parse_meter_type(std::string_view text)
         return PD_METER_TYPE_COLOR_AWARE;
     if (text == "unaware")
         return PD_METER_TYPE_COLOR_UNAWARE;
-    throw BadLine{text, "meter type: " + quoted(text) + " is neither 'aware' nor 'unaware'"};
+    refuse(text, {"meter type"}, {"aware", "unaware"});
 }
 
 pd_meter_spec parse_meter(std::string_view text)
@@ -70,24 +87,23 @@ ValueSetScope parse_scope(std::string_view text)
 bool assign_option(Options &options, std::string_view name, std::string_view value)
 {
     if (name == "priority") {
-        expect_taken(options.takes_priority, name,
-                     "with the key of an entry, for a table that has a ternary field");
+        expect_taken(options.takes_priority, name, "ranks the entries of a table that has a ternary field");
         set_once(options.priority, parse_u32(value, ~u32{0}, name), name);
     } else if (name == "ttl") {
         expect_taken(options.takes_ttl, name,
-                     "in add, for a table whose entries take a time to live, and in idle ttl");
+                     "stands in add, for a table whose entries take a time to live, and in idle ttl");
         set_once(options.ttl, parse_u32(value, ~u32{0}, name), name);
     } else if (name == "meter") {
-        expect_taken(options.takes_meter, name, "in add and modify, for a table with a direct meter");
+        expect_taken(options.takes_meter, name, "stands in add and modify, for a table with a direct meter");
         set_once(options.meter, parse_meter(value), name);
     } else if (name == "hash") {
-        expect_taken(options.takes_hash, name, "in lookup, for a table of an action profile");
+        expect_taken(options.takes_hash, name, "stands in lookup, for a table of an action profile");
         set_once(options.hash, parse_hash(value), name);
     } else if (name == "packets" || name == "bytes") {
-        expect_taken(options.takes_packets, name, "in lookup");
+        expect_taken(options.takes_packets, name, "stands in lookup");
         set_once(name == "packets" ? options.packets : options.bytes, parse_value(value, 64, name).low, name);
     } else if (name == "scope") {
-        expect_taken(options.takes_scope, name, "in pvs add, find and show");
+        expect_taken(options.takes_scope, name, "stands in pvs add, find and show");
         set_once(options.scope, parse_scope(value), name);
     } else {
         return false;
@@ -109,9 +125,10 @@ void take_assignments(Words &words, Record &record, const char *owner, Options &
         const std::string_view value = word.substr(equals + 1);
         if (record.assign(name, value) || assign_option(options, name, value))
             continue;
-        const auto names = record.names();
-        throw BadLine{name, std::string{owner} + " has no " + quoted(name) +
-                                (names.empty() ? ": it takes none" : ": it has " + listed(names))};
+        std::vector<std::string_view> names = record.names();
+        const std::vector<std::string_view> others = taken(options);
+        names.insert(names.end(), others.begin(), others.end());
+        refuse(name, {record.kind(), owner}, names);
     }
     record.expect_complete(words.peek());
 }

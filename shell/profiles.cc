@@ -60,11 +60,10 @@ const reflection::TableFunctions &table_of(const ProfileFunctions &profile)
 
 const ProfileFunctions &take_profile(Words &words)
 {
-    const std::string_view name = words.take("action profile: " + listed(profile_names()));
+    const std::string_view name = words.take();
     const ProfileFunctions *profile = reflection::find_profile(name);
     if (!profile)
-        throw BadLine{name,
-                      "unknown action profile " + quoted(name) + ": there are " + listed(profile_names())};
+        refuse(name, {"action profile"}, profile_names());
     return *profile;
 }
 
@@ -84,8 +83,7 @@ const reflection::MemberFunctions &take_action(Words &words, const ProfileFuncti
         std::vector<std::string_view> names;
         for (const pd::Binding &binding : profile.row->actions)
             names.push_back(binding.action->name);
-        throw BadLine{name, (name.empty() ? "missing action" : "unknown action " + quoted(name)) + ": " +
-                                profile.row->name + " has " + listed(names)};
+        refuse(name, {"action", profile.row->name}, names);
     }
     words.take();
     return *action;
@@ -111,8 +109,7 @@ u32 take_object(Words &words, const ProfileFunctions &profile, const Names &name
         return parse_u32(word, ~u32{0}, kind + " handle");
     const u32 handle = names.find(word);
     if (handle == 0)
-        throw BadLine{word, std::string{profile.row->name} + " has no " + kind + ' ' + quoted(word) +
-                                suggestion(word, names.all())};
+        refuse(word, {kind, profile.row->name}, names.all());
     return handle;
 }
 

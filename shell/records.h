@@ -30,6 +30,8 @@ public:
     // BadLine at `where` when a field is missing.
     void expect_complete(std::string_view where) const;
 
+    // "field" or "parameter"
+    const char *kind() const { return kind_; }
     const void *data() const { return storage_.data(); }
     // Of the fields, by display name.
     std::vector<std::string_view> names() const;
@@ -57,7 +59,7 @@ private:
     void put(Slot &slot, const Operand &operand, std::string_view name);
     std::byte *at(u16 offset);
 
-    const char *kind_; // "field" or "parameter"
+    const char *kind_;
     const char *owner_;
     std::string_view member_prefix_; // of the record's members, before the name in the row
     std::vector<Slot> slots_;

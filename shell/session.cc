@@ -237,8 +237,7 @@ void Session::execute(Script &script)
     const std::string_view name = words.take();
     const Command *command = find_command(name);
     if (!command)
-        throw BadLine{name, "unknown command " + quoted(name) + suggestion(name, command_names()) +
-                                "; help lists the commands"};
+        refuse(name, {"command", {}, "help"}, command_names());
     if (!command->options.empty())
         take_option_words(*command, script.command, script.command.size() - words.rest().size());
     Words rest{words.rest()};
@@ -263,8 +262,7 @@ void Session::take_option_words(const Command &command, std::string &line, std::
         std::fill_n(line.begin() + static_cast<std::ptrdiff_t>(begin), word.size(), ' ');
     }
     if (!unknown.empty())
-        throw BadLine{unknown, "unknown option " + quoted(unknown) + ": " + std::string{command.name} +
-                                   " takes " + listed(command.options)};
+        refuse(unknown, {"option", command.name}, {command.options.begin(), command.options.end()});
 }
 
 void Session::show_what_came_behind()

@@ -22,8 +22,7 @@ u64 parse(std::string_view text, const Setting &setting)
     if (!setting.choices.empty()) {
         const auto choice = std::ranges::find(setting.choices, text);
         if (choice == setting.choices.end())
-            throw BadLine{text, std::string{setting.name} + ": " + quoted(text) + " is none of " +
-                                    listed(setting.choices)};
+            refuse(text, {setting.name}, {setting.choices.begin(), setting.choices.end()});
         return static_cast<u64>(choice - setting.choices.begin());
     }
     if (setting.width > 32)
@@ -41,8 +40,7 @@ std::vector<u64> take_settings(Words &words, std::string_view owner, std::span<c
         const std::string_view name = word.substr(0, word.find('='));
         const auto setting = std::ranges::find(settings, name, &Setting::name);
         if (setting == settings.end() || name.size() == word.size())
-            throw BadLine{word, quoted(word) + " is no name=value of " + std::string{owner} + ": it takes " +
-                                    listed(names_of(settings))};
+            refuse(word, {"name=value", owner}, names_of(settings));
         std::optional<u64> &value = given[static_cast<std::size_t>(setting - settings.begin())];
         if (value)
             throw BadLine{name, std::string{name} + " is given twice"};
@@ -51,8 +49,8 @@ std::vector<u64> take_settings(Words &words, std::string_view owner, std::span<c
     std::vector<u64> values;
     for (std::size_t i = 0; i < settings.size(); ++i) {
         if (!given[i] && !settings[i].usual)
-            throw BadLine{words.rest(), "missing " + std::string{settings[i].name} + "=N of " +
-                                            std::string{owner} + ": it takes " + listed(names_of(settings))};
+            throw BadLine{words.rest(), "missing " + std::string{settings[i].name} + "=N: " +
+                                            std::string{owner} + " has " + listed(names_of(settings))};
         values.push_back(given[i] ? *given[i] : *settings[i].usual);
     }
     return values;

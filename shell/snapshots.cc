@@ -33,10 +33,10 @@ u32 take_snapshot(Words &words)
 
 u32 take_direction(Words &words)
 {
-    const std::string_view word = words.take("'ingress' or 'egress'");
+    const std::string_view word = words.take();
     const auto direction = std::ranges::find(directions, word);
     if (direction == std::end(directions))
-        throw BadLine{word, quoted(word) + " is neither 'ingress' nor 'egress'"};
+        refuse(word, {"direction"}, {std::begin(directions), std::end(directions)});
     return static_cast<u32>(direction - std::begin(directions));
 }
 

@@ -33,11 +33,10 @@ std::vector<std::string_view> table_names()
 
 const reflection::TableFunctions &take_table(Words &words)
 {
-    const std::string_view name = words.take("table name; tables lists them");
+    const std::string_view name = words.take();
     const reflection::TableFunctions *table = reflection::find_table(name);
     if (!table)
-        throw BadLine{name, "unknown table " + quoted(name) + suggestion(name, table_names()) +
-                                "; tables lists them"};
+        refuse(name, {"table", {}, "tables"}, table_names());
     return *table;
 }
 
@@ -60,9 +59,7 @@ const reflection::ActionFunctions &take_action(Words &words, const reflection::T
         throw BadLine{name, std::string{"the default action of "} + table.row->name + " cannot be set"};
     const reflection::ActionFunctions *action = reflection::find_action(table, name);
     if (!action || !serves(*action, use))
-        throw BadLine{name, (name.empty() ? "missing action" : "unknown action " + quoted(name)) + ": " +
-                                table.row->name + " has " + listed(names) +
-                                (use == ActionOf::entry ? "" : " as default")};
+        refuse(name, {use == ActionOf::entry ? "action" : "default action", table.row->name}, names);
     words.take();
     return *action;
 }
@@ -77,11 +74,11 @@ std::vector<std::string_view> all_action_names()
 
 const pd::Action &take_any_action(Words &words)
 {
-    const std::string_view name = words.take("action name");
+    const std::string_view name = words.take();
     for (const pd::Action *action : reflection::actions())
         if (name == action->name)
             return *action;
-    throw BadLine{name, "unknown action " + quoted(name) + suggestion(name, all_action_names())};
+    refuse(name, {"action"}, all_action_names());
 }
 
 const char *match_name(pd::Match match)

@@ -28,7 +28,7 @@ Function *take_verb(Words &words, std::span<const Verb<Function>> verbs)
         }
         names.push_back(verb.name);
     }
-    throw BadLine{word, (word.empty() ? "missing one of " : quoted(word) + " is none of ") + listed(names)};
+    refuse(word, {"word"}, names);
 }
 
 } // namespace shell

@@ -88,9 +88,9 @@ void Words::expect_end() const
 
 bool take_on_off(Words &words)
 {
-    const std::string_view state = words.take("'on' or 'off'");
+    const std::string_view state = words.take();
     if (state != "on" && state != "off")
-        throw BadLine{state, quoted(state) + " is neither 'on' nor 'off'"};
+        refuse(state, {"state"}, {"on", "off"});
     return state == "on";
 }
 
@@ -109,6 +109,24 @@ std::string quoted(std::string_view word)
         left.remove_prefix(std::max<std::size_t>(length, 1));
     }
     return text + (left.empty() ? "'" : "...'");
+}
+
+void refuse(std::string_view word, const Choice &choice, const std::vector<std::string_view> &names)
+{
+    constexpr std::size_t most = 50;
+    std::string text = word.empty() ? "missing " : "unknown ";
+    text += choice.kind;
+    if (!word.empty())
+        text += ' ' + quoted(word);
+    if (names.size() > most || !choice.lister.empty()) {
+        text += suggestion(word, names);
+        if (!choice.lister.empty())
+            text += "; " + std::string{choice.lister} + " lists them";
+    } else {
+        text += ": " + (choice.owner.empty() ? "there are" : std::string{choice.owner} + " has") + ' ' +
+                (names.empty() ? "none" : listed(names));
+    }
+    throw BadLine{word, text};
 }
 
 std::string suggestion(std::string_view wrong, const std::vector<std::string_view> &names)

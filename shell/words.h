@@ -58,6 +58,17 @@ std::string listed(const Names &names)
     return text;
 }
 
+// Where a word is looked up that is none of its names.
+struct Choice {
+    std::string_view kind;        // what the names are names of, as in "counter"
+    std::string_view owner = {};  // whose they are, if that is not everybody's
+    std::string_view lister = {}; // the command that lists them, where they are too many for a message
+};
+
+// Throws what is said of every wrong word, or of one that is missing.
+[[noreturn]] void refuse(std::string_view word, const Choice &choice,
+                         const std::vector<std::string_view> &names);
+
 // ": did you mean a, b?" with the names nearest to `wrong`; empty when none is near.
 std::string suggestion(std::string_view wrong, const std::vector<std::string_view> &names);
 

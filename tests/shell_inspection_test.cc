@@ -138,7 +138,7 @@ TEST_F(Shell, refuses_bad_inspections)
         std::string line, message;
     } cases[] = {
         {"schema @l2SmacChek",
-         "no table, action profile or action is called 'l2SmacChek': did you mean l2SmacCheck?"},
+         "unknown table, action profile or action 'l2SmacChek': did you mean l2SmacCheck?"},
         {"value ingressPortMapping@", "missing entry: a handle, 'default' or a key"},
         {"value parse ingressPortMapping@", "missing value text, such as 'value' prints"},
         {"value parse ingressPortMapping ( 0x0@g1,),",
@@ -149,7 +149,7 @@ TEST_F(Shell, refuses_bad_inspections)
                                "egressTcamRaclBank1, egressPortDropCheck"},
         {"corrupt lagGroup 1 : @nop",
          "expected 'key' or 'missing': entries of lagGroup point at members or groups"},
-        {"decode @key", "'key' is none of match, action"},
+        {"decode @key", "unknown word 'key': there are match, action"},
         {"decode match ingressPortMapping @012",
          "'012' has 3 digits: give the value image of 2 bytes, 4 hex digits"},
         {"decode match ingressPortMapping 0123 01@x3",

@@ -202,8 +202,9 @@ TEST_F(ShellProfiles, refuses_bad_lines)
 {
     const std::string P = "lagPortActionProfile";
     const std::pair<std::string, std::string> lines[] = {
-        {"member@", "missing one of add, modify, delete, show"},
-        {"group @list " + P, "'list' is none of create, delete, add, remove, state, fallback, show"},
+        {"member@", "missing word: there are add, modify, delete, show"},
+        {"group @list " + P,
+         "unknown word 'list': there are create, delete, add, remove, state, fallback, show"},
         {"member add @lagGroup : NoAction", "unknown action profile 'lagGroup': there are "
                                             "egrMirrorLagPortActionProfile, ecmpMemberActionProfile, "
                                             "mirrorLagPortActionProfile, lagPortActionProfile"},
@@ -217,10 +218,10 @@ TEST_F(ShellProfiles, refuses_bad_lines)
         {"member delete " + P + "@", "missing member: its handle or name"},
         {"group create " + P + " a @b", "unexpected 'b': behind the name may stand size=N"},
         {"group add " + P + " 1 2 3 @2", "member 2 is named twice"},
-        {"group state " + P + " 1 2 @up", "'up' is neither 'active' nor 'inactive'"},
+        {"group state " + P + " 1 2 @up", "unknown state 'up': there are active, inactive"},
         {"add lagGroup priority=1 : @setLagPort",
          "expected 'member' or 'group' of lagPortActionProfile instead of 'setLagPort'"},
-        {"add lagGroup priority=1 : group 1 @port=3", "group has no 'port': it takes none"},
+        {"add lagGroup priority=1 : group 1 @port=3", "unknown parameter 'port': group has priority"},
         {"lookup ecmpGroup nextHop=1 hash=1,@x",
          "second word of the hash: 'x' is no number from 0 to 4294967295"},
         {"lookup l2SmacCheck smac=1 @hash=1",
@@ -241,7 +242,7 @@ TEST_F(ShellProfiles, tells_why_the_driver_refused_and_leaves_nothing_half_done)
          "member p1 has the action setLagPort, and a member keeps its action"},
         {"member add lagPortActionProfile @p1 : setTunnelInfo", "'p1' already names member 1"},
         {"member delete lagPortActionProfile @p2",
-         "lagPortActionProfile has no member 'p2': did you mean p1, p3?"},
+         "unknown member 'p2': lagPortActionProfile has p1, p3, spare"},
         {"group add lagPortActionProfile lag spare @9", unknown},
         {"group remove lagPortActionProfile lag p1 @spare", unknown},
         {"@add lagGroup priority=7 : group 8", unknown},

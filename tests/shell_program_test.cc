@@ -68,11 +68,9 @@ TEST(ShellProgram, ReadsAndRefuses)
     const std::pair<std::string, std::string> cases[] = {
         {"</dev/null", "0"},
         {"- <<'.'\necho a\n.\n", "a\n0"},
-        {"<<'.'\necho a\nbad\necho b\n.\n",
-         "a\n<stdin>:2:1: unknown command 'bad'; help lists the commands\n1"},
+        {"<<'.'\necho a\nbad\necho b\n.\n", "a\n<stdin>:2:1: unknown command 'bad'; help lists them\n1"},
         {"-k -v /dev/stdin <<'.'\nbad\nadd l2SmacCheck priority=1 : NoAction\n.\n",
-         "/dev/stdin:1:1: unknown command 'bad'; help lists the commands\nentry 1\n/dev/stdin: 1 bad "
-         "line\n1"},
+         "/dev/stdin:1:1: unknown command 'bad'; help lists them\nentry 1\n/dev/stdin: 1 bad line\n1"},
         {"--nonsense", "tessel-shell: bad option --nonsense" + usage},
         {"-kx", "tessel-shell: bad option -x" + usage},
         {"a b", "tessel-shell: more than one file" + usage},
@@ -82,8 +80,8 @@ TEST(ShellProgram, ReadsAndRefuses)
         {"--json a b", "{\"error\":\"more than one file" + usage.substr(0, usage.size() - 2) + "\"}\n2"},
         {"--json /", "{\"error\":\"is a directory\",\"file\":\"/\"}\n1"},
         {"-jk <<'.'\nbad\n.\n",
-         "{\"error\":\"unknown command 'bad'; help lists the commands\",\"file\":\"<stdin>\",\"line\":1,"
-         "\"column\":1}\n{\"file\":\"<stdin>\",\"bad_lines\":1}\n1"},
+         "{\"error\":\"unknown command 'bad'; help lists "
+         "them\",\"file\":\"<stdin>\",\"line\":1,\"column\":1}\n{\"file\":\"<stdin>\",\"bad_lines\":1}\n1"},
         {"<<'.'\n\xef\xbb\xbf# mark\r\necho a \\\r\n b\r\n.\n", "a   b\n0"},
         {"- >/dev/full <<'.'\necho a\n.\n", "tessel-shell: the output cannot be written\n1"},
     };

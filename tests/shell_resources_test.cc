@@ -226,27 +226,27 @@ TEST_F(ShellResources, saves_meters_and_times_to_live)
 
 TEST_F(ShellResources, explains_bad_lines)
 {
-    std::istringstream lines{R"(counter@ => missing one of read, write, sync
-counter @l2SmacCheck => 'l2SmacCheck' is none of read, write, sync, no table with a direct counter and none of these: l2DmacClassifyCount, ingressPortDropCount, trapToCpuCount, haloCount, finalDropControlCount, egressTcamV6RaclBank1Count, egressTcamRaclBank1Count, egressPortDropCount
-counter read pdpClassCount 1 @a=2 => pdpClassCount has no 'a': it takes none
+    std::istringstream lines{R"(counter@ => missing word: there are read, write, sync
+counter @l2SmacCheck => unknown counter or word 'l2SmacCheck': there are l2DmacClassifyCount, ingressPortDropCount, trapToCpuCount, haloCount, finalDropControlCount, egressTcamV6RaclBank1Count, egressTcamRaclBank1Count, egressPortDropCount, read, write, sync
+counter read pdpClassCount 1 @a=2 => unknown parameter 'a': pdpClassCount has none
 counter read l2DmacClassifyCount ingressPort=3@ => l2DmacClassify has a ternary field: give priority=N
 counter write pdpClassCount 1@ => missing ':' and packets=N [bytes=M], with blanks around the colon
-counter write pdpClassCount 1 : bytes=3@ => missing packets=N of pdpClassCount: it takes packets, bytes
+counter write pdpClassCount 1 : bytes=3@ => missing packets=N: pdpClassCount has packets, bytes
 counter write pdpClassCount 1 : packets=1 @packets=2 => packets is given twice
 counter write pdpClassCount 1 : packets=@18446744073709551616 => packets: '18446744073709551616' does not fit into 64 bits: give at most 18446744073709551615 (0xffffffffffffffff)
 lookup l2SmacCheck smac=0 bytes=3@ => bytes=N needs packets=N: a look-up without packets counts nothing
 meter read @pdpMetr 1 => unknown meter 'pdpMetr': there are stormControlMeter, pdpMeter, ingressMirrorMeter, egressMirrorMeter
 meter read stormControlMeter@ => missing entry: a handle, 'default' or a key
-meter set pdpMeter 1 : type=@red => type: 'red' is none of aware, unaware
-register read ingStpCheckData 1 @size=3 => 'size=3' is no name=value of ingStpCheckData: it takes count
+meter set pdpMeter 1 : type=@red => unknown type 'red': there are aware, unaware
+register read ingStpCheckData 1 @size=3 => unknown name=value 'size=3': ingStpCheckData has count
 idle enable @l2SmacCheck => l2SmacCheck has entries that do not age
-digest watch macLearningDigest @maybe => 'maybe' is none of on, off, hold
+digest watch macLearningDigest @maybe => unknown state 'maybe': there are on, off, hold
 digest send macLearningDigest smac=1@ => missing fields of macLearningDigest: ingL2Domain, ingL2Aintf
 pvs add vxlan_ports scope=@1,2 => scope: too few parts: write scope=A,B,C
 pvs modify vxlan_ports 5 @scope=1,2,3 => scope does not belong here: it stands in pvs add, find and show
 hash value hashOuterIpv4Hdr @0:5 => a field has at least 1 bit
 hash attributes hashOuterIpv4Hdr @1,2 => '1,2' is no attribute: write FIELD,TYPE,VALUE
-snapshot create @sideways => 'sideways' is neither 'ingress' nor 'egress'
+snapshot create @sideways => unknown direction 'sideways': there are ingress, egress
 snapshot trigger 4 @2=1 => offset 2 lies within the field of 2 bytes at 1
 snapshot trigger 4 1=7 @1=8 => offset 1 is given twice
 snapshot trigger 4 @1 => '1' is not of the form OFFSET=VALUE

@@ -172,8 +172,8 @@ TEST_F(TerminalTest, TellsColumnsInCharacters)
 {
     Terminal terminal{folder_};
     EXPECT_EQ(terminal.answer("shwo l2SmacCheck"),
-              "column 1: unknown command 'shwo': did you mean show?; help lists the commands\r\n");
-    EXPECT_EQ(terminal.answer("trace é€x"), "column 7: 'é€x' is neither 'on' nor 'off'\r\n");
+              "column 1: unknown command 'shwo': did you mean show?; help lists them\r\n");
+    EXPECT_EQ(terminal.answer("trace é€x"), "column 7: unknown state 'é€x': there are on, off\r\n");
     EXPECT_EQ(terminal.answer("echo né€ # ü"), "né€\r\n");
     EXPECT_EQ(terminal.answer("load é€ ü"), "column 9: unexpected 'ü': the command ends before it\r\n");
 }
