@@ -99,6 +99,8 @@ extern "C" {
 pd_status pipe_mgr_stat_ent_database_sync(pd_sess_hdl sess, pd_dev_target target, u32 counter, u32 index)
 {
     const auto sync = [&](CounterCells &cells) {
+        if (!has_cell(index))
+            return unknown_object;
         cells.sync(index);
         return ok;
     };
@@ -113,7 +115,11 @@ pd_status pipe_mgr_stat_ent_database_sync(pd_sess_hdl sess, pd_dev_target target
 pd_status pipe_mgr_stat_ent_query(pd_sess_hdl sess, pd_dev_target target, u32 counter, u32 *indices,
                                   u32 count, pipe_stat_data **data)
 {
-    const auto read = [&](const CounterCells &cells) { return read_cells(cells, indices, count, data); };
+    const auto read = [&](const CounterCells &cells) {
+        if (indices != nullptr && !std::all_of(indices, indices + count, has_cell))
+            return unknown_object;
+        return read_cells(cells, indices, count, data);
+    };
     return run(
         "pipe_mgr_stat_ent_query", [&] { return with_counter(target.device_id, counter, read); },
         [&](Line &line) {
@@ -129,6 +135,8 @@ pd_status pipe_mgr_stat_ent_set(pd_sess_hdl sess, pd_dev_target target, u32 coun
     const auto set = [&](CounterCells &cells) {
         if (data == nullptr)
             return bad_argument;
+        if (!has_cell(index))
+            return unknown_object;
         cells.write(index, *data);
         return ok;
     };

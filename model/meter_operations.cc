@@ -66,6 +66,8 @@ pd_status pipe_mgr_meter_ent_set(pd_sess_hdl sess, pd_dev_target target, u32 met
     const auto set = [&](MeterCells &cells) {
         if (spec == nullptr)
             return bad_argument;
+        if (!has_cell(index))
+            return unknown_object;
         cells[index] = *spec;
         return ok;
     };
@@ -83,6 +85,8 @@ pd_status pipe_mgr_meter_read_entry_idx(pd_sess_hdl sess, pd_dev_target target, 
     const auto read = [&](const MeterCells &cells) {
         if (spec == nullptr)
             return bad_argument;
+        if (!has_cell(index))
+            return unknown_object;
         *spec = read_cell(cells, index);
         return ok;
     };
@@ -135,6 +139,8 @@ pd_status pipe_mgr_wred_ent_set(pd_sess_hdl sess, pd_dev_target target, u32 wred
     const auto set = [&](Device &device) {
         if (spec == nullptr)
             return bad_argument;
+        if (!has_cell(index))
+            return unknown_object;
         device.wreds[wred][index] = *spec;
         return ok;
     };

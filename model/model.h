@@ -316,15 +316,17 @@ void ts_model_free_plcmt_data(void *data);
 /* ---- Resources ---- */
 
 enum {
-    TS_MODEL_PIPES = 4,            /**< of a device; PIPE_ALL_PIPES stands for all of them */
-    TS_MODEL_REGISTER_CELLS = 4096 /**< of each indexed register */
+    TS_MODEL_PIPES = 4,             /**< of a device; PIPE_ALL_PIPES stands for all of them */
+    TS_MODEL_REGISTER_CELLS = 4096, /**< of each indexed register */
+    TS_MODEL_INDEXED_CELLS =
+        65536 /**< of each indexed counter, meter and discard table: what 16 bits reach */
 };
 
 /*
- * Cells that nobody has written are 0. Indexed counters, meters and discard tables take any index, a discard
- * table any handle. What belongs to an entry goes with it; the default entry has cells like any other, and
- * keeps its counts and its register when it is reset. Asking for a counter, meter, register or ageing that a
- * table does not have gives TS_MODEL_UNKNOWN_OBJECT.
+ * Cells that nobody has written are 0. An index beyond a resource's cells is TS_MODEL_UNKNOWN_OBJECT; a
+ * discard table takes any handle. What belongs to an entry goes with it; the default entry has cells like any
+ * other, and keeps its counts and its register when it is reset. Asking for a counter, meter, register or
+ * ageing that a table does not have gives TS_MODEL_UNKNOWN_OBJECT.
  *
  * pipe_mgr_mat_ent_set_resource takes the resource of the table, for which it tells listeners of a modified
  * entry unless the tag says to keep it, and the register of the entry: a resource whose handle is that of

@@ -20,6 +20,12 @@ pd_status with_indexed(u32 device_id, std::map<u32, Cells> Device::*made,
     });
 }
 
+// Whether the index is one of a cell of an indexed counter, meter or discard table.
+constexpr bool has_cell(u32 index)
+{
+    return index < TS_MODEL_INDEXED_CELLS;
+}
+
 inline Line &resource_of(Line &line, const char *kind, std::span<const ProgramResource> resources, u32 handle)
 {
     const ProgramResource *resource = find_object(resources, handle);

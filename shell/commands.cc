@@ -151,7 +151,8 @@ constexpr std::string_view register_text =
 )";
 
 constexpr std::string_view idle_text =
-    R"(  enable TABLE [mode=N] [param_1=N] ... [param_5=N]   lets entries age; clock tells which ran idle
+    R"(  enable TABLE [mode=N] [param_1=N] [param_2=N] [param_3=N] [param_4=N] [param_5=N]
+                                                      lets entries age; clock tells which ran idle
   disable TABLE                                       ends that
   params TABLE                                        prints what enable was given
   show TABLE                                          lists the entries with time to live and state
@@ -184,7 +185,7 @@ constexpr std::string_view pvs_text =
 constexpr std::string_view hash_text =
     R"(  value CALCULATION WIDTH:VALUE...             the hash of fields of these widths in bits, 128 at most
   show CALCULATION                             prints input, algorithm, seed and attributes
-  input CALCULATION N, algorithm CALCULATION N chooses one; each calculation has number 0 alone
+  input CALCULATION N, algorithm CALCULATION N  chooses one; each calculation has number 0 alone
   seed CALCULATION N [SECOND]                  sets the seed; 0 is the algorithm's own
   attributes CALCULATION [FIELD,TYPE,VALUE]... sets the attributes of input fields in place of all before
 )";

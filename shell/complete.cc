@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <set>
 
 #include "commands.h"
 #include "profiles.h"
@@ -16,13 +17,15 @@ namespace {
 
 using Texts = std::vector<std::string_view>;
 using Candidates = std::vector<std::string>;
+using reflection::ProfileFunctions;
 
 // ---- Usage texts ----------------------------------------------------------------------------------------
 
 // What can stand at one place of a usage text.
 struct Place {
-    Texts alternatives;    // TABLE and the like for names, else the word itself
+    Texts alternatives;    // TABLE and the like for names, name=VALUE, else the word itself
     bool repeated = false; // any number of times
+    bool optional = false;
 };
 using Usage = std::vector<Place>;
 
@@ -40,11 +43,12 @@ Texts split(std::string_view text, std::string_view separator)
 
 Place place_of(std::string_view token)
 {
+    Place place;
+    place.optional = token.starts_with('[');
     while (token.starts_with('['))
         token.remove_prefix(1);
     while (token.ends_with(']'))
         token.remove_suffix(1);
-    Place place;
     place.repeated = token.ends_with("...");
     if (place.repeated)
         token.remove_suffix(3);
@@ -52,21 +56,40 @@ Place place_of(std::string_view token)
     return place;
 }
 
-// The forms of a command, which " | " keeps apart.
+bool has(const Place &place, std::string_view alternative)
+{
+    return std::ranges::find(place.alternatives, alternative) != place.alternatives.end();
+}
+
+Usage usage_of(std::string_view form)
+{
+    Usage usage;
+    for (const std::string_view token : split(form, " "))
+        usage.push_back(place_of(token));
+    return usage;
+}
+
+// The forms of a command, which " | " keeps apart. Where one ends in "...", the lines of the help text that
+// begin with a word of its first place tell more: forms with ", " between them, and two blanks behind.
 std::vector<Usage> usages_of(const Command &command)
 {
     std::vector<Usage> usages;
     for (const std::string_view form : split(command.usage, " | ")) {
-        Usage &usage = usages.emplace_back();
-        for (const std::string_view token : split(form, " "))
-            usage.push_back(place_of(token));
+        Usage usage = usage_of(form);
+        if (!form.ends_with(" ...")) {
+            usages.push_back(std::move(usage));
+            continue;
+        }
+        usages.push_back({usage.front()});
+        for (std::string_view line : split(command.text, "\n")) {
+            line.remove_prefix(std::min(line.size(), line.find_first_not_of(' ')));
+            for (const std::string_view more : split(line.substr(0, line.find("  ")), ", "))
+                if (Usage told = usage_of(more);
+                    !told.empty() && has(usage.front(), told.front().alternatives.front()))
+                    usages.push_back(std::move(told));
+        }
     }
     return usages;
-}
-
-bool has(const Place &place, std::string_view alternative)
-{
-    return std::ranges::find(place.alternatives, alternative) != place.alternatives.end();
 }
 
 bool takes_key(const Place &place)
@@ -100,6 +123,7 @@ constexpr struct {
     {"ACTION", all_action_names},
     {"COMMAND", command_names},
     {"ENTRY", [] { return Texts{"default"}; }},
+    {"CELL", [] { return Texts{"default"}; }},
     {"COUNTER", [] { return names_of(reflection::counters()); }},
     {"METER", [] { return names_of(reflection::meters()); }},
     {"REGISTER", [] { return names_of(reflection::registers()); }},
@@ -118,6 +142,8 @@ Texts names_of_kind(std::string_view kind)
 bool fits(const Place &place, std::string_view word)
 {
     return std::ranges::any_of(place.alternatives, [&](std::string_view alternative) {
+        if (const std::size_t equals = alternative.find('='); equals != std::string_view::npos)
+            return word.starts_with(alternative.substr(0, equals + 1));
         if (!is_kind(alternative) || alternative == "TABLE" || alternative == "PROFILE") {
             const Texts names = is_kind(alternative) ? names_of_kind(alternative) : Texts{alternative};
             return std::ranges::find(names, word) != names.end();
@@ -129,7 +155,7 @@ bool fits(const Place &place, std::string_view word)
 // ---- The line -------------------------------------------------------------------------------------------
 
 struct Line {
-    explicit Line(std::string_view text);
+    Line(std::string_view text, const ObjectNames &names);
 
     bool given(std::string_view assigned) const; // "name="
 
@@ -140,9 +166,10 @@ struct Line {
     const reflection::TableFunctions *table = nullptr;
     const reflection::ProfileFunctions *profile = nullptr;
     std::size_t colon; // its place in `words`, or their number
+    const ObjectNames &objects;
 };
 
-Line::Line(std::string_view text)
+Line::Line(std::string_view text, const ObjectNames &names) : objects(names)
 {
     for (Words left{text}; !left.empty();)
         words.push_back(left.take());
@@ -210,41 +237,82 @@ void add_options(Candidates &to, const Line &line, const Usage &usage)
                     add_assigned(to, line, name);
 }
 
+// The members or groups that have a name.
+void add_objects(Candidates &to, const Line &line, Kind kind)
+{
+    const ProfileFunctions *profile = line.profile                         ? line.profile
+                                      : line.table && line.table->indirect ? line.table->indirect->profile
+                                                                           : nullptr;
+    if (profile && line.objects)
+        for (const std::string &name : line.objects(*profile, kind))
+            to.push_back(name);
+}
+
 void add_place(Candidates &to, const Line &line, const Place &place)
 {
-    for (const std::string_view alternative : place.alternatives)
-        if (alternative.find('=') == std::string_view::npos)
+    for (const std::string_view alternative : place.alternatives) {
+        if (const std::size_t equals = alternative.find('='); equals != std::string_view::npos)
+            add_assigned(to, line, alternative.substr(0, equals));
+        else if (alternative == "MEMBER" || alternative == "GROUP")
+            add_objects(to, line, alternative == "MEMBER" ? Kind::member : Kind::group);
+        else
             add(to, is_kind(alternative) ? names_of_kind(alternative) : Texts{alternative});
+    }
     if (takes_key(place) && line.table)
         add_fields(to, line, *line.table->row);
 }
 
-// Whether the words fit the usage so far, and then what can come next.
+bool is_assigned(std::string_view word)
+{
+    return word.find('=') != std::string_view::npos;
+}
+
+// The places where the next word can stand, if the words so far fit the usage. What may be left out is passed
+// over; fields of a key and options come in any number.
+std::set<std::size_t> next_places(const Line &line, const Usage &usage)
+{
+    std::set<std::size_t> places;
+    const auto reach = [&](std::set<std::size_t> &to, std::size_t at) {
+        to.insert(at);
+        while (at < usage.size() && usage[at].optional)
+            to.insert(++at);
+    };
+    reach(places, 0);
+    for (const std::string_view word : line.words) {
+        std::set<std::size_t> reached;
+        for (const std::size_t at : places) {
+            if (at >= usage.size() || !fits(usage[at], word))
+                continue;
+            if (usage[at].repeated || (takes_key(usage[at]) && is_assigned(word)))
+                reach(reached, at);
+            reach(reached, at + 1);
+        }
+        places = std::move(reached);
+    }
+    return places;
+}
+
 void add_next(Candidates &to, const Line &line, const Usage &usage)
 {
-    std::size_t at = 0;
-    for (const std::string_view word : line.words) {
-        if (at >= usage.size() || !fits(usage[at], word))
-            return;
-        const bool more_of_key = takes_key(usage[at]) && word.find('=') != std::string_view::npos;
-        if (!more_of_key && !usage[at].repeated)
-            ++at;
-    }
-    if (at == usage.size())
-        return;
-    add_place(to, line, usage[at]);
-    if (!line.words.empty() && takes_key(usage[at]) &&
-        line.words.back().find('=') != std::string_view::npos) {
-        add_options(to, line, usage);
-        if (at + 1 < usage.size())
-            add_place(to, line, usage[at + 1]);
+    const bool behind_assigned = !line.words.empty() && is_assigned(line.words.back());
+    for (const std::size_t at : next_places(line, usage)) {
+        if (at >= usage.size())
+            continue;
+        add_place(to, line, usage[at]);
+        if (takes_key(usage[at]) && line.table && behind_assigned)
+            add_options(to, line, usage);
     }
 }
 
 void add_behind_colon(Candidates &to, const Line &line)
 {
-    if (line.table && line.table->indirect)
-        return line.colon + 1 == line.words.size() ? add(to, {"member", "group"}) : void();
+    if (line.table && line.table->indirect) {
+        if (line.colon + 1 == line.words.size())
+            add(to, {"member", "group"});
+        else if (line.colon + 2 == line.words.size())
+            add_objects(to, line, line.words.back() == "group" ? Kind::group : Kind::member);
+        return;
+    }
     const auto actions = line.table     ? line.table->row->actions
                          : line.profile ? line.profile->row->actions
                                         : std::span<const pd::Binding>{};
@@ -258,22 +326,24 @@ void add_behind_colon(Candidates &to, const Line &line)
 
 } // namespace
 
-std::vector<std::string> complete(std::string_view text)
+std::vector<std::string> complete(std::string_view text, const ObjectNames &names)
 {
-    const Line line{text};
+    const Line line{text, names};
     Candidates candidates;
     if (line.at_command) {
         add(candidates, command_names());
     } else if (line.command && line.begun.starts_with('-')) {
         add(candidates, {line.command->options.begin(), line.command->options.end()});
-    } else if (line.command && line.colon < line.words.size()) {
+    } else if (line.command && line.colon < line.words.size() && (line.table || line.profile)) {
         add_behind_colon(candidates, line);
     } else if (line.command) {
         for (const Usage &usage : usages_of(*line.command))
             add_next(candidates, line, usage);
     }
-    std::erase_if(candidates,
-                  [&](const std::string &candidate) { return !candidate.starts_with(line.begun); });
+    std::erase_if(candidates, [&](const std::string &candidate) {
+        const bool whole = candidate.ends_with('=') && candidate == line.begun;
+        return whole || !candidate.starts_with(line.begun);
+    });
     std::ranges::sort(candidates);
     candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
     return candidates;
@@ -281,7 +351,7 @@ std::vector<std::string> complete(std::string_view text)
 
 bool completes_a_file(std::string_view text)
 {
-    const Line line{text};
+    const Line line{text, {}};
     return line.command && line.words.empty() && line.command->usage.starts_with("FILE");
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "complete.h"
 #include "descriptor.h"
 #include "progress.h"
 
@@ -18,6 +19,8 @@ public:
     virtual ~LineSource() = default;
     // False at the end. Throws std::runtime_error when reading fails, and Interrupted.
     virtual bool next(std::string &line) = 0;
+    // Tells where the names of members and groups come from while lines are typed.
+    virtual void complete_with(ObjectNames) {}
     // Called before something else goes to the terminal.
     virtual void make_room() {}
 };

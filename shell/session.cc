@@ -129,6 +129,10 @@ void Session::print_behind(std::string_view line)
 
 int Session::run(LineSource &source, const std::string &name)
 {
+    source.complete_with([this](const reflection::ProfileFunctions &profile, Kind kind) {
+        const auto names = this->names(profile).of(kind).all();
+        return std::vector<std::string>{names.begin(), names.end()};
+    });
     files_.push_back(identity(name));
     Script script{source, name, options_.interactive, {}, {}};
     run_script(script);

@@ -47,11 +47,13 @@ std::filesystem::path history_file()
     return folder / "tessel-shell" / "history";
 }
 
+ObjectNames object_names; // the line editor's callbacks have no context
+
 // None when Ctrl-C comes in between: no exception may pass through the line editor.
 std::vector<std::string> candidates_for(std::string_view text)
 {
     try {
-        return complete(text);
+        return complete(text, object_names);
     } catch (const Interrupted &) {
         return {};
     }
@@ -163,6 +165,11 @@ TerminalLines::~TerminalLines()
     write_history(file.c_str());
 }
 
+void TerminalLines::complete_with(ObjectNames names)
+{
+    object_names = std::move(names);
+}
+
 bool TerminalLines::next(std::string &line)
 {
     const std::unique_ptr<char, decltype(&std::free)> typed{readline(prompt), &std::free};
@@ -181,6 +188,8 @@ bool TerminalLines::next(std::string &line)
 
 TerminalLines::TerminalLines() = default;
 TerminalLines::~TerminalLines() = default;
+
+void TerminalLines::complete_with(ObjectNames) {}
 
 bool TerminalLines::next(std::string &line)
 {

@@ -191,9 +191,27 @@ TEST(Completion, follows_the_usage_of_each_command)
         {"member add lagPortActionProfile port24 : setL", {"setLagPort"}},
         {"value l2SmacCheck ", {"default", "smac="}},
         {"counter read ingressPortDropC", {"ingressPortDropCount"}},
+        {"counter read ingressPortDropCount ", {"default"}},
+        {"add ipv4ShortMaskLpm dip=", {}},
+        {"group add lagPortActionProfile ", {"web"}},
+        {"group add lagPortActionProfile web ", {"p1", "p2"}},
+        {"group add lagPortActionProfile web p1 ", {"p1", "p2"}},
+        {"group state lagPortActionProfile web p1 ", {"active", "inactive"}},
+        {"group fallback lagPortActionProfile ", {"none", "p1", "p2"}},
+        {"member delete lagPortActionProfile p", {"p1", "p2"}},
+        {"add lagGroup priority=1 : group ", {"web"}},
+        {"idle enable l2LearningLookup ",
+         {"mode=", "param_1=", "param_2=", "param_3=", "param_4=", "param_5="}},
+        {"idle enable l2LearningLookup mode=1 param_2=3 ", {"param_3=", "param_4=", "param_5="}},
+        {"meter set stormControlMeter ", {"default"}},
+        {"digest watch macLearningDigest ", {"hold", "off", "on"}},
+        {"hash algorithm hashInnerI", {"hashInnerIpAndL4Hdr", "hashInnerIpv4Hdr", "hashInnerIpv6Hdr"}},
+    };
+    const shell::ObjectNames names = [](const auto &, shell::Kind kind) {
+        return kind == shell::Kind::member ? Words{"p1", "p2"} : Words{"web"};
     };
     for (const auto &[line, words] : cases)
-        EXPECT_EQ(shell::complete(line), words) << line;
+        EXPECT_EQ(shell::complete(line, names), words) << line;
     EXPECT_EQ(shell::complete("").size(), shell::commands().size());
     EXPECT_TRUE(shell::completes_a_file("load exa") && !shell::completes_a_file("load") &&
                 !shell::completes_a_file("show l2"));
