@@ -183,6 +183,7 @@ private:
         view.set("key_type", key_type(catalogue, table.name));
         const Mask128 mask = field.mask.value_or(full_mask(field.width));
         view.set("schema_format", schema_format(field.format));
+        view.set("is_masked", data(field.mask.has_value()));
         view.set("schema_mask", hex(mask));
         view.set("mask_high", hex(mask.high));
         view.set("mask_low", hex(mask.low));

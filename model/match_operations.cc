@@ -4,6 +4,22 @@
 
 using namespace model;
 
+namespace {
+
+// `copy`: which of the table's two.
+pd_status look_up(ts_model_hit (Table::*copy)(const u8 *, u32), u32 device_id, u32 table,
+                  std::span<const u8> key, u32 partition_index, ts_model_hit *hit)
+{
+    return with_table(device_id, table, [&](Table &found) {
+        if (key.data() == nullptr || hit == nullptr || key.size() != found.program().key_bytes)
+            return bad_argument;
+        *hit = (found.*copy)(key.data(), partition_index);
+        return ok;
+    });
+}
+
+} // namespace
+
 // ---- Driver operations ----------------------------------------------------------------------------------
 
 extern "C" {
@@ -130,12 +146,13 @@ u32 ts_model_entry_count(u32 device_id, u32 table)
 pd_status ts_model_lookup(u32 device_id, u32 table, const u8 *key, u32 bytes, u32 partition_index,
                           ts_model_hit *hit)
 {
-    return with_table(device_id, table, [&](Table &found) {
-        if (key == nullptr || hit == nullptr || bytes != found.program().key_bytes)
-            return bad_argument;
-        *hit = found.look_up(key, partition_index);
-        return ok;
-    });
+    return look_up(&Table::look_up, device_id, table, {key, bytes}, partition_index, hit);
+}
+
+pd_status ts_model_hardware_lookup(u32 device_id, u32 table, const u8 *key, u32 bytes, u32 partition_index,
+                                   ts_model_hit *hit)
+{
+    return look_up(&Table::look_up_hardware, device_id, table, {key, bytes}, partition_index, hit);
 }
 
 pd_status ts_model_get_entry(u32 device_id, u32 table, pd_entry_hdl entry, ts_model_entry *out)

@@ -285,46 +285,4 @@ std::optional<EntryView> MatchTable::get(pd_entry_hdl entry) const
                      .resource = found.resource_count != 0 ? &resources_[slot] : nullptr};
 }
 
-// ---- Look-up --------------------------------------------------------------------------------------------
-
-// The lower priority number wins, the earlier entry among equals.
-bool MatchTable::wins(u32 slot, u32 other) const
-{
-    if (other == none)
-        return true;
-    const Entry &a = entries_[slot];
-    const Entry &b = entries_[other];
-    return a.priority != b.priority ? a.priority < b.priority : a.handle < b.handle;
-}
-
-ts_model_hit MatchTable::look_up(const u8 *key, u32 partition)
-{
-    u32 best = none;
-    u32 second = none;
-    ts_model_hit hit{};
-    for (u32 group = 0; group < groups_.size(); ++group) {
-        if (groups_[group].entries == 0 || groups_[group].partition != partition)
-            continue;
-        for (u32 slot = first_of(masked(key, group)); slot != none; slot = entries_[slot].next) {
-            ++hit.candidates;
-            if (wins(slot, best)) {
-                second = best;
-                best = slot;
-            } else if (wins(slot, second)) {
-                second = slot;
-            }
-        }
-    }
-    if (best != none) {
-        hit.hit = 1;
-        hit.entry = entries_[best].handle;
-        hit.priority = entries_[best].priority;
-    }
-    if (second != none) {
-        hit.runner_up = entries_[second].handle;
-        hit.runner_up_priority = entries_[second].priority;
-    }
-    return hit;
-}
-
 } // namespace model

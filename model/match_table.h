@@ -37,8 +37,17 @@ public:
     // The entry with this partition, mask, masked value and priority; 0 for none.
     pd_entry_hdl find(const pipe_match_spec &match);
 
-    // What a packet with this key hits.
-    ts_model_hit look_up(const u8 *key, u32 partition);
+    // Calls `visit` with handle and priority of every entry that matches a packet with this key.
+    template <typename Visit>
+    void visit_matches(const u8 *key, u32 partition, Visit visit)
+    {
+        for (u32 group = 0; group < groups_.size(); ++group) {
+            if (groups_[group].entries == 0 || groups_[group].partition != partition)
+                continue;
+            for (u32 slot = first_of(masked(key, group)); slot != none; slot = entries_[slot].next)
+                visit(entries_[slot].handle, entries_[slot].priority);
+        }
+    }
 
     u32 count() const { return count_; }
     bool has(pd_entry_hdl entry) const { return slot_of(entry) != none; }
@@ -131,7 +140,6 @@ private:
     void link(u32 slot, u32 head);
     void unlink(u32 slot);
     void write_action(u32 slot, u32 action, const pipe_action_spec &spec);
-    bool wins(u32 slot, u32 other) const;
 
     const ProgramTable &program_;
     const u32 key_bytes_;

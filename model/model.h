@@ -113,6 +113,13 @@ typedef struct ts_model_hit {
 pd_status ts_model_lookup(u32 device_id, u32 table, const u8 *key, u32 bytes, u32 partition_index,
                           ts_model_hit *hit);
 
+/**
+ * Looks a key up likewise in what the hardware shows: an entry that the hardware lacks is not hit, one whose
+ * key was altered there is hit by the altered key. Its priority stays.
+ */
+pd_status ts_model_hardware_lookup(u32 device_id, u32 table, const u8 *key, u32 bytes, u32 partition_index,
+                                   ts_model_hit *hit);
+
 /** An entry as the model holds it; the pointers live until the next change of the table. */
 typedef struct ts_model_entry {
     const u8 *value; /**< null, like the mask, for the default entry */
@@ -244,7 +251,8 @@ pd_status ts_model_forget_selection(u32 device_id);
 /*
  * Every entry, the default entry too, has a software copy and a hardware copy. They are the same until one of
  * the next three functions alters what the hardware shows. Writing the action of the entry, or resetting the
- * default entry, puts them in step again. Look-ups and searches by key go by the software copy.
+ * default entry, puts them in step again. Look-ups but for ts_model_hardware_lookup, and searches by key, go
+ * by the software copy.
  *
  * They return TS_MODEL_UNKNOWN_OBJECT for an entry that the hardware does not have.
  */

@@ -1,8 +1,23 @@
 #include "table.h"
 
 #include "default_entry.h"
+#include "ranking.h"
 
 namespace model {
+
+namespace {
+
+bool matches(const EntryView &entry, const u8 *key, u32 partition)
+{
+    if (entry.partition != partition)
+        return false;
+    for (std::size_t at = 0; at < entry.mask.size(); ++at)
+        if (((entry.value[at] ^ key[at]) & entry.mask[at]) != 0)
+            return false;
+    return true;
+}
+
+} // namespace
 
 Table::Table(const ProgramTable &program, Profile *profile)
     : profile_{profile}, entries_{program}, default_{program_default(program)}
@@ -115,6 +130,27 @@ void Table::restart_ttl(pd_entry_hdl entry)
         return;
     if (const auto contents = entries_.get(entry))
         idle.restart(entry, contents->ttl);
+}
+
+ts_model_hit Table::look_up(const u8 *key, u32 partition)
+{
+    Ranking ranking;
+    entries_.visit_matches(key, partition,
+                           [&](pd_entry_hdl entry, u32 priority) { ranking.enter(entry, priority); });
+    return ranking.hit();
+}
+
+ts_model_hit Table::look_up_hardware(const u8 *key, u32 partition)
+{
+    Ranking ranking;
+    entries_.visit_matches(key, partition, [&](pd_entry_hdl entry, u32 priority) {
+        if (!hardware_.contains(entry))
+            ranking.enter(entry, priority);
+    });
+    for (const auto &[entry, copy] : hardware_)
+        if (copy && entry != TS_MODEL_DEFAULT_ENTRY && matches(copy->view(), key, partition))
+            ranking.enter(entry, copy->view().priority);
+    return ranking.hit();
 }
 
 std::optional<EntryView> Table::software(pd_entry_hdl entry) const

@@ -45,7 +45,9 @@ public:
     void restart_ttl(pd_entry_hdl entry);
 
     pd_entry_hdl find(const pipe_match_spec &match) { return entries_.find(match); }
-    ts_model_hit look_up(const u8 *key, u32 partition) { return entries_.look_up(key, partition); }
+    // What a packet with this key hits, by either copy.
+    ts_model_hit look_up(const u8 *key, u32 partition);
+    ts_model_hit look_up_hardware(const u8 *key, u32 partition);
     u32 count() const { return entries_.count(); }
     bool has(pd_entry_hdl entry) const { return entry == TS_MODEL_DEFAULT_ENTRY || entries_.has(entry); }
     pd_entry_hdl next(pd_entry_hdl after) const { return entries_.next(after); }

@@ -20,6 +20,13 @@ std::string hex(u32 number)
     return text;
 }
 
+std::string mask_text(const pd::Field &field)
+{
+    std::string text;
+    append_mask_text(text, {field.mask.high, field.mask.low}, Form::number);
+    return text;
+}
+
 // The width of the first column of a list whose longest text this is.
 template <typename Rows, typename Text>
 int column(const Rows &rows, Text text)
@@ -39,6 +46,7 @@ void describe_key(std::ostream &out, const pd::Table &table)
         out << "  " << std::left << std::setw(display) << field.display << std::setw(member) << field.name
             << std::right << std::setw(3) << unsigned{field.width}
             << (field.width == 1 ? " bit   " : " bits  ") << match_name(field.match)
+            << (uncompared_bits(field) ? ", mask " + mask_text(field) : "")
             << (field.partition_index ? ", the partition index" : "") << '\n';
 }
 
@@ -85,7 +93,10 @@ void append_key(Json &to, const pd::Table &table)
     to.open_array();
     for (const pd::Field &field : table.key) {
         to.open_object().key("field").text(field.display).key("member").text(field.name);
-        to.key("width").number(field.width).key("match").text(match_name(field.match)).close_object();
+        to.key("width").number(field.width).key("match").text(match_name(field.match));
+        if (uncompared_bits(field))
+            to.key("mask").text(mask_text(field));
+        to.close_object();
     }
     to.close_array();
 }

@@ -75,13 +75,15 @@ void run_help(Session &session, Words &words)
 
 constexpr std::string_view json_option[] = {"--json"};
 constexpr std::string_view read_options[] = {"--json", "--hw"};
+constexpr std::string_view diff_options[] = {"--json", "--all-bits"};
 
 constexpr std::string_view key_text =
     R"(  KEY is one name=value for each field, by display name (dmacOui) or member name (outerEthHdr_dmacOui).
   Values: decimal, 0x hex, dotted IPv4 (32 bits), IPv6 (128 bits). A MAC address may be given whole where
   its two halves stand side by side: dmac=00:11:22:33:44:55 for dmacOui and dmacStation.
   LPM field: value/length; the whole width without a length. Ternary field: value&mask or value/length;
-  all bits without a mask, any value when left out.
+  all bits without a mask, any value when left out. 'any' is the mask 0 or the prefix 0/0; 'default' is the
+  value 0, in an LPM field 0/0.
   priority=N is required where the key has a ternary field; the lowest number wins.
 )";
 
@@ -100,7 +102,9 @@ constexpr std::string_view modify_text =
 )";
 
 constexpr std::string_view lookup_text =
-    R"(  Every field takes a plain value, as a packet has it: no masks, no prefixes, no priority.
+    R"(  Every field takes a plain value, as a packet has it: no masks, no prefixes, no priority. A field that is left
+  out is 0, and the answer names it. Asked is the driver's memory; with --hw what the hardware holds, where an
+  entry may be missing or have another key.
   Where the entry points at a group, hash=A,B gives the two words by which it picks a member (0,0 without).
   With packets=N, and bytes=N, the look-up counts as so many packets: in counters, for ageing and for armed
   snapshots.
@@ -205,7 +209,8 @@ constexpr std::string_view restart_text =
 )";
 
 constexpr std::string_view read_text =
-    R"(  --json prints a JSON object for each entry, --hw reads from the hardware instead of the driver's memory.
+    R"(  --json prints a JSON object for each entry, --hw reads from the hardware instead of the driver's memory and
+  names the entries that it lacks.
 )";
 
 constexpr std::string_view entry_text =
@@ -233,7 +238,8 @@ constexpr std::string_view label_text =
 
 constexpr std::string_view diff_text =
     R"(  Compares each entry and the default entry, as placed, with the hardware: every key field and every parameter,
-  by the bits that the schema lists. Priorities are not compared, groups only by presence.
+  by the bits that the schema lists; the last lines name the fields some of whose bits are left out. --all-bits
+  compares all bits, and groups by handle, not only by presence. Priorities are not compared.
 )";
 
 constexpr std::string_view corrupt_text =
@@ -285,7 +291,7 @@ constexpr Command all_commands[] = {
     {"find", "TABLE KEY [priority=N]", "prints the handle of the entry with this key", key_text, json_option,
      run_find},
     {"lookup", "TABLE KEY [hash=A,B] [packets=N [bytes=N]]",
-     "tells which entry a packet with this key would hit, and why", lookup_text, json_option, run_lookup},
+     "tells which entry a packet with this key would hit, and why", lookup_text, read_options, run_lookup},
     {"show", "TABLE|PROFILE", "prints all entries of a table, or all that a profile holds", read_text,
      read_options, run_show},
     {"entry", "TABLE ENTRY", "prints one entry, read back", entry_text, read_options, run_entry},
@@ -306,7 +312,7 @@ constexpr Command all_commands[] = {
      json_option, run_print},
     {"label", "TABLE ENTRY", "tells in words what an entry of a counted table matches on", label_text,
      json_option, run_label},
-    {"diff", "TABLE", "prints every difference between software and hardware", diff_text, json_option,
+    {"diff", "TABLE", "prints every difference between software and hardware", diff_text, diff_options,
      run_diff},
     {"corrupt",
      "TABLE ENTRY : ACTION PARAMETERS|key KEY|missing",

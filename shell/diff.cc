@@ -1,5 +1,7 @@
 // The diff command: what software placed in a table against what the chip has, field by field.
+#include <algorithm>
 #include <functional>
+#include <iterator>
 
 #include "commands.h"
 #include "driver.h"
@@ -13,8 +15,10 @@ namespace {
 
 using reflection::TableFunctions;
 
-// One member of a record, as the library compares it: a mask or prefix length by itself, and only the bits of
-// the schema.
+// Which bits of a field count: those of the schema, as the library compares, or all.
+enum class Bits { schema, all };
+
+// One member of a record: a mask or prefix length by itself, and only the bits that count.
 struct Part {
     std::string name;
     ShownField shown;
@@ -22,7 +26,7 @@ struct Part {
     bool is_mask = false;
 };
 
-std::vector<Part> parts_of(const pd::Table &table)
+std::vector<Part> parts_of(const pd::Table &table, Bits counting)
 {
     std::vector<Part> parts;
     const auto add = [&](const char *name, u16 offset, unsigned width, Form form, Value bits, bool is_mask) {
@@ -30,7 +34,7 @@ std::vector<Part> parts_of(const pd::Table &table)
     };
     for (const pd::Field &field : table.key) {
         const Form form = form_of(field.format, field.width);
-        const Value bits{field.mask.high, field.mask.low};
+        const Value bits = counting == Bits::all ? ones(field.width) : Value{field.mask.high, field.mask.low};
         add(field.name, field.offset, field.width, form, bits, false);
         if (field.match == pd::Match::ternary)
             add(field.twin, field.twin_offset, field.width, form, bits, true);
@@ -38,6 +42,14 @@ std::vector<Part> parts_of(const pd::Table &table)
             add(field.twin, field.twin_offset, 16, Form::number, ones(16), false);
     }
     return parts;
+}
+
+std::vector<pd::Field> uncompared(const pd::Table &table, Bits counting)
+{
+    std::vector<pd::Field> fields;
+    if (counting == Bits::schema)
+        std::ranges::copy_if(table.key, std::back_inserter(fields), uncompared_bits);
+    return fields;
 }
 
 std::vector<Part> parts_of(const pd::Action &action)
@@ -93,12 +105,14 @@ std::string body_of(const EntryReader &entry)
     return text;
 }
 
-void compare_bodies(std::vector<Difference> &to, const EntryReader &software, const EntryReader &hardware)
+void compare_bodies(std::vector<Difference> &to, const EntryReader &software, const EntryReader &hardware,
+                    Bits counting)
 {
     if (software.names()) {
         // The library compares members by handle, groups by presence.
         const Object left = software.reference(), right = hardware.reference();
-        if (left.kind != right.kind || (left.kind == Kind::member && left.handle != right.handle))
+        const bool by_handle = left.kind == Kind::member || counting == Bits::all;
+        if (left.kind != right.kind || (by_handle && left.handle != right.handle))
             to.push_back({"points at", body_of(software), body_of(hardware)});
     } else if (&software.action().row() != &hardware.action().row()) {
         to.push_back({"action", body_of(software), body_of(hardware)});
@@ -112,7 +126,9 @@ class Comparison {
 public:
     Comparison(Session &session, const TableFunctions &table)
         : session_(session), table_(table), software_(table, false, session.names(table)),
-          hardware_(table, true, session.names(table)), key_(parts_of(*table.row))
+          hardware_(table, true, session.names(table)),
+          counting_(session.all_bits() ? Bits::all : Bits::schema), key_(parts_of(*table.row, counting_)),
+          uncompared_(uncompared(*table.row, counting_))
     {
     }
 
@@ -126,12 +142,16 @@ private:
     void print(const Difference &difference) const;
     void print_missing(const std::string &why) const;
     void print_totals() const;
+    void print_uncompared() const;
+    void append_uncompared(Json &to) const;
     std::string json_line(const std::function<void(Json &)> &append) const;
 
     Session &session_;
     const TableFunctions &table_;
     EntryReader software_, hardware_;
+    const Bits counting_;
     const std::vector<Part> key_;
+    const std::vector<pd::Field> uncompared_; // some of their bits
     u32 compared_ = 0;
     u32 different_ = 0;
 };
@@ -157,7 +177,8 @@ void Comparison::compare_entry(pd_entry_hdl entry)
         return print_missing(refused.what);
     }
     const std::vector<Difference> found = differences();
-    expect_agreement(placement.data(), found);
+    if (counting_ == Bits::schema)
+        expect_agreement(placement.data(), found);
     different_ += !found.empty();
     for (const Difference &difference : found)
         print(difference);
@@ -170,7 +191,7 @@ std::vector<Difference> Comparison::differences() const
         found.push_back({"entry", "the default entry", "one with a key"});
     else if (!software_.is_default())
         compare(found, key_, software_.key(), hardware_.key());
-    compare_bodies(found, software_, hardware_);
+    compare_bodies(found, software_, hardware_, counting_);
     return found;
 }
 
@@ -222,16 +243,41 @@ std::string Comparison::json_line(const std::function<void(Json &)> &append) con
 
 void Comparison::print_totals() const
 {
-    std::string line;
-    if (session_.json()) {
-        Json json{line};
-        json.open_object().key("table").text(table_.row->name);
-        json.key("compared").number(compared_).key("different").number(different_).close_object();
-    } else {
-        line = std::to_string(compared_) + " compared, the default entry among them, " +
-               std::to_string(different_) + " different";
+    if (!session_.json()) {
+        session_.print(std::to_string(compared_) + " compared, the default entry among them, " +
+                       std::to_string(different_) + " different");
+        return print_uncompared();
     }
+    std::string line;
+    Json json{line};
+    json.open_object().key("table").text(table_.row->name);
+    json.key("compared").number(compared_).key("different").number(different_);
+    append_uncompared(json);
+    json.close_object();
     session_.print(line);
+}
+
+void Comparison::print_uncompared() const
+{
+    for (const pd::Field &field : uncompared_)
+        session_.print("not compared without --all-bits: " + std::to_string(uncompared_bits(field)) + " of " +
+                       std::to_string(field.width) + " bits of " + field.name);
+}
+
+// Only where there is such a field.
+void Comparison::append_uncompared(Json &to) const
+{
+    if (uncompared_.empty())
+        return;
+    to.key("not_compared").open_array();
+    for (const pd::Field &field : uncompared_)
+        to.open_object()
+            .key("field")
+            .text(field.name)
+            .key("bits")
+            .number(uncompared_bits(field))
+            .close_object();
+    to.close_array();
 }
 
 } // namespace

@@ -1,13 +1,20 @@
 #include "entry_reader.h"
 
 #include "driver.h"
+#include "model.h"
 #include "profiles.h"
 
 namespace shell {
 
 namespace {
 
-// What the library answers for a default entry that points at nothing.
+// Whether the driver knew the entry. BadLine when it refused for another reason.
+bool is_there(pd_status status)
+{
+    if (status != TS_MODEL_UNKNOWN_OBJECT)
+        expect_success(status);
+    return status == TS_MODEL_OK;
+}
 
 } // namespace
 
@@ -31,15 +38,24 @@ reflection::EntryResults EntryReader::results()
     return results;
 }
 
-void EntryReader::read(pd_entry_hdl entry)
+pd_status EntryReader::try_read(pd_entry_hdl entry)
 {
     reference_ = {};
-    expect_success(
-        functions_.indirect
-            ? functions_.indirect->get_entry(driver_session, device.device_id, entry, from_hardware_,
-                                             results(), reference_)
-            : functions_.get_entry(driver_session, device.device_id, entry, from_hardware_, results()));
     handle_ = entry;
+    return functions_.indirect
+               ? functions_.indirect->get_entry(driver_session, device.device_id, entry, from_hardware_,
+                                                results(), reference_)
+               : functions_.get_entry(driver_session, device.device_id, entry, from_hardware_, results());
+}
+
+void EntryReader::read(pd_entry_hdl entry)
+{
+    expect_success(try_read(entry));
+}
+
+bool EntryReader::read_if_there(pd_entry_hdl entry)
+{
+    return is_there(try_read(entry));
 }
 
 void EntryReader::read_placement(pd_entry_hdl entry, void *plcmt_data)
@@ -51,29 +67,47 @@ void EntryReader::read_placement(pd_entry_hdl entry, void *plcmt_data)
     handle_ = entry;
 }
 
-void EntryReader::read_default()
+pd_status EntryReader::try_read_default()
 {
     is_default_ = 1;
     if (!functions_.indirect)
-        return expect_success(
-            functions_.get_default_entry(driver_session, device, from_hardware_, &action_.out()));
+        return functions_.get_default_entry(driver_session, device, from_hardware_, &action_.out());
     reference_ = {};
     const pd_status status =
         functions_.indirect->get_default_entry(driver_session, device, from_hardware_, reference_);
-    if (status != PD_STATUS_UNREADABLE)
-        expect_success(status);
+    return status == PD_STATUS_UNREADABLE ? pd_status{TS_MODEL_OK} : status;
 }
 
-void EntryReader::walk(const std::function<void()> &visit)
+void EntryReader::read_default()
+{
+    expect_success(try_read_default());
+}
+
+bool EntryReader::read_default_if_there()
+{
+    return is_there(try_read_default());
+}
+
+void EntryReader::walk_entries(const std::function<void(pd_entry_hdl)> &visit) const
 {
     walk_handles([&](u32 *to) { return functions_.get_first_entry_handle(driver_session, device, to); },
                  [&](u32 after, u32 count, u32 *to) {
                      return functions_.get_next_entry_handles(driver_session, device, after, count, to);
                  },
-                 [&](pd_entry_hdl entry) {
-                     read(entry);
-                     visit();
-                 });
+                 visit);
+}
+
+void EntryReader::walk(const std::function<void()> &visit)
+{
+    walk_entries([&](pd_entry_hdl entry) {
+        read(entry);
+        visit();
+    });
+}
+
+void EntryReader::walk(const std::function<void()> &visit, const std::function<void()> &lacks)
+{
+    walk_entries([&](pd_entry_hdl entry) { read_if_there(entry) ? visit() : lacks(); });
 }
 
 Object EntryReader::reference() const

@@ -23,8 +23,13 @@ public:
     void read_default();
     // From the placement data of `entry`: what software placed.
     void read_placement(pd_entry_hdl entry, void *plcmt_data);
+    // False when the copy that is read lacks the entry.
+    bool read_if_there(pd_entry_hdl entry);
+    bool read_default_if_there();
     // Calls `visit` for each entry, read.
     void walk(const std::function<void()> &visit);
+    // Likewise, and `lacks` for each that the copy lacks: only handle() tells of it.
+    void walk(const std::function<void()> &visit, const std::function<void()> &lacks);
 
     // ---- Of the entry that was read last ----
     pd_entry_hdl handle() const { return handle_; }
@@ -50,6 +55,9 @@ public:
 
 private:
     reflection::EntryResults results();
+    pd_status try_read(pd_entry_hdl entry);
+    pd_status try_read_default();
+    void walk_entries(const std::function<void(pd_entry_hdl)> &visit) const;
 
     const reflection::TableFunctions &functions_;
     const u8 from_hardware_;

@@ -1,6 +1,7 @@
 // The lookup command: which entry a packet would hit, and why; behind a group, which member it gets.
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 #include "commands.h"
 #include "driver.h"
@@ -35,13 +36,6 @@ PacketKey packet_key(const pd::Table &table, const Record &record)
             write_image(value, field.width, key.image.data() + pd::image_offset(table.key, i));
     }
     return key;
-}
-
-const char *action_of_entry(const pd::Table &table, pd_entry_hdl handle)
-{
-    ts_model_entry entry{};
-    ts_model_get_entry(device.device_id, table.handle, handle, &entry);
-    return std::ranges::find(table.actions, entry.action, &pd::Binding::handle)->action->name;
 }
 
 // The priority of an LPM entry counts the bits behind its prefix.
@@ -87,10 +81,9 @@ std::string why(const pd::Table &table, const ts_model_hit &hit)
 // What a packet gets from an entry that points at a member or group.
 class Selection {
 public:
-    Selection(Session &session, const reflection::TableFunctions &table);
-
-    // Throws BadLine when the driver refuses.
-    void select(const ts_model_hit &hit, FlowHash hash);
+    // Of the entry that was read last. Throws BadLine when the driver refuses.
+    Selection(const EntryReader &entry, const reflection::ProfileFunctions &profile, bool from_hardware,
+              FlowHash hash);
 
     // "group web, member nh1: setEcmpNextHop nextHop=7"
     std::string text() const;
@@ -101,29 +94,21 @@ private:
 
     const reflection::ProfileFunctions &profile_;
     const ProfileNames &names_;
-    EntryReader entry_;
+    const Object reference_;
     MemberReader reader_;
     pd_mbr_hdl member_ = 0; // 0 for none
     bool fallback_ = false;
 };
 
-Selection::Selection(Session &session, const reflection::TableFunctions &table)
-    : profile_(*table.indirect->profile), names_(session.names(profile_)), entry_(table, false, &names_),
-      reader_(profile_, false)
+Selection::Selection(const EntryReader &entry, const reflection::ProfileFunctions &profile,
+                     bool from_hardware, FlowHash hash)
+    : profile_(profile), names_(*entry.names()), reference_(entry.reference()),
+      reader_(profile, from_hardware)
 {
-}
-
-void Selection::select(const ts_model_hit &hit, FlowHash hash)
-{
-    if (hit.hit)
-        entry_.read(hit.entry);
+    if (reference_.kind == Kind::group)
+        select_from_group(reference_.handle, hash);
     else
-        entry_.read_default();
-    const Object reference = entry_.reference();
-    if (reference.kind == Kind::group)
-        select_from_group(reference.handle, hash);
-    else
-        member_ = reference.handle;
+        member_ = reference_.handle;
     if (member_ != 0)
         reader_.read(member_);
 }
@@ -142,11 +127,10 @@ void Selection::select_from_group(pd_grp_hdl group, FlowHash hash)
 
 std::string Selection::text() const
 {
-    const Object reference = entry_.reference();
-    std::string text = names_.text_of(reference);
+    std::string text = names_.text_of(reference_);
     if (fallback_)
         text += ", none active";
-    if (reference.kind == Kind::group)
+    if (reference_.kind == Kind::group)
         text +=
             ", " + (member_ == 0 ? "no fallback"
                                  : (fallback_ ? "fallback " : "") + names_.text_of({Kind::member, member_}));
@@ -159,9 +143,8 @@ std::string Selection::text() const
 
 void Selection::append_json(Json &to) const
 {
-    const Object reference = entry_.reference();
-    if (reference.kind == Kind::group) {
-        shell::append_json(to, names_, reference);
+    if (reference_.kind == Kind::group) {
+        shell::append_json(to, names_, reference_);
         to.key("fallback").flag(fallback_);
     }
     shell::append_json(to, names_, {Kind::member, member_});
@@ -169,50 +152,96 @@ void Selection::append_json(Json &to) const
         reader_.action().append_json(to);
 }
 
-// `selection` is null for a table whose entries carry their action.
-std::string hit_text(const pd::Table &table, const ts_model_hit &hit, const Selection *selection)
+struct Answer {
+    ts_model_hit hit{};
+    EntryReader entry;                   // that was hit, or the default entry
+    bool missing;                        // the hardware lacks the default entry that would be it
+    std::optional<Selection> selection;  // where entries point at members and groups
+    std::vector<std::string_view> zeros; // fields that were not given
+};
+
+std::string body(const Answer &answer)
 {
-    if (!hit.hit)
-        return selection ? "miss: the default entry points at " + selection->text()
-                         : "miss: the default action runs";
-    return "entry " + std::to_string(hit.entry) + ": " +
-           (selection ? selection->text() : action_of_entry(table, hit.entry)) + " (" + why(table, hit) + ')';
+    if (answer.selection)
+        return answer.selection->text();
+    std::string text;
+    answer.entry.append_body(text);
+    return text;
 }
 
-std::string hit_json(const pd::Table &table, const ts_model_hit &hit, const Selection *selection)
+std::string text_of(const Answer &answer)
+{
+    if (answer.hit.hit)
+        return "entry " + std::to_string(answer.hit.entry) + ": " + body(answer) + " (" +
+               why(answer.entry.table(), answer.hit) + ')';
+    if (answer.missing)
+        return "miss: the default entry is not in hardware";
+    return (answer.selection ? "miss: the default entry points at " : "miss: the default action runs: ") +
+           body(answer);
+}
+
+void append_json(Json &to, const Answer &answer)
+{
+    to.key("table").text(answer.entry.table().name).key("hit").flag(answer.hit.hit);
+    if (answer.hit.hit)
+        to.key("entry").number(answer.hit.entry);
+    if (answer.missing)
+        to.key("missing").text("hardware");
+    else if (answer.selection)
+        answer.selection->append_json(to);
+    else
+        answer.entry.action().append_json(to);
+    if (answer.hit.hit)
+        to.key("candidates")
+            .number(answer.hit.candidates)
+            .key("why")
+            .text(why(answer.entry.table(), answer.hit));
+    if (answer.zeros.empty())
+        return;
+    to.key("taken_as_zero").open_array();
+    for (const std::string_view field : answer.zeros)
+        to.text(field);
+    to.close_array();
+}
+
+void print(Session &session, const Answer &answer)
 {
     std::string line;
-    Json json{line};
-    json.open_object().key("table").text(table.name).key("hit").flag(hit.hit);
-    if (hit.hit)
-        json.key("entry").number(hit.entry);
-    if (selection)
-        selection->append_json(json);
-    else if (hit.hit)
-        json.key("action").text(action_of_entry(table, hit.entry));
-    if (hit.hit)
-        json.key("candidates").number(hit.candidates).key("why").text(why(table, hit));
-    json.close_object();
-    return line;
-}
-
-Record take_packet(Words &words, const pd::Table &table, Options &options)
-{
-    Record record{table, KeyOf::packet};
-    take_assignments(words, record, table.name, options);
-    words.expect_end();
-    return record;
+    if (session.json()) {
+        Json json{line};
+        append_json(json.open_object(), answer);
+        json.close_object();
+    } else {
+        line = text_of(answer);
+        if (!answer.zeros.empty())
+            line += ", taken as 0: " + listed(answer.zeros);
+    }
+    session.print(line);
 }
 
 // With packets, as the chip does it for them.
-pd_status look_up(const pd::Table &table, const PacketKey &key, const Options &options, ts_model_hit &hit)
+ts_model_hit look_up(const pd::Table &table, const PacketKey &key, const Options &options, bool from_hardware)
 {
     const auto bytes = static_cast<u32>(key.image.size());
-    if (!options.packets)
-        return ts_model_lookup(device.device_id, table.handle, key.image.data(), bytes, key.partition_index,
-                               &hit);
-    return ts_model_counted_lookup(device.device_id, table.handle, key.image.data(), bytes,
-                                   key.partition_index, *options.packets, options.bytes.value_or(0), &hit);
+    ts_model_hit hit{};
+    if (options.packets) {
+        expect_success(ts_model_counted_lookup(device.device_id, table.handle, key.image.data(), bytes,
+                                               key.partition_index, *options.packets,
+                                               options.bytes.value_or(0), &hit));
+    } else {
+        const auto ask = from_hardware ? ts_model_hardware_lookup : ts_model_lookup;
+        expect_success(
+            ask(device.device_id, table.handle, key.image.data(), bytes, key.partition_index, &hit));
+    }
+    return hit;
+}
+
+void expect_consistent(const Options &options, bool from_hardware, std::string_view where)
+{
+    if (options.bytes && !options.packets)
+        throw BadLine{where, "bytes=N needs packets=N: a look-up without packets counts nothing"};
+    if (options.packets && from_hardware)
+        throw BadLine{where, "packets=N goes by the driver's memory: leave --hw out"};
 }
 
 } // namespace
@@ -224,16 +253,25 @@ void run_lookup(Session &session, Words &words)
     Options options;
     options.takes_hash = functions.indirect != nullptr;
     options.takes_packets = true;
-    const PacketKey key = packet_key(table, take_packet(words, table, options));
-    if (options.bytes && !options.packets)
-        throw BadLine{words.rest(), "bytes=N needs packets=N: a look-up without packets counts nothing"};
-    ts_model_hit hit{};
-    expect_success(look_up(table, key, options, hit));
-    std::optional<Selection> selection;
-    if (functions.indirect)
-        selection.emplace(session, functions).select(hit, options.hash.value_or(FlowHash{}));
-    const auto tell = session.json() ? hit_json : hit_text;
-    session.print(tell(table, hit, selection ? &*selection : nullptr));
+    Record packet{table, KeyOf::packet};
+    take_assignments(words, packet, table.name, options);
+    words.expect_end();
+    const bool from_hardware = session.from_hardware();
+    expect_consistent(options, from_hardware, words.rest());
+
+    Answer answer{look_up(table, packet_key(table, packet), options, from_hardware),
+                  EntryReader{functions, from_hardware, session.names(functions)},
+                  false,
+                  {},
+                  packet.missing()};
+    if (answer.hit.hit)
+        answer.entry.read(answer.hit.entry);
+    else
+        answer.missing = !answer.entry.read_default_if_there();
+    if (functions.indirect && !answer.missing)
+        answer.selection.emplace(answer.entry, *functions.indirect->profile, from_hardware,
+                                 options.hash.value_or(FlowHash{}));
+    print(session, answer);
 }
 
 } // namespace shell

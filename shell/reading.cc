@@ -21,6 +21,8 @@ public:
 
     std::string_view heading();
     std::string_view line();
+    // Of an entry that the copy lacks.
+    std::string_view line_without_entry();
 
 private:
     using Aligned = Columns::Aligned;
@@ -79,6 +81,14 @@ std::string_view EntryLines::line()
     return columns_.end();
 }
 
+std::string_view EntryLines::line_without_entry()
+{
+    columns_.begin();
+    columns_.cell(std::to_string(reader_.handle()), Columns::digits, Aligned::right);
+    columns_.cell("not in hardware", 0, Aligned::left);
+    return columns_.end();
+}
+
 std::size_t EntryLines::key_width(const ShownField &field)
 {
     return std::max(field.name.size(), longest_text(field));
@@ -93,9 +103,16 @@ Columns::Aligned EntryLines::key_aligned(const ShownField &field)
 void show_json(Session &session, EntryReader &reader)
 {
     std::string line;
-    reader.walk([&] {
+    const auto print = [&] {
         line.clear();
         reader.append_json(line);
+        session.print(line);
+    };
+    reader.walk(print, [&] {
+        line.clear();
+        Json json{line};
+        json.open_object().key("table").text(reader.table().name).key("entry").number(reader.handle());
+        json.key("missing").text("hardware").close_object();
         session.print(line);
     });
 }
@@ -104,7 +121,7 @@ void show_text(Session &session, EntryReader &reader)
 {
     EntryLines lines{reader};
     session.print(lines.heading());
-    reader.walk([&] { session.print(lines.line()); });
+    reader.walk([&] { session.print(lines.line()); }, [&] { session.print(lines.line_without_entry()); });
 }
 
 // A name and what stands behind it.

@@ -11,6 +11,8 @@ std::size_t words_for(std::size_t bytes)
     return (bytes + sizeof(u64) - 1) / sizeof(u64);
 }
 
+constexpr std::string_view any_word = "any", default_word = "default";
+
 unsigned parse_prefix(std::string_view text, unsigned width, std::string_view name)
 {
     return parse_u32(text, width, std::string{name} + " prefix length");
@@ -30,7 +32,7 @@ std::string_view mac_name(std::string_view first, std::string_view second)
 }
 
 Record::Record(const pd::Table &table, KeyOf use)
-    : kind_("field"), owner_(table.name), storage_(words_for(table.record_size))
+    : use_(use), kind_("field"), owner_(table.name), storage_(words_for(table.record_size))
 {
     slots_.reserve(table.key.size());
     for (const pd::Field &field : table.key)
@@ -70,13 +72,28 @@ bool Record::assign(std::string_view name, std::string_view value)
 
 void Record::expect_complete(std::string_view where) const
 {
-    std::vector<std::string_view> missing;
-    for (const Slot &slot : slots_)
-        if (!slot.given && slot.match != pd::Match::ternary)
-            missing.push_back(slot.display);
-    if (!missing.empty())
-        throw BadLine{where, std::string{"missing "} + kind_ + (missing.size() == 1 ? "" : "s") + " of " +
-                                 owner_ + ": " + listed(missing)};
+    if (use_ == KeyOf::packet)
+        return;
+    if (const auto names = missing(); !names.empty())
+        throw BadLine{where, std::string{"missing "} + kind_ + (names.size() == 1 ? "" : "s") + " of " +
+                                 owner_ + ": " + listed(names)};
+}
+
+std::vector<std::string_view> Record::missing() const
+{
+    std::vector<std::string_view> names;
+    const auto is_missing = [](const Slot &slot) { return !slot.given && slot.match != pd::Match::ternary; };
+    for (std::size_t i = 0; i < slots_.size(); ++i) {
+        if (!is_missing(slots_[i]))
+            continue;
+        const bool pair =
+            i + 1 < slots_.size() && is_missing(slots_[i + 1]) && may_be_halves(slots_[i], slots_[i + 1]);
+        const std::string_view mac =
+            pair ? mac_name(slots_[i].display, slots_[i + 1].display) : std::string_view{};
+        names.push_back(mac.empty() ? slots_[i].display : mac);
+        i += !mac.empty();
+    }
+    return names;
 }
 
 std::vector<std::string_view> Record::names() const
@@ -87,7 +104,28 @@ std::vector<std::string_view> Record::names() const
     return result;
 }
 
-Record::Operand Record::parse(std::string_view text, unsigned width, pd::Match match, std::string_view name)
+Record::Operand Record::parse(std::string_view text, unsigned width, pd::Match match,
+                              std::string_view name) const
+{
+    if (use_ && (text == any_word || text == default_word))
+        return all_zero(text, width, match, name);
+    return parse_value_with_mask(text, width, match, name);
+}
+
+// What the word stands for in a key. The default of a prefix is the one that all others are longer than.
+Record::Operand Record::all_zero(std::string_view word, unsigned width, pd::Match match,
+                                 std::string_view name) const
+{
+    if (word == any_word && match == pd::Match::exact)
+        throw BadLine{word, std::string{name} + (use_ == KeyOf::packet
+                                                     ? " takes no 'any': a packet has one value in each field"
+                                                     : " takes no 'any': it matches one value alone")};
+    const bool masked = word == default_word && match != pd::Match::lpm;
+    return {{}, masked ? ones(width) : Value{}, 0};
+}
+
+Record::Operand Record::parse_value_with_mask(std::string_view text, unsigned width, pd::Match match,
+                                              std::string_view name)
 {
     const std::size_t split = text.find_first_of("/&");
     if (split == std::string_view::npos)
@@ -114,10 +152,14 @@ bool Record::named(const Slot &slot, std::string_view name)
     return name == slot.display || name == slot.member;
 }
 
+bool Record::may_be_halves(const Slot &first, const Slot &second)
+{
+    return first.width * 2 == mac_width && second.width * 2 == mac_width && first.match == second.match;
+}
+
 bool Record::mac_halves_named(const Slot &first, const Slot &second, std::string_view name)
 {
-    return !name.empty() && first.width * 2 == mac_width && second.width * 2 == mac_width &&
-           first.match == second.match &&
+    return !name.empty() && may_be_halves(first, second) &&
            (name == mac_name(first.display, second.display) || name == mac_name(first.member, second.member));
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,7 +14,7 @@
 namespace shell {
 
 // What a key is for: an entry has masks and prefixes, and may leave ternary fields out; a packet has a plain
-// value in every field.
+// value in every field, 0 where none is given.
 enum class KeyOf { entry, packet };
 
 // The name of the MAC address that two neighbours are the halves of; empty when they are none.
@@ -27,8 +28,11 @@ public:
     // Fills the field called `name`, or the two halves of the MAC address of that name. False when there is
     // no such field; BadLine for a bad value or a field given before.
     bool assign(std::string_view name, std::string_view value);
-    // BadLine at `where` when a field is missing.
+    // BadLine at `where` when a field is missing, unless it is of a packet.
     void expect_complete(std::string_view where) const;
+    // The fields that were not given, by display name; ternary ones, which match anything then, are not among
+    // them.
+    std::vector<std::string_view> missing() const;
 
     // "field" or "parameter"
     const char *kind() const { return kind_; }
@@ -53,12 +57,17 @@ private:
         unsigned prefix_length = 0;
     };
 
-    static Operand parse(std::string_view text, unsigned width, pd::Match match, std::string_view name);
+    Operand parse(std::string_view text, unsigned width, pd::Match match, std::string_view name) const;
+    static Operand parse_value_with_mask(std::string_view text, unsigned width, pd::Match match,
+                                         std::string_view name);
+    Operand all_zero(std::string_view word, unsigned width, pd::Match match, std::string_view name) const;
     static bool named(const Slot &slot, std::string_view name);
+    static bool may_be_halves(const Slot &first, const Slot &second);
     static bool mac_halves_named(const Slot &first, const Slot &second, std::string_view name);
     void put(Slot &slot, const Operand &operand, std::string_view name);
     std::byte *at(u16 offset);
 
+    std::optional<KeyOf> use_; // none for parameters
     const char *kind_;
     const char *owner_;
     std::string_view member_prefix_; // of the record's members, before the name in the row

@@ -161,7 +161,7 @@ void Session::load(const FileName &file)
     }
     files_.pop_back();
     source_ = before;
-    json_ = from_hardware_ = false;
+    forget_option_words();
     if (!failure.empty())
         throw BadLine{file.where, shell::quoted(file.name) + ' ' + failure};
 }
@@ -234,7 +234,7 @@ bool Session::Script::read_command()
 
 void Session::execute(Script &script)
 {
-    json_ = from_hardware_ = false;
+    forget_option_words();
     Words words{script.command};
     if (words.empty())
         return;
@@ -246,6 +246,14 @@ void Session::execute(Script &script)
         take_option_words(*command, script.command, script.command.size() - words.rest().size());
     Words rest{words.rest()};
     command->run(*this, rest);
+}
+
+// What the option word of a command turns on.
+bool &Session::option(std::string_view word)
+{
+    if (word == "--json")
+        return json_;
+    return word == "--hw" ? from_hardware_ : all_bits_;
 }
 
 // Blanks the option words out, so that every other word keeps its place. An unknown one is told in the form
@@ -261,7 +269,7 @@ void Session::take_option_words(const Command &command, std::string &line, std::
             unknown = unknown.empty() ? word : unknown;
             continue;
         }
-        (word == "--json" ? json_ : from_hardware_) = true;
+        option(word) = true;
         const auto begin = static_cast<std::size_t>(word.data() - line.data());
         std::fill_n(line.begin() + static_cast<std::ptrdiff_t>(begin), word.size(), ' ');
     }

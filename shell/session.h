@@ -49,6 +49,7 @@ public:
     bool verbose() const { return options_.verbose || (options_.interactive && files_.size() == 1); }
     bool json() const { return options_.json || json_; }
     bool from_hardware() const { return from_hardware_; }
+    bool all_bits() const { return all_bits_; }
     void set_trace(bool on);
     Watches &watches() { return watches_; }
     IdleWatches &idle_watches() { return idle_watches_; }
@@ -69,6 +70,8 @@ private:
     void run_file(const std::string &name);
     void back_to_prompt();
     void execute(Script &script);
+    void forget_option_words() { json_ = from_hardware_ = all_bits_ = false; }
+    bool &option(std::string_view word);
     void take_option_words(const Command &command, std::string &line, std::size_t from);
     void show_what_came_behind();
     void report(const Script &script, const BadLine &error);
@@ -87,6 +90,7 @@ private:
     u64 bad_lines_ = 0;
     bool json_ = false; // option words of the command
     bool from_hardware_ = false;
+    bool all_bits_ = false;
     LineSource *source_ = nullptr;             // that is being read
     std::string behind_;                       // lines that came up while the command ran
     std::vector<std::filesystem::path> files_; // that are being carried out, one by the other

@@ -1,5 +1,7 @@
 #include "tables.h"
 
+#include <bit>
+
 #include "driver.h"
 #include "model.h"
 
@@ -101,6 +103,12 @@ const char *key_kind_name(const pd::Table &table)
 u32 entry_count(const pd::Table &table)
 {
     return ts_model_entry_count(device.device_id, table.handle);
+}
+
+unsigned uncompared_bits(const pd::Field &field)
+{
+    return field.width -
+           static_cast<unsigned>(std::popcount(field.mask.high) + std::popcount(field.mask.low));
 }
 
 } // namespace shell

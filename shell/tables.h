@@ -27,5 +27,7 @@ const pd::Action &take_any_action(Words &words);
 const char *match_name(pd::Match match);
 const char *key_kind_name(const pd::Table &table);
 u32 entry_count(const pd::Table &table);
+// How many of the field's bits lie outside its mask, and so take no part in comparisons.
+unsigned uncompared_bits(const pd::Field &field);
 
 } // namespace shell
