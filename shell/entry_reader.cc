@@ -67,25 +67,17 @@ void EntryReader::read_placement(pd_entry_hdl entry, void *plcmt_data)
     handle_ = entry;
 }
 
-pd_status EntryReader::try_read_default()
+void EntryReader::read_default()
 {
     is_default_ = 1;
     if (!functions_.indirect)
-        return functions_.get_default_entry(driver_session, device, from_hardware_, &action_.out());
+        return expect_success(
+            functions_.get_default_entry(driver_session, device, from_hardware_, &action_.out()));
     reference_ = {};
     const pd_status status =
         functions_.indirect->get_default_entry(driver_session, device, from_hardware_, reference_);
-    return status == PD_STATUS_UNREADABLE ? pd_status{TS_MODEL_OK} : status;
-}
-
-void EntryReader::read_default()
-{
-    expect_success(try_read_default());
-}
-
-bool EntryReader::read_default_if_there()
-{
-    return is_there(try_read_default());
+    if (status != PD_STATUS_UNREADABLE)
+        expect_success(status);
 }
 
 void EntryReader::walk_entries(const std::function<void(pd_entry_hdl)> &visit) const

@@ -25,7 +25,6 @@ public:
     void read_placement(pd_entry_hdl entry, void *plcmt_data);
     // False when the copy that is read lacks the entry.
     bool read_if_there(pd_entry_hdl entry);
-    bool read_default_if_there();
     // Calls `visit` for each entry, read.
     void walk(const std::function<void()> &visit);
     // Likewise, and `lacks` for each that the copy lacks: only handle() tells of it.
@@ -56,7 +55,6 @@ public:
 private:
     reflection::EntryResults results();
     pd_status try_read(pd_entry_hdl entry);
-    pd_status try_read_default();
     void walk_entries(const std::function<void(pd_entry_hdl)> &visit) const;
 
     const reflection::TableFunctions &functions_;

@@ -236,6 +236,13 @@ ts_model_hit look_up(const pd::Table &table, const PacketKey &key, const Options
     return hit;
 }
 
+pd_entry_hdl default_entry(const reflection::TableFunctions &table)
+{
+    pd_entry_hdl entry = 0;
+    expect_success(table.get_default_entry_handle(driver_session, device, &entry));
+    return entry;
+}
+
 void expect_consistent(const Options &options, bool from_hardware, std::string_view where)
 {
     if (options.bytes && !options.packets)
@@ -264,10 +271,8 @@ void run_lookup(Session &session, Words &words)
                   false,
                   {},
                   packet.missing()};
-    if (answer.hit.hit)
-        answer.entry.read(answer.hit.entry);
-    else
-        answer.missing = !answer.entry.read_default_if_there();
+    answer.missing =
+        !answer.entry.read_if_there(answer.hit.hit ? answer.hit.entry : default_entry(functions));
     if (functions.indirect && !answer.missing)
         answer.selection.emplace(answer.entry, *functions.indirect->profile, from_hardware,
                                  options.hash.value_or(FlowHash{}));
