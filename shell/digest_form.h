@@ -16,7 +16,7 @@ public:
     DigestForm(const DigestForm &) = delete;
     DigestForm &operator=(const DigestForm &) = delete;
 
-    Record new_record() const { return {row_, KeyOf::packet}; }
+    Record new_record() const { return {row_, KeyOf::message}; }
     // Appends the entry, its fields big-endian.
     void pack(const Record &record, std::vector<u8> &to) const;
 

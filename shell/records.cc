@@ -37,7 +37,7 @@ Record::Record(const pd::Table &table, KeyOf use)
     slots_.reserve(table.key.size());
     for (const pd::Field &field : table.key)
         slots_.push_back({field.name, field.display, field.offset, field.twin_offset, field.width,
-                          use == KeyOf::packet ? pd::Match::exact : field.match});
+                          use == KeyOf::entry ? field.match : pd::Match::exact});
 }
 
 Record::Record(const pd::Action &action)
@@ -114,12 +114,10 @@ Record::Operand Record::parse(std::string_view text, unsigned width, pd::Match m
 
 // What the word stands for in a key. The default of a prefix is the one that all others are longer than.
 Record::Operand Record::all_zero(std::string_view word, unsigned width, pd::Match match,
-                                 std::string_view name) const
+                                 std::string_view name)
 {
     if (word == any_word && match == pd::Match::exact)
-        throw BadLine{word, std::string{name} + (use_ == KeyOf::packet
-                                                     ? " takes no 'any': a packet has one value in each field"
-                                                     : " takes no 'any': it matches one value alone")};
+        throw BadLine{word, std::string{name} + " takes no 'any': give one value"};
     const bool masked = word == default_word && match != pd::Match::lpm;
     return {{}, masked ? ones(width) : Value{}, 0};
 }

@@ -14,8 +14,8 @@
 namespace shell {
 
 // What a key is for: an entry has masks and prefixes, and may leave ternary fields out; a packet has a plain
-// value in every field, 0 where none is given.
-enum class KeyOf { entry, packet };
+// value in every field, 0 where none is given, and a message one in every field, all given.
+enum class KeyOf { entry, packet, message };
 
 // The name of the MAC address that two neighbours are the halves of; empty when they are none.
 std::string_view mac_name(std::string_view first, std::string_view second);
@@ -60,7 +60,7 @@ private:
     Operand parse(std::string_view text, unsigned width, pd::Match match, std::string_view name) const;
     static Operand parse_value_with_mask(std::string_view text, unsigned width, pd::Match match,
                                          std::string_view name);
-    Operand all_zero(std::string_view word, unsigned width, pd::Match match, std::string_view name) const;
+    static Operand all_zero(std::string_view word, unsigned width, pd::Match match, std::string_view name);
     static bool named(const Slot &slot, std::string_view name);
     static bool may_be_halves(const Slot &first, const Slot &second);
     static bool mac_halves_named(const Slot &first, const Slot &second, std::string_view name);

@@ -42,7 +42,7 @@ TEST_F(ShellResources, counts_what_is_looked_up)
     const std::string told =
         "entry 1: setBcast (the lowest priority number of 2 matches, 10 before 30 of entry 2)\n"
         "entry 1: setBcast (the lowest priority number of 2 matches, 10 before 30 of entry 2)\n"
-        "miss: the default action runs\n";
+        "miss: the default action runs: onMiss\n";
     expect_outputs(
         {{traffic + "counter read l2DmacClassifyCount 1\ncounter l2DmacClassify --hw",
           told + R"(packets=0 bytes=0
@@ -175,7 +175,7 @@ TEST_F(ShellResources, captures_look_ups_in_snapshots)
 {
     const std::string create = "snapshot create egress first_stage=3 last_stage=4\n";
     const std::string packet = "lookup ipv4ShortMaskLpm vrfId=5 dip=10.1.2.3 packets=1\n";
-    const std::string told = "miss: the default action runs\n";
+    const std::string told = "miss: the default action runs: ipv4ShortMaskLpmMiss\n";
     EXPECT_EQ(
         output_of(create + "snapshot show 6\nsnapshot trigger 6\n" + packet +
                       "lookup ipv4ShortMaskLpm vrfId=5 dip=10.1.2.9\n" + packet + packet +
