@@ -21,8 +21,8 @@ extern "C" {
 
 /** The statuses that the model makes up itself. */
 enum {
-    TS_MODEL_OK = 0,
-    TS_MODEL_NO_MEMORY = 2, /**< an allocation was made to fail */
+    TS_MODEL_OK = PD_STATUS_SUCCESS,
+    TS_MODEL_NO_MEMORY = PD_STATUS_NO_MEMORY, /**< an allocation was made to fail */
     TS_MODEL_BAD_ARGUMENT =
         3, /**< a null pointer, an image of the wrong length, an action that the table lacks */
     TS_MODEL_UNKNOWN_OBJECT = 4, /**< no such table, entry, member, group, device, property or cell */

@@ -26,14 +26,14 @@ void walk_handles(First first, Next next, Visit visit)
     std::size_t count = 1;
     for (;;) {
         for (std::size_t i = 0; i < count; ++i) {
-            if (handles[i] == 0)
+            if (handles[i] == PD_END_OF_WALK)
                 return;
             expect_no_stop_signal();
             visit(handles[i]);
         }
         const u32 last = handles[count - 1];
         count = handles.size();
-        handles.fill(0);
+        handles.fill(PD_END_OF_WALK);
         expect_success(next(last, static_cast<u32>(count), handles.data()));
     }
 }

@@ -14,9 +14,6 @@ namespace {
 using reflection::MemberFunctions;
 using reflection::ProfileFunctions;
 
-// What the library answers when a member has another action than the one that is written.
-constexpr pd_status another_action = ~pd_status{0};
-
 struct MemberPart {
     std::string_view name; // of the action, as it was written
     const MemberFunctions *functions;
@@ -55,7 +52,7 @@ void modify(Session &session, Words &words, const ProfileFunctions &profile)
     const MemberPart part = take_member_part(words, profile);
     const pd_status status =
         part.functions->modify(driver_session, device.device_id, member, part.parameters.data());
-    if (status == another_action) {
+    if (status == PD_STATUS_MISMATCH) {
         MemberReader reader{profile, false};
         reader.read(member);
         throw BadLine{part.name, "member " + names.label(member) + " has the action " +

@@ -8,6 +8,7 @@
 #include "bf_snapshot.h"
 #include "bf_sys.h"
 #include "pd.h"
+#include "pd_ms.h"
 #include "pipe_mgr.h"
 #include "pipe_stful.h"
 
@@ -16,7 +17,7 @@
 namespace {
 
 constexpr u32 far = 1000; // more than any room
-u32 room, told, stage_bytes;
+u32 room, told, stage_bytes, handed_on;
 
 } // namespace
 
@@ -63,6 +64,30 @@ pd_status pipe_mgr_hash_calc_input_field_attribute_get(pd_sess_hdl, u32, u32, u3
                                                        pipe_hash_calc_input_field_attribute *, u32 *count)
 {
     *count = told;
+    return 0;
+}
+
+pd_status pipe_mgr_get_sel_grp_mbr_count(pd_sess_hdl, u32, u32, pd_grp_hdl, u32 *count)
+{
+    *count = room;
+    return 0;
+}
+
+pd_status pipe_mgr_sel_grp_mbrs_get(pd_sess_hdl, u32, u32, pd_grp_hdl, u32, pd_mbr_hdl *, u8 *, u32 *written,
+                                    u32)
+{
+    *written = told;
+    return 0;
+}
+
+pd_status pipe_mgr_sel_grp_del(pd_sess_hdl, u32, u32, pd_grp_hdl, u32)
+{
+    return 0;
+}
+
+pd_status p4_pd_ms_del_grp(pd_sess_hdl, pd_word, u32, pd_grp_hdl, u32 count, pd_mbr_hdl *)
+{
+    handed_on = count;
     return 0;
 }
 
@@ -140,6 +165,14 @@ TEST_F(WrongAnswers, AttributesKeepToTheirList)
     EXPECT_EQ(PD(hash_calc_hashInnerEthHdr_input_field_attribute_get)(0, 0, 0, 2, attributes, &count), 0u);
     EXPECT_EQ(count, 2u);
     EXPECT_EQ(attributes[2].input_field, 7u);
+}
+
+TEST_F(WrongAnswers, MembersOfAGroupKeepToTheirList)
+{
+    room = 2;
+    told = far;
+    EXPECT_EQ(PD(lagPortActionProfile_del_group)(0, 0, 1), 0u);
+    EXPECT_EQ(handed_on, 2u);
 }
 
 TEST_F(WrongAnswers, SnapshotsNeedWholeStages)

@@ -60,9 +60,10 @@ enum {
 #define PD_STATUS_MISMATCH UINT32_C(0xffffffff)
 
 /**
- * Ends a walk over entries, members, groups or members of a group: what the `first` functions give where
- * there is none, and with what the `next` functions fill the rest of their array. A walk goes on from the
- * last handle that is another; the driver's default entries are no part of it.
+ * The driver's "no more" in a walk over entries, members, groups, members of a group or a value set: what a
+ * `first` function gives where there is none, and with what a `next` function fills the rest of its array. A
+ * caller stops at this handle, and at any status but PD_STATUS_SUCCESS, which may leave the array as it was;
+ * else it asks for those behind the last handle. Default entries are no part of a walk.
  */
 #define PD_END_OF_WALK UINT32_C(0)
 

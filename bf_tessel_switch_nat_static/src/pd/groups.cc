@@ -1,5 +1,7 @@
 #include "groups.h"
 
+#include <algorithm>
+
 #include "sys_array.h"
 
 namespace pd {
@@ -35,7 +37,7 @@ pd_status del_group(const Profile &profile, pd_sess_hdl sess, u32 device_id, pd_
                                        states.get(), &written, 0);
     if (status != PD_STATUS_SUCCESS)
         return status;
-    return del_group_with(profile, sess, device_id, group, written, members.get());
+    return del_group_with(profile, sess, device_id, group, std::min(written, count), members.get());
 }
 
 // Here the store is asked first, for the driver wants the member's action. The group takes that action over:
