@@ -303,7 +303,16 @@ TEST_F(Model, TheHardwareShowsWhatItWasMadeToShowUntilTheNextWrite)
     EXPECT_EQ(ts_model_set_hardware_key(0, table, entry, bytes, mask, 2), TS_MODEL_OK);
     EXPECT_EQ(read(table, entry, 1), "0102 f0f0 0 0 33 010203040506 1");
     EXPECT_EQ(read(table, entry, 0), software);
+    const auto hit = [&](u8 high, u8 low) {
+        const u8 key[]{high, low};
+        ts_model_hit found{};
+        EXPECT_EQ(ts_model_hardware_lookup(0, table, key, 2, 0, &found), TS_MODEL_OK);
+        return found.entry;
+    };
+    EXPECT_EQ(hit(0x0f, 0x0f), entry) << "by the altered mask";
+    EXPECT_EQ(hit(0x10, 0x01), 0u);
     EXPECT_EQ(ts_model_remove_hardware_entry(0, table, entry), TS_MODEL_OK);
+    EXPECT_EQ(hit(0x0f, 0x0f), 0u);
     EXPECT_EQ(read(table, entry, 1), "4");
     EXPECT_EQ(ts_model_remove_hardware_entry(0, table, entry), TS_MODEL_UNKNOWN_OBJECT);
     EXPECT_EQ(pipe_mgr_mat_ent_set_action(1, 0, table, entry, exact.action, &request.spec, 0), TS_MODEL_OK);
