@@ -20,7 +20,7 @@ public:
     // False at the end. Throws std::runtime_error when reading fails, and Interrupted.
     virtual bool next(std::string &line) = 0;
     // Tells where the names of members and groups come from while lines are typed.
-    virtual void complete_with(ObjectNames) {}
+    virtual void complete_with(const ObjectNames &) {}
     // Called before something else goes to the terminal.
     virtual void make_room() {}
 };

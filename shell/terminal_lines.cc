@@ -165,9 +165,9 @@ TerminalLines::~TerminalLines()
     write_history(file.c_str());
 }
 
-void TerminalLines::complete_with(ObjectNames names)
+void TerminalLines::complete_with(const ObjectNames &names)
 {
-    object_names = std::move(names);
+    object_names = names;
 }
 
 bool TerminalLines::next(std::string &line)
@@ -189,7 +189,7 @@ bool TerminalLines::next(std::string &line)
 TerminalLines::TerminalLines() = default;
 TerminalLines::~TerminalLines() = default;
 
-void TerminalLines::complete_with(ObjectNames) {}
+void TerminalLines::complete_with(const ObjectNames &) {}
 
 bool TerminalLines::next(std::string &line)
 {

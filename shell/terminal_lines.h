@@ -12,7 +12,7 @@ public:
     TerminalLines();
     ~TerminalLines() override;
     bool next(std::string &line) override;
-    void complete_with(ObjectNames names) override;
+    void complete_with(const ObjectNames &names) override;
 };
 
 } // namespace shell
