@@ -371,7 +371,7 @@ TEST_F(Profiles, ExportedFunctionsTakeTheirArgumentsInThisOrder)
     recorder::answer.entry = 8;
     const p4_pd_tessel_switch_setEcmpNextHop_action_spec_t next_hop{.action_nextHopTable = 0xfe,
                                                                     .action_nextHop = 0x12345678};
-    pd_mbr_hdl added = 0;
+    pd_mbr_hdl added = 0, next[6];
     p4_pd_tessel_switch_lagPortActionProfile_member_action_t read;
     p4_pd_tessel_switch_ecmpMemberActionProfile_add_member_with_setEcmpNextHop(1, {2, 3}, &next_hop, &added);
     EXPECT_NE(recorder::lines()[0].find("data=fe12345678 "), std::string::npos);
@@ -380,7 +380,7 @@ TEST_F(Profiles, ExportedFunctionsTakeTheirArgumentsInThisOrder)
     p4_pd_tessel_switch_lagPortActionProfile_del_member_from_group(1, 2, 4, 5);
     p4_pd_tessel_switch_lagPortActionProfile_group_member_state_set(1, 2, 4, 5, 0);
     p4_pd_tessel_switch_lagPortActionProfile_group_member_state_get(1, 2, 4, 5, &added);
-    p4_pd_tessel_switch_lagPortActionProfile_get_next_group_members(1, 2, 4, 5, 6, &added);
+    p4_pd_tessel_switch_lagPortActionProfile_get_next_group_members(1, 2, 4, 5, 6, next);
     p4_pd_tessel_switch_lagPortActionProfile_group_member_get_from_hash(1, 2, 4, 5, 6, 7);
     p4_pd_tessel_switch_lagPortActionProfile_set_dynamic_action_selection_fallback_member(1, {2, 3}, 5);
     p4_pd_tessel_switch_lagPortActionProfile_reset_dynamic_action_selection_fallback_member(1, {2, 3});
