@@ -52,6 +52,13 @@ void EntryCopy::set_action(u32 action, std::span<const u8> data)
     data_.assign(data.begin(), data.end());
 }
 
+void EntryCopy::set_reference(u32 action, u8 kind, u32 member_or_group)
+{
+    plain_.action = action;
+    plain_.action_kind = kind;
+    plain_.member_or_group = member_or_group;
+}
+
 void EntryCopy::write_action(u32 action, const pipe_action_spec &spec)
 {
     set_action(action, data_of(spec));

@@ -36,6 +36,7 @@ public:
 
     void set_key(std::span<const u8> value, std::span<const u8> mask);
     void set_action(u32 action, std::span<const u8> data);
+    void set_reference(u32 action, u8 kind, u32 member_or_group);
     void set_resource(const pipe_res_spec &resource) { resource_ = resource; }
     void write_action(u32 action, const pipe_action_spec &spec);
 

@@ -250,7 +250,7 @@ pd_status ts_model_forget_selection(u32 device_id);
 
 /*
  * Every entry, the default entry too, has a software copy and a hardware copy. They are the same until one of
- * the next three functions alters what the hardware shows. Writing the action of the entry, or resetting the
+ * the next four functions alters what the hardware shows. Writing the action of the entry, or resetting the
  * default entry, puts them in step again. Look-ups but for ts_model_hardware_lookup, and searches by key, go
  * by the software copy.
  *
@@ -267,6 +267,12 @@ pd_status ts_model_set_hardware_action(u32 device_id, u32 table, pd_entry_hdl en
 /** Alters both key images of an entry, which are `bytes` long. The default entry has none. */
 pd_status ts_model_set_hardware_key(u32 device_id, u32 table, pd_entry_hdl entry, const u8 *value,
                                     const u8 *mask, u32 bytes);
+
+/**
+ * Alters what an entry points at: `kind` is PIPE_ACTION_MEMBER or PIPE_ACTION_GROUP, `handle` that of a
+ * member or group of the table's profile. A table without one gives TS_MODEL_BAD_ARGUMENT.
+ */
+pd_status ts_model_set_hardware_reference(u32 device_id, u32 table, pd_entry_hdl entry, u8 kind, u32 handle);
 
 /** Takes the entry out of the hardware: reading it from there gives TS_MODEL_UNKNOWN_OBJECT. */
 pd_status ts_model_remove_hardware_entry(u32 device_id, u32 table, pd_entry_hdl entry);

@@ -108,6 +108,26 @@ pd_status ts_model_set_hardware_action(u32 device_id, u32 table, pd_entry_hdl en
     });
 }
 
+pd_status ts_model_set_hardware_reference(u32 device_id, u32 table, pd_entry_hdl entry, u8 kind, u32 handle)
+{
+    return with_table(device_id, table, [&](Table &found) {
+        const auto contents = found.hardware(entry);
+        const Profile *profile = found.profile();
+        if (!contents)
+            return unknown_object;
+        if (profile == nullptr || (kind != PIPE_ACTION_MEMBER && kind != PIPE_ACTION_GROUP))
+            return bad_argument;
+        const Member *member = kind == PIPE_ACTION_MEMBER ? profile->members().find(handle) : nullptr;
+        const u32 action = member != nullptr ? member->software.action : contents->action;
+        if (const pd_status status = profile->check({kind, handle}, action))
+            return status;
+        EntryCopy copy{*contents};
+        copy.set_reference(action, kind, handle);
+        found.set_hardware(entry, std::move(copy));
+        return ok;
+    });
+}
+
 pd_status ts_model_set_hardware_key(u32 device_id, u32 table, pd_entry_hdl entry, const u8 *value,
                                     const u8 *mask, u32 bytes)
 {

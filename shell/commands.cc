@@ -243,8 +243,8 @@ constexpr std::string_view diff_text =
 )";
 
 constexpr std::string_view corrupt_text =
-    R"(  Alters the hardware's action or key of an entry, or takes the entry out of the hardware, and leaves software
-  as it is: a fault for diff to find. Writing the entry's action puts both in step again.
+    R"(  Alters the hardware's action or key of an entry, or what it points at, or takes the entry out of the hardware,
+  and leaves software as it is: a fault for diff to find. Writing the entry's action puts both in step again.
 )";
 
 constexpr std::string_view decode_text =
@@ -315,7 +315,7 @@ constexpr Command all_commands[] = {
     {"diff", "TABLE", "prints every difference between software and hardware", diff_text, diff_options,
      run_diff},
     {"corrupt",
-     "TABLE ENTRY : ACTION PARAMETERS|key KEY|missing",
+     "TABLE ENTRY : ACTION PARAMETERS|member MEMBER|group GROUP|key KEY|missing",
      "makes the hardware differ from software",
      corrupt_text,
      {},

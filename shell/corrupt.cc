@@ -6,6 +6,8 @@
 #include "entry_key.h"
 #include "images.h"
 #include "model.h"
+#include "profiles.h"
+#include "session.h"
 #include "tables.h"
 
 namespace shell {
@@ -29,11 +31,19 @@ void corrupt_key(Words &words, const pd::Table &table, const Cell &entry)
                                              static_cast<u32>(images.value.size())));
 }
 
+void corrupt_reference(Session &session, Words &words, const TableFunctions &table, const Cell &entry)
+{
+    const reflection::ProfileFunctions &profile = *table.indirect->profile;
+    const Kind kind = take_kind(words, {key_word, missing_word});
+    const u32 handle = take_object(words, profile, session.names(profile).of(kind));
+    words.expect_end();
+    const u8 action_kind = kind == Kind::member ? PIPE_ACTION_MEMBER : PIPE_ACTION_GROUP;
+    expect_success(ts_model_set_hardware_reference(device.device_id, table.row->handle, entry.find(),
+                                                   action_kind, handle));
+}
+
 void corrupt_action(Words &words, const TableFunctions &table, const Cell &entry)
 {
-    if (table.indirect)
-        throw BadLine{words.peek(), std::string{"expected 'key' or 'missing': entries of "} +
-                                        table.row->name + " point at members or groups"};
     const ActionOf use = table.row->key.empty() ? ActionOf::default_entry : ActionOf::entry;
     const pd::Binding &action = *take_action(words, table, use).row;
     Options none;
@@ -47,18 +57,20 @@ void corrupt_action(Words &words, const TableFunctions &table, const Cell &entry
 
 } // namespace
 
-void run_corrupt(Session &, Words &words)
+void run_corrupt(Session &session, Words &words)
 {
     const TableFunctions &table = take_table(words);
     Options options;
     const Cell entry{words, table.row->name, &table, options};
-    take_colon(words, "an action, 'key' or 'missing'");
+    take_colon(words,
+               table.indirect ? "a member or group, 'key' or 'missing'" : "an action, 'key' or 'missing'");
     if (words.peek() == key_word) {
         words.take();
         return corrupt_key(words, *table.row, entry);
     }
     if (words.peek() != missing_word)
-        return corrupt_action(words, table, entry);
+        return table.indirect ? corrupt_reference(session, words, table, entry)
+                              : corrupt_action(words, table, entry);
     words.take();
     words.expect_end();
     expect_success(ts_model_remove_hardware_entry(device.device_id, table.row->handle, entry.find()));

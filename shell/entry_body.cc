@@ -41,7 +41,7 @@ EntryBody::EntryBody(Session &session, Words &words, const reflection::TableFunc
 void EntryBody::take_reference(Session &session, Words &words, const reflection::IndirectFunctions &functions,
                                Options &options)
 {
-    const Kind kind = take_kind(words, *functions.profile);
+    const Kind kind = take_kind(words);
     reference_ = kind == Kind::member ? &functions.member : &functions.group;
     to_ = take_object(words, *functions.profile, session.names(*functions.profile).of(kind));
     const pd::Action &nothing = no_parameters[kind == Kind::member ? 0 : 1];

@@ -23,7 +23,7 @@ u32 take_size(Words &words)
         return usual_size;
     const std::string_view word = words.take();
     if (!word.starts_with(option))
-        throw BadLine{word, "unexpected " + quoted(word) + ": behind the name may stand size=N"};
+        refuse(word, {"name=value", "group create"}, {"size"});
     return parse_u32(word.substr(option.size()), ~u32{0}, "size");
 }
 

@@ -89,16 +89,19 @@ const reflection::MemberFunctions &take_action(Words &words, const ProfileFuncti
     return *action;
 }
 
-Kind take_kind(Words &words, const ProfileFunctions &profile)
+Kind take_kind(Words &words, std::initializer_list<std::string_view> others)
 {
     const std::string_view word = words.peek();
-    for (const Kind kind : {Kind::member, Kind::group})
-        if (word == kind_name(kind)) {
+    std::vector<std::string_view> names;
+    for (const Kind kind : {Kind::member, Kind::group}) {
+        names.push_back(kind_name(kind));
+        if (word == names.back()) {
             words.take();
             return kind;
         }
-    throw BadLine{word, std::string{"expected 'member' or 'group' of "} + profile.row->name +
-                            (word.empty() ? "" : " instead of " + quoted(word))};
+    }
+    names.insert(names.end(), others);
+    refuse(word, {"word"}, names);
 }
 
 u32 take_object(Words &words, const ProfileFunctions &profile, const Names &names)
@@ -109,7 +112,7 @@ u32 take_object(Words &words, const ProfileFunctions &profile, const Names &name
         return parse_u32(word, ~u32{0}, kind + " handle");
     const u32 handle = names.find(word);
     if (handle == 0)
-        refuse(word, {kind, profile.row->name}, names.all());
+        refuse(word, {kind + " name", profile.row->name}, names.all()); // others have handles only
     return handle;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <string_view>
 #include <vector>
 
@@ -24,8 +25,8 @@ const reflection::ProfileFunctions &take_profile(Words &words);
 // Takes nothing and gives null when the next word does not name a profile.
 const reflection::ProfileFunctions *take_profile_if_named(Words &words);
 const reflection::MemberFunctions &take_action(Words &words, const reflection::ProfileFunctions &profile);
-// "member" or "group".
-Kind take_kind(Words &words, const reflection::ProfileFunctions &profile);
+// "member" or "group". What else the caller takes there is told where neither stands.
+Kind take_kind(Words &words, std::initializer_list<std::string_view> others = {});
 // The handle of a member or group, given as such or as one of `names`.
 u32 take_object(Words &words, const reflection::ProfileFunctions &profile, const Names &names);
 // Takes the name for a new member or group; empty when the next word is an option, a colon or missing.

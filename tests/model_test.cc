@@ -296,6 +296,7 @@ TEST_F(Model, TheHardwareShowsWhatItWasMadeToShowUntilTheNextWrite)
     EXPECT_EQ(ts_model_set_hardware_key(0, table, entry, bytes, mask, 3), TS_MODEL_BAD_ARGUMENT);
     EXPECT_EQ(ts_model_set_hardware_key(0, table, TS_MODEL_DEFAULT_ENTRY, bytes, mask, 2),
               TS_MODEL_BAD_ARGUMENT);
+    EXPECT_EQ(ts_model_set_hardware_reference(0, table, entry, PIPE_ACTION_MEMBER, 1), TS_MODEL_BAD_ARGUMENT);
     EXPECT_EQ(ts_model_remove_hardware_entry(0, table, 9), TS_MODEL_UNKNOWN_OBJECT);
     EXPECT_EQ(read(table, entry, 1), software);
 

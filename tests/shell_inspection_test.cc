@@ -152,7 +152,7 @@ TEST_F(Shell, refuses_bad_inspections)
                                "trapToCpu, haloCounters, finalDropControl, egressTcamV6RaclBank1, "
                                "egressTcamRaclBank1, egressPortDropCheck"},
         {"corrupt lagGroup 1 : @nop",
-         "expected 'key' or 'missing': entries of lagGroup point at members or groups"},
+         "unknown word 'nop': there are member, group, key, missing"},
         {"decode @key", "unknown word 'key': there are match, action"},
         {"decode match ingressPortMapping @012",
          "'012' has 3 digits: give the value image of 2 bytes, 4 hex digits"},
