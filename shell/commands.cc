@@ -315,7 +315,7 @@ constexpr Command all_commands[] = {
     {"diff", "TABLE", "prints every difference between software and hardware", diff_text, diff_options,
      run_diff},
     {"corrupt",
-     "TABLE ENTRY : ACTION PARAMETERS|member MEMBER|group GROUP|key KEY|missing",
+     "TABLE ENTRY : ACTION PARAMETERS|member M|group G|key KEY|missing",
      "makes the hardware differ from software",
      corrupt_text,
      {},

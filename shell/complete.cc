@@ -324,6 +324,22 @@ void add_behind_colon(Candidates &to, const Line &line)
     }
 }
 
+// What a usage has there beside actions, members and groups: words, one of which a key may follow.
+void add_words_behind_colon(Candidates &to, const Line &line, const Usage &usage)
+{
+    const auto colon = std::ranges::find_if(usage, [](const Place &place) { return has(place, ":"); });
+    for (auto at = colon; at != usage.end(); ++at)
+        for (const std::string_view word : at->alternatives) {
+            if (is_kind(word) || is_assigned(word) || word == ":" || word == "member" || word == "group")
+                continue;
+            if (line.colon + 1 == line.words.size())
+                to.emplace_back(word);
+            else if (line.table && line.words[line.colon + 1] == word && at + 1 != usage.end() &&
+                     takes_key(at[1]))
+                add_fields(to, line, *line.table->row);
+        }
+}
+
 } // namespace
 
 std::vector<std::string> complete(std::string_view text, const ObjectNames &names)
@@ -336,6 +352,8 @@ std::vector<std::string> complete(std::string_view text, const ObjectNames &name
         add(candidates, {line.command->options.begin(), line.command->options.end()});
     } else if (line.command && line.colon < line.words.size() && (line.table || line.profile)) {
         add_behind_colon(candidates, line);
+        for (const Usage &usage : usages_of(*line.command))
+            add_words_behind_colon(candidates, line, usage);
     } else if (line.command) {
         for (const Usage &usage : usages_of(*line.command))
             add_next(candidates, line, usage);

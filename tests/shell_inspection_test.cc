@@ -151,8 +151,7 @@ TEST_F(Shell, refuses_bad_inspections)
         {"label @l2SmacCheck", "l2SmacCheck has no labels, these have: l2DmacClassify, ingressPortDropCheck, "
                                "trapToCpu, haloCounters, finalDropControl, egressTcamV6RaclBank1, "
                                "egressTcamRaclBank1, egressPortDropCheck"},
-        {"corrupt lagGroup 1 : @nop",
-         "unknown word 'nop': there are member, group, key, missing"},
+        {"corrupt lagGroup 1 : @nop", "unknown word 'nop': there are member, group, key, missing"},
         {"decode @key", "unknown word 'key': there are match, action"},
         {"decode match ingressPortMapping @012",
          "'012' has 3 digits: give the value image of 2 bytes, 4 hex digits"},
@@ -204,6 +203,9 @@ TEST(Completion, follows_the_usage_of_each_command)
         {"group fallback lagPortActionProfile ", {"none", "p1", "p2"}},
         {"member delete lagPortActionProfile p", {"p1", "p2"}},
         {"add lagGroup priority=1 : group ", {"web"}},
+        {"corrupt lagGroup 1 : ", {"group", "key", "member", "missing"}},
+        {"corrupt l2SmacCheck 1 : key ", {"smac="}},
+        {"corrupt l2SmacCheck 1 : missing ", {}},
         {"idle enable l2LearningLookup ",
          {"mode=", "param_1=", "param_2=", "param_3=", "param_4=", "param_5="}},
         {"idle enable l2LearningLookup mode=1 param_2=3 ", {"param_3=", "param_4=", "param_5="}},
