@@ -225,7 +225,7 @@ void run_tables(Session &session, Words &words)
 
 void run_describe(Session &session, Words &words)
 {
-    if (const reflection::ProfileFunctions *profile = take_profile_if_named(words)) {
+    if (const reflection::ProfileFunctions *profile = take_profile_unless_table(words)) {
         words.expect_end();
         return print_description(session, *profile);
     }

@@ -1,5 +1,7 @@
 // The corrupt command: makes what the chip has of an entry depart from what software placed, as a fault
 // would.
+#include <algorithm>
+
 #include "commands.h"
 #include "driver.h"
 #include "entry_body.h"
@@ -45,6 +47,11 @@ void corrupt_reference(Session &session, Words &words, const TableFunctions &tab
 void corrupt_action(Words &words, const TableFunctions &table, const Cell &entry)
 {
     const ActionOf use = table.row->key.empty() ? ActionOf::default_entry : ActionOf::entry;
+    std::vector<std::string_view> names = action_names(table, use);
+    if (std::ranges::find(names, words.peek()) == names.end()) {
+        names.insert(names.end(), {key_word, missing_word});
+        refuse(words.peek(), {"action or word", table.row->name}, names);
+    }
     const pd::Binding &action = *take_action(words, table, use).row;
     Options none;
     Record parameters{*action.action};

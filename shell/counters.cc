@@ -10,6 +10,7 @@
 #include "named.h"
 #include "resources.h"
 #include "settings.h"
+#include "tables.h"
 #include "verbs.h"
 
 namespace shell {
@@ -20,12 +21,6 @@ using reflection::CounterFunctions;
 using CounterVerb = void(Session &session, Words &words, const CounterFunctions &counter);
 
 constexpr std::size_t count_width = 12;
-
-// Null for an indexed counter.
-const reflection::TableFunctions *table_of(const CounterFunctions &counter)
-{
-    return counter.row->direct ? reflection::find_table(counter.row->handle) : nullptr;
-}
 
 pd_counter_value read_cell(const Session &session, const CounterFunctions &counter, u32 cell)
 {
@@ -42,7 +37,7 @@ void append_json(Json &to, const pd_counter_value &value)
 Cell take_last_cell(Words &words, const CounterFunctions &counter)
 {
     Options none;
-    Cell cell{words, counter.row->name, table_of(counter), none};
+    Cell cell{words, counter.row->name, table_of(*counter.row), none};
     words.expect_end();
     return cell;
 }
@@ -69,7 +64,7 @@ void write(Session &, Words &words, const CounterFunctions &counter)
 {
     static constexpr Setting settings[] = {{"packets", 64}, {"bytes", 64, 0}};
     Options none;
-    const Cell cell{words, counter.row->name, table_of(counter), none};
+    const Cell cell{words, counter.row->name, table_of(*counter.row), none};
     take_colon(words, "packets=N [bytes=M]");
     const std::vector<u64> counts = take_settings(words, counter.row->name, settings);
     expect_success(counter.write(driver_session, device, cell.find(), {counts[0], counts[1]}));
@@ -97,7 +92,7 @@ const CounterFunctions &take_listed(Words &words)
     for (const CounterFunctions &counter : reflection::counters()) {
         if (!counter.row->direct)
             continue;
-        if (words.peek() == counter.row->name || words.peek() == table_of(counter)->row->name) {
+        if (words.peek() == counter.row->name || words.peek() == table_of(*counter.row)->row->name) {
             words.take();
             return counter;
         }
@@ -154,7 +149,7 @@ private:
 // The entries with their counts, and at the end what missed them all.
 void list(Session &session, const CounterFunctions &counter)
 {
-    const reflection::TableFunctions &table = *table_of(counter);
+    const reflection::TableFunctions &table = *table_of(*counter.row);
     EntryReader reader{table, false, session.names(table)};
     CountLines lines;
     const auto print = [&](pd_entry_hdl entry) {

@@ -4,6 +4,7 @@
 #include "commands.h"
 #include "driver.h"
 #include "profiles.h"
+#include "settings.h"
 #include "show_profile.h"
 #include "values.h"
 #include "verbs.h"
@@ -16,23 +17,13 @@ using reflection::ProfileFunctions;
 
 constexpr u32 usual_size = 256;
 
-u32 take_size(Words &words)
-{
-    constexpr std::string_view option = "size=";
-    if (words.empty())
-        return usual_size;
-    const std::string_view word = words.take();
-    if (!word.starts_with(option))
-        refuse(word, {"name=value", "group create"}, {"size"});
-    return parse_u32(word.substr(option.size()), ~u32{0}, "size");
-}
+constexpr Setting size_setting[] = {{"size", 32, usual_size}};
 
 void create(Session &session, Words &words, const ProfileFunctions &profile)
 {
     ProfileNames &names = session.names(profile);
     const std::string_view name = take_new_name(words, names.groups);
-    const u32 size = take_size(words);
-    words.expect_end();
+    const auto size = static_cast<u32>(take_settings(words, "group create", size_setting).front());
     pd_grp_hdl group = 0;
     expect_success(profile.create_group(driver_session, device, size, &group));
     names.groups.give(group, name);

@@ -47,7 +47,7 @@ pd_entry_hdl take_entry(Words &words, const TableFunctions &table)
 
 Subject take_subject(Session &session, Words &words)
 {
-    if (const ProfileFunctions *profile = take_profile_if_named(words)) {
+    if (const ProfileFunctions *profile = take_profile_unless_table(words)) {
         const u32 member = take_object(words, *profile, session.names(*profile).members);
         words.expect_end();
         return {nullptr, profile, member};
@@ -207,7 +207,7 @@ bool is_one_of(const std::vector<std::string_view> &names, std::string_view word
 
 void parse_value(Session &session, Words &words)
 {
-    const ProfileFunctions *profile = take_profile_if_named(words);
+    const ProfileFunctions *profile = take_profile_unless_table(words);
     const TableFunctions *table = profile ? nullptr : &take_table(words);
     if (words.empty())
         throw BadLine{words.rest(), "missing value text, such as 'value' prints"};

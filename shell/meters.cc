@@ -10,6 +10,7 @@
 #include "named.h"
 #include "resources.h"
 #include "settings.h"
+#include "tables.h"
 #include "verbs.h"
 
 namespace shell {
@@ -29,16 +30,10 @@ constexpr Setting settings[] = {{"committed_rate"},
                                 {"peak_burst"},
                                 {.name = "type", .choices = types}};
 
-// Null for an indexed meter.
-const reflection::TableFunctions *table_of(const MeterFunctions &meter)
-{
-    return meter.row->table ? reflection::find_table(meter.row->table) : nullptr;
-}
-
 void set(Session &, Words &words, const MeterFunctions &meter)
 {
     Options none;
-    const Cell cell{words, meter.row->name, table_of(meter), none};
+    const Cell cell{words, meter.row->name, table_of(*meter.row), none};
     take_colon(words, "the parts of a meter");
     const std::vector<u64> parts = take_settings(words, meter.row->name, settings);
     const auto part = [&](std::size_t i) { return static_cast<u32>(parts[i]); };
@@ -49,7 +44,7 @@ void set(Session &, Words &words, const MeterFunctions &meter)
 void read(Session &session, Words &words, const MeterFunctions &meter)
 {
     Options none;
-    const Cell place{words, meter.row->name, table_of(meter), none};
+    const Cell place{words, meter.row->name, table_of(*meter.row), none};
     words.expect_end();
     const u32 cell = place.find();
     pd_meter_spec spec{};

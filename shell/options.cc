@@ -116,13 +116,7 @@ bool assign_option(Options &options, std::string_view name, std::string_view val
 void take_assignments(Words &words, Record &record, const char *owner, Options &options)
 {
     while (!words.empty() && words.peek() != ":") {
-        const std::string_view word = words.take();
-        const std::size_t equals = word.find('=');
-        if (equals == std::string_view::npos)
-            throw BadLine{word,
-                          quoted(word) + " is not of the form name=value (a lone ':' goes before an action)"};
-        const std::string_view name = word.substr(0, equals);
-        const std::string_view value = word.substr(equals + 1);
+        const auto [name, value] = take_assignment(words);
         if (record.assign(name, value) || assign_option(options, name, value))
             continue;
         std::vector<std::string_view> names = record.names();

@@ -5,6 +5,7 @@
 
 #include "driver.h"
 #include "model.h"
+#include "tables.h"
 #include "values.h"
 
 namespace shell {
@@ -73,6 +74,19 @@ const ProfileFunctions *take_profile_if_named(Words &words)
     if (profile)
         words.take();
     return profile;
+}
+
+const ProfileFunctions *take_profile_unless_table(Words &words)
+{
+    const std::string_view name = words.peek();
+    if (reflection::find_table(name))
+        return nullptr;
+    if (const ProfileFunctions *profile = take_profile_if_named(words))
+        return profile;
+    std::vector<std::string_view> names = profile_names();
+    const std::vector<std::string_view> tables = table_names();
+    names.insert(names.end(), tables.begin(), tables.end());
+    refuse(name, {"table or action profile", {}, "tables"}, names);
 }
 
 const reflection::MemberFunctions &take_action(Words &words, const ProfileFunctions &profile)

@@ -24,6 +24,8 @@ const reflection::TableFunctions &table_of(const reflection::ProfileFunctions &p
 const reflection::ProfileFunctions &take_profile(Words &words);
 // Takes nothing and gives null when the next word does not name a profile.
 const reflection::ProfileFunctions *take_profile_if_named(Words &words);
+// As that one, but throws BadLine when it does not name a table either.
+const reflection::ProfileFunctions *take_profile_unless_table(Words &words);
 const reflection::MemberFunctions &take_action(Words &words, const reflection::ProfileFunctions &profile);
 // "member" or "group". What else the caller takes there is told where neither stands.
 Kind take_kind(Words &words, std::initializer_list<std::string_view> others = {});

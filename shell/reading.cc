@@ -162,7 +162,7 @@ void print_entry(Session &session, const EntryReader &reader)
 
 void run_show(Session &session, Words &words)
 {
-    if (const reflection::ProfileFunctions *profile = take_profile_if_named(words)) {
+    if (const reflection::ProfileFunctions *profile = take_profile_unless_table(words)) {
         words.expect_end();
         return show_profile(session, *profile);
     }

@@ -63,8 +63,12 @@ bool Record::assign(std::string_view name, std::string_view value)
     for (std::size_t i = 0; i + 1 < slots_.size(); ++i)
         if (mac_halves_named(slots_[i], slots_[i + 1], name)) {
             const Operand mac = parse(value, mac_width, slots_[i].match, shown);
-            put(slots_[i], {{0, mac.value.low >> 24}, {0, mac.mask.low >> 24}}, shown);
-            put(slots_[i + 1], {{0, mac.value.low & 0xffffff}, {0, mac.mask.low & 0xffffff}}, shown);
+            const auto half = [&](unsigned shift) {
+                const auto bits = [&](const Value &whole) { return Value{0, whole.low >> shift & 0xffffff}; };
+                return Operand{bits(mac.value), bits(mac.mask), 0, mac.left_out};
+            };
+            put(slots_[i], half(24), shown);
+            put(slots_[i + 1], half(0), shown);
             return true;
         }
     return false;
@@ -81,27 +85,30 @@ void Record::expect_complete(std::string_view where) const
 
 std::vector<std::string_view> Record::missing() const
 {
+    return names_of(
+        [](const Slot &slot) { return (!slot.given || slot.left_out) && slot.match != pd::Match::ternary; });
+}
+
+std::vector<std::string_view> Record::names() const
+{
+    return names_of([](const Slot &) { return true; });
+}
+
+// Of the fields that are picked; two halves of a MAC address go by the name of the whole.
+std::vector<std::string_view> Record::names_of(bool (*picked)(const Slot &)) const
+{
     std::vector<std::string_view> names;
-    const auto is_missing = [](const Slot &slot) { return !slot.given && slot.match != pd::Match::ternary; };
     for (std::size_t i = 0; i < slots_.size(); ++i) {
-        if (!is_missing(slots_[i]))
+        if (!picked(slots_[i]))
             continue;
         const bool pair =
-            i + 1 < slots_.size() && is_missing(slots_[i + 1]) && may_be_halves(slots_[i], slots_[i + 1]);
+            i + 1 < slots_.size() && picked(slots_[i + 1]) && may_be_halves(slots_[i], slots_[i + 1]);
         const std::string_view mac =
             pair ? mac_name(slots_[i].display, slots_[i + 1].display) : std::string_view{};
         names.push_back(mac.empty() ? slots_[i].display : mac);
         i += !mac.empty();
     }
     return names;
-}
-
-std::vector<std::string_view> Record::names() const
-{
-    std::vector<std::string_view> result;
-    for (const Slot &slot : slots_)
-        result.push_back(slot.display);
-    return result;
 }
 
 Record::Operand Record::parse(std::string_view text, unsigned width, pd::Match match,
@@ -112,14 +119,16 @@ Record::Operand Record::parse(std::string_view text, unsigned width, pd::Match m
     return parse_value_with_mask(text, width, match, name);
 }
 
-// What the word stands for in a key. The default of a prefix is the one that all others are longer than.
+// What the word stands for in a key. The default of a prefix is the one that all others are longer than; any
+// value of a packet is no value, as when the field is left out.
 Record::Operand Record::all_zero(std::string_view word, unsigned width, pd::Match match,
-                                 std::string_view name)
+                                 std::string_view name) const
 {
-    if (word == any_word && match == pd::Match::exact)
+    const bool any = word == any_word;
+    if (any && match == pd::Match::exact && use_ != KeyOf::packet)
         throw BadLine{word, std::string{name} + " takes no 'any': give one value"};
-    const bool masked = word == default_word && match != pd::Match::lpm;
-    return {{}, masked ? ones(width) : Value{}, 0};
+    const bool masked = !any && match != pd::Match::lpm;
+    return {{}, masked ? ones(width) : Value{}, 0, any && use_ == KeyOf::packet};
 }
 
 Record::Operand Record::parse_value_with_mask(std::string_view text, unsigned width, pd::Match match,
@@ -166,6 +175,7 @@ void Record::put(Slot &slot, const Operand &operand, std::string_view name)
     if (slot.given)
         throw BadLine{name, std::string{kind_} + " " + std::string{slot.display} + " is given twice"};
     slot.given = true;
+    slot.left_out = operand.left_out;
     store(operand.value, slot.width, at(slot.offset));
     if (slot.match == pd::Match::ternary)
         store(operand.mask, slot.width, at(slot.twin_offset));

@@ -48,19 +48,22 @@ private:
         u16 twin_offset;
         unsigned width;
         pd::Match match;
-        bool given = false;
+        bool given = false; // at all
+        bool left_out = false;
     };
 
     struct Operand {
         Value value;
         Value mask;
         unsigned prefix_length = 0;
+        bool left_out = false;
     };
 
     Operand parse(std::string_view text, unsigned width, pd::Match match, std::string_view name) const;
     static Operand parse_value_with_mask(std::string_view text, unsigned width, pd::Match match,
                                          std::string_view name);
-    static Operand all_zero(std::string_view word, unsigned width, pd::Match match, std::string_view name);
+    Operand all_zero(std::string_view word, unsigned width, pd::Match match, std::string_view name) const;
+    std::vector<std::string_view> names_of(bool (*picked)(const Slot &)) const;
     static bool named(const Slot &slot, std::string_view name);
     static bool may_be_halves(const Slot &first, const Slot &second);
     static bool mac_halves_named(const Slot &first, const Slot &second, std::string_view name);

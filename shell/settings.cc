@@ -36,15 +36,14 @@ std::vector<u64> take_settings(Words &words, std::string_view owner, std::span<c
 {
     std::vector<std::optional<u64>> given(settings.size());
     while (!words.empty()) {
-        const std::string_view word = words.take();
-        const std::string_view name = word.substr(0, word.find('='));
+        const auto [name, text] = take_assignment(words);
         const auto setting = std::ranges::find(settings, name, &Setting::name);
-        if (setting == settings.end() || name.size() == word.size())
-            refuse(word, {"name=value", owner}, names_of(settings));
+        if (setting == settings.end())
+            refuse(name, {"name", owner}, names_of(settings));
         std::optional<u64> &value = given[static_cast<std::size_t>(setting - settings.begin())];
         if (value)
             throw BadLine{name, std::string{name} + " is given twice"};
-        value = parse(word.substr(name.size() + 1), *setting);
+        value = parse(text, *setting);
     }
     std::vector<u64> values;
     for (std::size_t i = 0; i < settings.size(); ++i) {

@@ -14,16 +14,17 @@ bool serves(const reflection::ActionFunctions &action, ActionOf use)
     return use == ActionOf::entry ? action.add != nullptr : action.set_default_action != nullptr;
 }
 
-std::vector<std::string_view> action_names(const reflection::TableFunctions &table, ActionOf use)
+} // namespace
+
+const reflection::TableFunctions *table_of(const pd::Counter &counter)
 {
-    std::vector<std::string_view> names;
-    for (const reflection::ActionFunctions &action : table.actions)
-        if (serves(action, use))
-            names.push_back(action.row->action->name);
-    return names;
+    return counter.direct ? reflection::find_table(counter.handle) : nullptr;
 }
 
-} // namespace
+const reflection::TableFunctions *table_of(const pd::Meter &meter)
+{
+    return meter.table ? reflection::find_table(meter.table) : nullptr;
+}
 
 std::vector<std::string_view> table_names()
 {
@@ -64,6 +65,15 @@ const reflection::ActionFunctions &take_action(Words &words, const reflection::T
         refuse(name, {use == ActionOf::entry ? "action" : "default action", table.row->name}, names);
     words.take();
     return *action;
+}
+
+std::vector<std::string_view> action_names(const reflection::TableFunctions &table, ActionOf use)
+{
+    std::vector<std::string_view> names;
+    for (const reflection::ActionFunctions &action : table.actions)
+        if (serves(action, use))
+            names.push_back(action.row->action->name);
+    return names;
 }
 
 std::vector<std::string_view> all_action_names()

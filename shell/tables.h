@@ -9,10 +9,16 @@
 
 namespace shell {
 
+// The table that a counter or meter is direct to, null for an indexed one.
+const reflection::TableFunctions *table_of(const pd::Counter &counter);
+const reflection::TableFunctions *table_of(const pd::Meter &meter);
+
 // What an action is for: a table's actions for entries and for its default entry differ.
 enum class ActionOf { entry, default_entry };
 
 std::vector<std::string_view> table_names();
+// Those that serve this use.
+std::vector<std::string_view> action_names(const reflection::TableFunctions &table, ActionOf use);
 std::vector<std::string_view> all_action_names();
 
 // Each takes the next word and throws BadLine when it names nothing.

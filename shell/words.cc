@@ -86,6 +86,16 @@ void Words::expect_end() const
         throw BadLine{peek(), "unexpected " + quoted(peek()) + ": the command ends before it"};
 }
 
+Assignment take_assignment(Words &words)
+{
+    const std::string_view word = words.take();
+    const std::size_t equals = word.find('=');
+    if (equals == std::string_view::npos)
+        throw BadLine{word,
+                      quoted(word) + " is not of the form name=value (a lone ':' goes before an action)"};
+    return {word.substr(0, equals), word.substr(equals + 1)};
+}
+
 bool take_on_off(Words &words)
 {
     const std::string_view state = words.take();

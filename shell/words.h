@@ -36,6 +36,12 @@ private:
     std::string_view text_;
 };
 
+// A word of the form name=value.
+struct Assignment {
+    std::string_view name, value;
+};
+Assignment take_assignment(Words &words);
+
 // The next word, which is "on" or "off".
 bool take_on_off(Words &words);
 

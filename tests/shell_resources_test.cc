@@ -238,7 +238,7 @@ lookup l2SmacCheck smac=0 bytes=3@ => bytes=N needs packets=N: a look-up without
 meter read @pdpMetr 1 => unknown meter 'pdpMetr': there are stormControlMeter, pdpMeter, ingressMirrorMeter, egressMirrorMeter
 meter read stormControlMeter@ => missing entry: a handle, 'default' or a key
 meter set pdpMeter 1 : type=@red => unknown type 'red': there are aware, unaware
-register read ingStpCheckData 1 @size=3 => unknown name=value 'size=3': ingStpCheckData has count
+register read ingStpCheckData 1 @size=3 => unknown name 'size': ingStpCheckData has count
 idle enable @l2SmacCheck => l2SmacCheck has entries that do not age
 digest watch macLearningDigest @maybe => unknown state 'maybe': there are on, off, hold
 digest send macLearningDigest smac=1@ => missing fields of macLearningDigest: ingL2Domain, ingL2Aintf
