@@ -103,8 +103,8 @@ constexpr std::string_view modify_text =
 
 constexpr std::string_view lookup_text =
     R"(  Every field takes a plain value, as a packet has it: no masks, no prefixes, no priority. A field that is left
-  out is 0, and the answer names it. Asked is the driver's memory; with --hw what the hardware holds, where an
-  entry may be missing or have another key.
+  out, or 'any', is 0, and the answer names it. Asked is the driver's memory; with --hw what the hardware holds,
+  where an entry may be missing or have another key.
   Where the entry points at a group, hash=A,B gives the two words by which it picks a member (0,0 without).
   With packets=N, and bytes=N, the look-up counts as so many packets: in counters, for ageing and for armed
   snapshots.
@@ -160,10 +160,10 @@ constexpr std::string_view idle_text =
   disable TABLE                                       ends that
   params TABLE                                        prints what enable was given
   show TABLE                                          lists the entries with time to live and state
-  ttl TABLE ENTRY [ttl=N]                             prints the time to live and the state, or sets the time
-  restart TABLE ENTRY                                 lets the time to live begin again
-  hit TABLE ENTRY, expire TABLE ENTRY                 makes the entry active, or idle
-  ENTRY is a handle or a key. An entry without a time to live does not age.
+  ttl TABLE HANDLE|KEY [ttl=N]                        prints the time to live and the state, or sets the time
+  restart TABLE HANDLE|KEY                            lets the time to live begin again
+  hit TABLE HANDLE|KEY, expire TABLE HANDLE|KEY       makes the entry active, or idle
+  An entry without a time to live does not age.
 )";
 
 constexpr std::string_view digest_text =
@@ -187,11 +187,11 @@ constexpr std::string_view pvs_text =
 )";
 
 constexpr std::string_view hash_text =
-    R"(  value CALCULATION WIDTH:VALUE...             the hash of fields of these widths in bits, 128 at most
-  show CALCULATION                             prints input, algorithm, seed and attributes
+    R"(  value CALCULATION WIDTH:VALUE...              the hash of fields of these widths in bits, 128 at most
+  show CALCULATION                              prints input, algorithm, seed and attributes
   input CALCULATION N, algorithm CALCULATION N  chooses one; each calculation has number 0 alone
-  seed CALCULATION N [SECOND]                  sets the seed; 0 is the algorithm's own
-  attributes CALCULATION [FIELD,TYPE,VALUE]... sets the attributes of input fields in place of all before
+  seed CALCULATION N [SECOND]                   sets the seed; 0 is the algorithm's own
+  attributes CALCULATION [FIELD,TYPE,VALUE]...  sets the attributes of input fields in place of all before
 )";
 
 constexpr std::string_view snapshot_text =
@@ -295,7 +295,7 @@ constexpr Command all_commands[] = {
     {"show", "TABLE|PROFILE", "prints all entries of a table, or all that a profile holds", read_text,
      read_options, run_show},
     {"entry", "TABLE ENTRY", "prints one entry, read back", entry_text, read_options, run_entry},
-    {"default", "TABLE [: ACTION PARAMETERS [meter=CR,CB,PR,PB,TYPE] | : member M | : group G]",
+    {"default", "TABLE [: ACTION PARAMETERS|member M|group G [meter=CR,CB,PR,PB,TYPE]]",
      "prints the default entry of a table, or sets it", default_text, read_options, run_default},
     {"reset", "TABLE", "gives a table the default entry of the switch program again", "", {}, run_reset},
     {"member", "add|modify|delete|show PROFILE ...", "the members of an action profile", member_text,

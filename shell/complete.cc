@@ -1,107 +1,23 @@
 #include "complete.h"
 
 #include <algorithm>
-#include <cctype>
 #include <set>
 
-#include "commands.h"
+#include "digest_form.h"
 #include "profiles.h"
 #include "resources.h"
 #include "services.h"
 #include "shown.h"
 #include "tables.h"
+#include "usage.h"
 
 namespace shell {
 
 namespace {
 
-using Texts = std::vector<std::string_view>;
 using Candidates = std::vector<std::string>;
 using reflection::ProfileFunctions;
-
-// ---- Usage texts ----------------------------------------------------------------------------------------
-
-// What can stand at one place of a usage text.
-struct Place {
-    Texts alternatives;    // TABLE and the like for names, name=VALUE, else the word itself
-    bool repeated = false; // any number of times
-    bool optional = false;
-};
-using Usage = std::vector<Place>;
-
-Texts split(std::string_view text, std::string_view separator)
-{
-    Texts parts;
-    for (std::size_t end = 0; end != std::string_view::npos;) {
-        end = text.find(separator);
-        if (end != 0 && !text.empty())
-            parts.push_back(text.substr(0, end));
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + separator.size());
-    }
-    return parts;
-}
-
-Place place_of(std::string_view token)
-{
-    Place place;
-    place.optional = token.starts_with('[');
-    while (token.starts_with('['))
-        token.remove_prefix(1);
-    while (token.ends_with(']'))
-        token.remove_suffix(1);
-    place.repeated = token.ends_with("...");
-    if (place.repeated)
-        token.remove_suffix(3);
-    place.alternatives = split(token, "|");
-    return place;
-}
-
-bool has(const Place &place, std::string_view alternative)
-{
-    return std::ranges::find(place.alternatives, alternative) != place.alternatives.end();
-}
-
-Usage usage_of(std::string_view form)
-{
-    Usage usage;
-    for (const std::string_view token : split(form, " "))
-        usage.push_back(place_of(token));
-    return usage;
-}
-
-// The forms of a command, which " | " keeps apart. Where one ends in "...", the lines of the help text that
-// begin with a word of its first place tell more: forms with ", " between them, and two blanks behind.
-std::vector<Usage> usages_of(const Command &command)
-{
-    std::vector<Usage> usages;
-    for (const std::string_view form : split(command.usage, " | ")) {
-        Usage usage = usage_of(form);
-        if (!form.ends_with(" ...")) {
-            usages.push_back(std::move(usage));
-            continue;
-        }
-        usages.push_back({usage.front()});
-        for (std::string_view line : split(command.text, "\n")) {
-            line.remove_prefix(std::min(line.size(), line.find_first_not_of(' ')));
-            for (const std::string_view more : split(line.substr(0, line.find("  ")), ", "))
-                if (Usage told = usage_of(more);
-                    !told.empty() && has(usage.front(), told.front().alternatives.front()))
-                    usages.push_back(std::move(told));
-        }
-    }
-    return usages;
-}
-
-bool takes_key(const Place &place)
-{
-    return has(place, "KEY") || has(place, "ENTRY");
-}
-
-bool is_kind(std::string_view alternative)
-{
-    return std::ranges::all_of(
-        alternative, [](char c) { return std::isupper(static_cast<unsigned char>(c)) || c == '_'; });
-}
+using reflection::TableFunctions;
 
 // ---- Names ----------------------------------------------------------------------------------------------
 
@@ -122,8 +38,6 @@ constexpr struct {
     {"PROFILE", profile_names},
     {"ACTION", all_action_names},
     {"COMMAND", command_names},
-    {"ENTRY", [] { return Texts{"default"}; }},
-    {"CELL", [] { return Texts{"default"}; }},
     {"COUNTER", [] { return names_of(reflection::counters()); }},
     {"METER", [] { return names_of(reflection::meters()); }},
     {"REGISTER", [] { return names_of(reflection::registers()); }},
@@ -142,8 +56,6 @@ Texts names_of_kind(std::string_view kind)
 bool fits(const Place &place, std::string_view word)
 {
     return std::ranges::any_of(place.alternatives, [&](std::string_view alternative) {
-        if (const std::size_t equals = alternative.find('='); equals != std::string_view::npos)
-            return word.starts_with(alternative.substr(0, equals + 1));
         if (!is_kind(alternative) || alternative == "TABLE" || alternative == "PROFILE") {
             const Texts names = is_kind(alternative) ? names_of_kind(alternative) : Texts{alternative};
             return std::ranges::find(names, word) != names.end();
@@ -152,21 +64,27 @@ bool fits(const Place &place, std::string_view word)
     });
 }
 
+bool is_assigned(std::string_view word)
+{
+    return word.find('=') != std::string_view::npos;
+}
+
 // ---- The line -------------------------------------------------------------------------------------------
 
 struct Line {
     Line(std::string_view text, const ObjectNames &names);
 
-    bool given(std::string_view assigned) const; // "name="
-
-    Texts words; // finished ones, behind the command
+    Texts words; // finished ones, behind the command, without its --options
     std::string_view begun;
     const Command *command = nullptr;
     bool at_command = false;
-    const reflection::TableFunctions *table = nullptr;
-    const reflection::ProfileFunctions *profile = nullptr;
-    std::size_t colon; // its place in `words`, or their number
+    const TableFunctions *table = nullptr; // also that of a direct counter or meter
+    const ProfileFunctions *profile = nullptr;
+    const pd::Digest *digest = nullptr;
     const ObjectNames &objects;
+
+private:
+    void find_subject(std::string_view word);
 };
 
 Line::Line(std::string_view text, const ObjectNames &names) : objects(names)
@@ -178,20 +96,34 @@ Line::Line(std::string_view text, const ObjectNames &names) : objects(names)
         words.pop_back();
     }
     at_command = words.empty();
-    if (!at_command) {
-        command = find_command(words.front());
-        words.erase(words.begin());
-    }
-    for (const std::string_view word : words) {
-        table = table ? table : reflection::find_table(word);
-        profile = profile ? profile : reflection::find_profile(word);
-    }
-    colon = static_cast<std::size_t>(std::ranges::find(words, ":") - words.begin());
+    if (at_command)
+        return;
+    command = find_command(words.front());
+    words.erase(words.begin());
+    std::erase_if(words, [](std::string_view word) { return word.starts_with("--"); });
+    for (const std::string_view word : words)
+        find_subject(word);
 }
 
-bool Line::given(std::string_view assigned) const
+template <typename Rows>
+auto row_named(const Rows &all, std::string_view name) -> decltype(all.front().row)
 {
-    return std::ranges::any_of(words, [&](std::string_view word) { return word.starts_with(assigned); });
+    const auto found = std::ranges::find(all, name, [](const auto &each) { return each.row->name; });
+    return found == all.end() ? nullptr : found->row;
+}
+
+void Line::find_subject(std::string_view word)
+{
+    profile = profile ? profile : reflection::find_profile(word);
+    digest = digest ? digest : row_named(reflection::digests(), word);
+    if (table)
+        return;
+    if (const auto *counter = row_named(reflection::counters(), word))
+        table = table_of(*counter);
+    else if (const auto *meter = row_named(reflection::meters(), word))
+        table = table_of(*meter);
+    else
+        table = reflection::find_table(word);
 }
 
 // ---- Candidates -----------------------------------------------------------------------------------------
@@ -201,40 +133,43 @@ void add(Candidates &to, const Texts &names)
     to.insert(to.end(), names.begin(), names.end());
 }
 
-// "name=", unless it is there already.
-void add_assigned(Candidates &to, const Line &line, std::string_view name)
+// "name=", or that with each of the words that can stand behind it, unless it is there already.
+void add_assigned(Candidates &to, const Texts &given, std::string_view assigned, const Texts &choices = {})
 {
-    const std::string assigned = std::string{name} + '=';
-    if (!line.given(assigned))
-        to.push_back(assigned);
+    if (std::ranges::any_of(given, [&](std::string_view word) { return word.starts_with(assigned); }))
+        return;
+    if (choices.empty())
+        to.emplace_back(assigned);
+    for (const std::string_view choice : choices)
+        to.push_back(std::string{assigned} + std::string{choice});
 }
 
-template <typename Row>
-void add_fields(Candidates &to, const Line &line, const Row &row)
+// Fields or parameters that have not been given since the last colon.
+void add_fields(Candidates &to, const Line &line, const std::vector<ShownField> &fields)
 {
-    for (const ShownField &field : shown_fields(row))
-        add_assigned(to, line, field.name);
+    const auto colon = std::find(line.words.rbegin(), line.words.rend(), ":");
+    const Texts given(colon.base(), line.words.end());
+    for (const ShownField &field : fields)
+        add_assigned(to, given, std::string{field.name} + '=');
 }
 
-// Whether an option that commands take with some tables only goes with this one.
-bool goes_with(const pd::Table &table, std::string_view option)
+// Whether an option that goes with some tables only goes with this one. A time to live that stands with no
+// action is for every table that ages.
+bool goes_with(const pd::Table &table, std::string_view option, const Usage &usage)
 {
-    return option == "priority" ? pd::has_priority(table)
-           : option == "ttl"    ? table.ttl_on_add
-           : option == "meter"  ? table.direct_meter != 0
-           : option == "hash"   ? table.profile != nullptr
-                                : true;
+    return option == "priority=" ? pd::has_priority(table)
+           : option == "ttl="    ? table.ttl_on_add || usage.bodies.empty()
+           : option == "meter="  ? table.direct_meter != 0
+           : option == "hash="   ? table.profile != nullptr
+                                 : true;
 }
 
-// The options of the form "name=value" in a usage.
+// Options come in any order.
 void add_options(Candidates &to, const Line &line, const Usage &usage)
 {
-    for (const Place &place : usage)
-        for (const std::string_view alternative : place.alternatives)
-            if (const std::size_t equals = alternative.find('='); equals != std::string_view::npos)
-                if (const std::string_view name = alternative.substr(0, equals);
-                    goes_with(*line.table->row, name))
-                    add_assigned(to, line, name);
+    for (const Place &place : usage.places)
+        if (!place.option.empty() && (!line.table || goes_with(*line.table->row, place.option, usage)))
+            add_assigned(to, line.words, place.option, place.choices);
 }
 
 // The members or groups that have a name.
@@ -248,44 +183,67 @@ void add_objects(Candidates &to, const Line &line, Kind kind)
             to.push_back(name);
 }
 
+// The fields of the table's key, or another word for an entry of it.
+void add_key(Candidates &to, const Line &line, const Place &place)
+{
+    const bool in_key = !line.words.empty() && is_assigned(line.words.back());
+    const bool entry = has(place, "ENTRY") || has(place, "CELL");
+    add_fields(to, line, shown_fields(*line.table->row));
+    if (entry && !in_key)
+        to.emplace_back("default");
+    if (entry && in_key && pd::has_priority(*line.table->row))
+        add_assigned(to, line.words, "priority=");
+}
+
 void add_place(Candidates &to, const Line &line, const Place &place)
 {
     for (const std::string_view alternative : place.alternatives) {
-        if (const std::size_t equals = alternative.find('='); equals != std::string_view::npos)
-            add_assigned(to, line, alternative.substr(0, equals));
-        else if (alternative == "MEMBER" || alternative == "GROUP")
+        if (alternative == "MEMBER" || alternative == "GROUP")
             add_objects(to, line, alternative == "MEMBER" ? Kind::member : Kind::group);
+        else if (alternative == "FIELDS" && line.digest)
+            add_fields(to, line, DigestForm{*line.digest}.fields());
         else
             add(to, is_kind(alternative) ? names_of_kind(alternative) : Texts{alternative});
     }
     if (takes_key(place) && line.table)
-        add_fields(to, line, *line.table->row);
+        add_key(to, line, place);
 }
 
-bool is_assigned(std::string_view word)
+// ---- Places ---------------------------------------------------------------------------------------------
+
+using Places = std::set<std::size_t>;
+
+// What may be left out is passed over.
+void reach(Places &to, const Usage &usage, std::size_t at)
 {
-    return word.find('=') != std::string_view::npos;
+    to.insert(at);
+    while (at < usage.places.size() && usage.places[at].optional)
+        to.insert(++at);
 }
 
-// The places where the next word can stand, if the words so far fit the usage. What may be left out is passed
-// over; fields of a key and options come in any number.
-std::set<std::size_t> next_places(const Line &line, const Usage &usage)
+bool is_option(const Usage &usage, std::string_view word)
 {
-    std::set<std::size_t> places;
-    const auto reach = [&](std::set<std::size_t> &to, std::size_t at) {
-        to.insert(at);
-        while (at < usage.size() && usage[at].optional)
-            to.insert(++at);
-    };
-    reach(places, 0);
-    for (const std::string_view word : line.words) {
-        std::set<std::size_t> reached;
+    return std::ranges::any_of(usage.places, [&](const Place &place) {
+        return !place.option.empty() && word.starts_with(place.option);
+    });
+}
+
+// Where the next word can stand behind these, if they fit the usage. Fields of a key and options come in any
+// number.
+Places next_places(std::span<const std::string_view> words, const Usage &usage)
+{
+    Places places;
+    reach(places, usage, 0);
+    for (const std::string_view word : words) {
+        Places reached;
         for (const std::size_t at : places) {
-            if (at >= usage.size() || !fits(usage[at], word))
+            if (is_option(usage, word))
+                reached.insert(at);
+            if (at >= usage.places.size() || !fits(usage.places[at], word))
                 continue;
-            if (usage[at].repeated || (takes_key(usage[at]) && is_assigned(word)))
-                reach(reached, at);
-            reach(reached, at + 1);
+            if (usage.places[at].repeated || (takes_key(usage.places[at]) && is_assigned(word)))
+                reach(reached, usage, at);
+            reach(reached, usage, at + 1);
         }
         places = std::move(reached);
     }
@@ -295,49 +253,83 @@ std::set<std::size_t> next_places(const Line &line, const Usage &usage)
 void add_next(Candidates &to, const Line &line, const Usage &usage)
 {
     const bool behind_assigned = !line.words.empty() && is_assigned(line.words.back());
-    for (const std::size_t at : next_places(line, usage)) {
-        if (at >= usage.size())
+    for (const std::size_t at : next_places(line.words, usage)) {
+        if (at >= usage.places.size())
             continue;
-        add_place(to, line, usage[at]);
-        if (takes_key(usage[at]) && line.table && behind_assigned)
+        const Place &place = usage.places[at];
+        add_place(to, line, place);
+        if (!place.option.empty() || (takes_key(place) && behind_assigned))
             add_options(to, line, usage);
+        if (has(place, "FIELDS") && behind_assigned)
+            to.emplace_back(":"); // another entry
     }
 }
 
-void add_behind_colon(Candidates &to, const Line &line)
+// ---- Behind the colon -----------------------------------------------------------------------------------
+
+std::vector<const pd::Action *> actions_of(const Line &line)
 {
-    if (line.table && line.table->indirect) {
-        if (line.colon + 1 == line.words.size())
-            add(to, {"member", "group"});
-        else if (line.colon + 2 == line.words.size())
-            add_objects(to, line, line.words.back() == "group" ? Kind::group : Kind::member);
+    std::vector<const pd::Action *> actions;
+    const bool of_default = line.command->name == "default";
+    const auto bindings = line.table     ? line.table->row->actions
+                          : line.profile ? line.profile->row->actions
+                                         : std::span<const pd::Binding>{};
+    for (const pd::Binding &binding : bindings)
+        if (!line.table || line.table->row->key.empty() ||
+            (of_default ? binding.default_action : binding.entry))
+            actions.push_back(binding.action);
+    return actions;
+}
+
+// A word that begins a body.
+void add_first(Candidates &to, const Line &line, const Texts &body)
+{
+    const bool reference = body.back() == "M" || body.back() == "G";
+    if (body.front() == "ACTION")
+        for (const pd::Action *action : actions_of(line))
+            to.push_back(action->name);
+    else if (!reference || line.table->indirect)
+        to.emplace_back(body.front());
+}
+
+// A word behind the first one, if that is this body's. The options stand at the end of any.
+void add_more(Candidates &to, const Line &line, const Usage &usage, const Texts &body,
+              std::span<const std::string_view> behind)
+{
+    const pd::Action *action = nullptr;
+    if (body.front() == "ACTION")
+        for (const pd::Action *each : actions_of(line))
+            action = each->name == behind.front() ? each : action;
+    if (!action && body.front() != behind.front())
         return;
-    }
-    const auto actions = line.table     ? line.table->row->actions
-                         : line.profile ? line.profile->row->actions
-                                        : std::span<const pd::Binding>{};
-    for (const pd::Binding &binding : actions) {
-        if (line.colon + 1 == line.words.size())
-            to.push_back(binding.action->name);
-        else if (line.words[line.colon + 1] == binding.action->name)
-            add_fields(to, line, *binding.action);
-    }
+    if (action)
+        add_fields(to, line, shown_fields(*action));
+    else if (body.back() == "KEY")
+        return add_fields(to, line, shown_fields(*line.table->row));
+    else if (behind.size() < body.size())
+        return add_objects(to, line, body.back() == "M" ? Kind::member : Kind::group);
+    add_options(to, line, usage);
 }
 
-// What a usage has there beside actions, members and groups: words, one of which a key may follow.
-void add_words_behind_colon(Candidates &to, const Line &line, const Usage &usage)
+// False when there is no colon that such a body follows.
+bool add_body(Candidates &to, const Line &line, const Usage &usage)
 {
-    const auto colon = std::ranges::find_if(usage, [](const Place &place) { return has(place, ":"); });
-    for (auto at = colon; at != usage.end(); ++at)
-        for (const std::string_view word : at->alternatives) {
-            if (is_kind(word) || is_assigned(word) || word == ":" || word == "member" || word == "group")
-                continue;
-            if (line.colon + 1 == line.words.size())
-                to.emplace_back(word);
-            else if (line.table && line.words[line.colon + 1] == word && at + 1 != usage.end() &&
-                     takes_key(at[1]))
-                add_fields(to, line, *line.table->row);
-        }
+    const auto colon = std::ranges::find(line.words, ":");
+    if (usage.bodies.empty() || colon == line.words.end() || !(line.table || line.profile))
+        return false;
+    const std::span<const std::string_view> head(line.words.begin(), colon),
+        behind(colon + 1, line.words.end());
+    const Places at = next_places(head, usage);
+    if (std::ranges::none_of(at, [&](std::size_t place) {
+            return place < usage.places.size() && has(usage.places[place], ":");
+        }))
+        return false;
+    for (const Texts &body : usage.bodies)
+        if (behind.empty())
+            add_first(to, line, body);
+        else
+            add_more(to, line, usage, body, behind);
+    return true;
 }
 
 } // namespace
@@ -350,13 +342,10 @@ std::vector<std::string> complete(std::string_view text, const ObjectNames &name
         add(candidates, command_names());
     } else if (line.command && line.begun.starts_with('-')) {
         add(candidates, {line.command->options.begin(), line.command->options.end()});
-    } else if (line.command && line.colon < line.words.size() && (line.table || line.profile)) {
-        add_behind_colon(candidates, line);
-        for (const Usage &usage : usages_of(*line.command))
-            add_words_behind_colon(candidates, line, usage);
     } else if (line.command) {
         for (const Usage &usage : usages_of(*line.command))
-            add_next(candidates, line, usage);
+            if (!add_body(candidates, line, usage))
+                add_next(candidates, line, usage);
     }
     std::erase_if(candidates, [&](const std::string &candidate) {
         const bool whole = candidate.ends_with('=') && candidate == line.begun;
