@@ -235,7 +235,7 @@ Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &di
     Catalogue catalogue;
     Loader loader(directory, catalogue, diagnostics);
     std::vector<std::string> groups;
-    std::string actions, profiles, resources, services, snapshots, labels;
+    std::string actions, profiles, resources, services, snapshots, labels, operations;
     loader.file("catalogue.toml", [&](RowReader &root) {
         catalogue.place = root.place();
         catalogue.program = root.text("program");
@@ -248,9 +248,10 @@ Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &di
         services = root.text("services");
         snapshots = root.text("snapshots");
         labels = root.text("labels");
+        operations = root.text("operations");
     });
     if (groups.empty() || actions.empty() || profiles.empty() || resources.empty() || services.empty() ||
-        snapshots.empty() || labels.empty()) {
+        snapshots.empty() || labels.empty() || operations.empty()) {
         catalogue.complete = false;
         return catalogue;
     }
@@ -281,6 +282,8 @@ Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &di
         loader.rows(root, "layout", catalogue.snapshots, read_layout);
     });
     loader.file(labels, [&](RowReader &root) { loader.rows(root, "labels", catalogue.labels, read_labels); });
+    loader.file(operations,
+                [&](RowReader &root) { loader.rows(root, "header", catalogue.driver, read_driver_header); });
     return catalogue;
 }
 

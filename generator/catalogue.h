@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "diagnostics.h"
+#include "operations.h"
 
 namespace pdgen {
 
@@ -165,6 +166,7 @@ struct Catalogue {
     unsigned snapshot_bytes = 0;
     std::vector<SnapshotLayout> snapshots;
     std::vector<Labels> labels;
+    std::vector<DriverHeader> driver;
 
     const Action *find_action(const std::string &name) const;
     const Labels *labels_of(const Table &table) const;

@@ -93,6 +93,12 @@ private:
     void check_places(const SnapshotLayout &layout, const std::vector<unsigned> &offsets, unsigned bytes,
                       std::set<unsigned> &taken);
 
+    // Operations of the driver.
+    void check_operations();
+    void check_operation(const Operation &operation);
+    void check_argument(const Operation &operation, const Argument &argument, const std::string &subject);
+    void check_list(const Operation &operation, const Argument &argument, const std::string &subject);
+
     // Texts.
     void check_schemas();
     void check_labels();

@@ -20,6 +20,7 @@ void Checker::run()
     check_snapshots();
     check_schemas();
     check_labels();
+    check_operations();
 }
 
 // Names of functions and types begin with the prefix.

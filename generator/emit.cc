@@ -17,7 +17,9 @@ using kainjow::mustache::mustache;
 
 struct Output {
     const char *template_name;
-    const char *path; // '*' stands for the group's name; such a template is rendered once a group
+    const char *path; // '*' stands for the name of an element; such a template is rendered once each
+    const char *elements = "groups";
+    const char *name = "group"; // of an element
 };
 
 constexpr Output outputs[] = {
@@ -56,6 +58,15 @@ constexpr Output outputs[] = {
     {"resources_reference.mustache", "reference/resources.md"},
     {"services_reference.mustache", "reference/services.md"},
     {"catalogue_json.mustache", "reference/catalogue.json"},
+    {"driver_header.mustache", "driver/*", "driver_headers", "header"},
+    {"driver_reference.mustache", "reference/driver.md"},
+    {"every_header.mustache", "operations/every_header.h"},
+    {"operation_count.mustache", "operations/operation_count.h"},
+    {"operation_rows.mustache", "operations/rows.cc"},
+    {"operation_calls.mustache", "operations/calls.cc"},
+    {"any_driver.mustache", "operations/any_driver.cc"},
+    {"tap_definitions.mustache", "tap/definitions.cc"},
+    {"handle_names.mustache", "tap/handle_names.cc"},
 };
 
 std::string read_file(const fs::path &path)
@@ -154,9 +165,9 @@ public:
             render(kind, text, nullptr, path);
             return;
         }
-        for (const data &group : view.get("groups")->list_value()) {
-            const std::string name = group.get("group")->string_value();
-            render(kind, text, &group, path.substr(0, star) + name + path.substr(star + 1));
+        for (const data &element : view.get(kind.elements)->list_value()) {
+            const std::string name = element.get(kind.name)->string_value();
+            render(kind, text, &element, path.substr(0, star) + name + path.substr(star + 1));
         }
     }
 
@@ -174,12 +185,12 @@ private:
         return text;
     }
 
-    void render(const Output &kind, mustache &text, const data *group, const std::string &path)
+    void render(const Output &kind, mustache &text, const data *element, const std::string &path)
     {
         StrictContext context(kind.template_name);
         context.push(&view);
-        if (group)
-            context.push(group);
+        if (element)
+            context.push(element);
         const std::string rendered = text.render(context);
         if (!text.is_valid())
             throw std::runtime_error(std::string(kind.template_name) + ": " + text.error_message());

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "names.h"
+#include "operations_view.h"
 
 namespace pdgen {
 
@@ -464,7 +465,9 @@ private:
 
 data catalogue_view(const Catalogue &catalogue)
 {
-    return View(catalogue).root();
+    data root = View(catalogue).root();
+    set_operations(root, catalogue);
+    return root;
 }
 
 } // namespace pdgen

@@ -90,6 +90,8 @@ protected:
         templates = directory / "templates";
         output = directory / "output";
         fs::copy(TS_CATALOGUE_DIR, catalogue);
+        fs::create_directory(directory / "driver");
+        fs::copy(TS_CATALOGUE_DIR "/../driver/operations.toml", directory / "driver");
         fs::copy(TS_TEMPLATE_DIR, templates);
     }
 

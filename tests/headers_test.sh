@@ -3,7 +3,7 @@
 # C99, C11, C++11 and C++20, those of the driver as C11 and C++20.
 # usage: headers_test.sh CC C_FLAGS CXX CXX_FLAGS PUBLIC_DIRECTORY GENERATED_DIRECTORY DRIVER_DIRECTORY
 set -eu
-cc=$1 c_flags=$2 cxx=$3 cxx_flags=$4 public=$5 generated=$6 driver=$7
+cc=$1 c_flags=$2 cxx=$3 cxx_flags=$4 public=$5 generated=$6/include driver=$7 operations=$6/driver
 tried=0 wrong=0
 
 # alone HEADER STANDARD
@@ -15,7 +15,7 @@ alone() {
     tried=$((tried + 1))
     # The compiler and its flags are lists of words.
     if ! echo "#include \"$1\"" | $compiler -std="$2" -fsyntax-only -Wall -Wextra -Wpedantic -Werror \
-        -I "$public" -I "$generated" -I "$driver" -; then
+        -I "$public" -I "$generated" -I "$driver" -I "$operations" -; then
         echo "$1 does not compile alone as $2" >&2
         wrong=$((wrong + 1))
     fi
@@ -26,7 +26,7 @@ for header in "$public"/*.h "$generated"/*.h; do
         alone "$header" $standard
     done
 done
-for header in "$driver"/*.h; do
+for header in "$driver"/*.h "$operations"/*.h; do
     for standard in c11 c++20; do
         alone "$header" $standard
     done

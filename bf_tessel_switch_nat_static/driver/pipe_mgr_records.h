@@ -1,6 +1,6 @@
 /**
  * @file pipe_mgr_records.h
- * @brief The records that match entries, members and resources share on their way to the driver.
+ * @brief The records that go to the driver and come back, and what the words in them mean.
  *
  * Records are handed over by pointer and valid during the call only, so a driver copies what it keeps.
  * C11 and C++.
@@ -126,6 +126,100 @@ PD_OFFSET(pipe_action_spec, member_hdl, 12);
 PD_OFFSET(pipe_action_spec, group_hdl, 16);
 PD_OFFSET(pipe_action_spec, resources, 20);
 PD_SIZE(pipe_action_spec, 244);
+
+/* ---- Counters, registers, WRED ---- */
+
+/** The two counts of a cell, in the driver's order. */
+typedef struct pipe_stat_data {
+    u64 second_count;
+    u64 first_count;
+} pipe_stat_data;
+
+PD_OFFSET(pipe_stat_data, second_count, 0);
+PD_OFFSET(pipe_stat_data, first_count, 8);
+PD_SIZE(pipe_stat_data, 16);
+
+/** What a read fills: as many elements as the register has values, one for each pipe. */
+typedef struct pipe_stful_query {
+    u32 count; /**< room on the way in; the driver may lower it */
+    pipe_stful_value *elements;
+} pipe_stful_query;
+
+PD_OFFSET(pipe_stful_query, count, 0);
+PD_OFFSET(pipe_stful_query, elements, 4);
+PD_SIZE(pipe_stful_query, 8);
+
+/** A WRED cell: four words that the library copies unread. */
+typedef struct pipe_wred_spec {
+    u32 words[4];
+} pipe_wred_spec;
+
+PD_SIZE(pipe_wred_spec, 16);
+
+/* ---- Ageing, value sets, hashes ---- */
+
+/** How a table ages its entries. The words are the driver's; those of other modes than 1 have no meaning. */
+typedef struct pipe_idle_params {
+    u32 idle_mode;
+    u32 idle_param_1;
+    u32 idle_param_2;
+    u32 idle_param_3;
+    u32 idle_param_4;
+    u32 reserved_1; /**< 0 on write */
+    u32 idle_param_5;
+    u32 reserved_2; /**< 0 on write */
+} pipe_idle_params;
+
+PD_OFFSET(pipe_idle_params, idle_mode, 0);
+PD_OFFSET(pipe_idle_params, idle_param_1, 4);
+PD_OFFSET(pipe_idle_params, idle_param_4, 16);
+PD_OFFSET(pipe_idle_params, reserved_1, 20);
+PD_OFFSET(pipe_idle_params, idle_param_5, 24);
+PD_OFFSET(pipe_idle_params, reserved_2, 28);
+PD_SIZE(pipe_idle_params, 32);
+
+/** The value of a property. */
+typedef struct pipe_pvs_property_value {
+    u32 value;
+    u32 reserved; /**< 0 */
+} pipe_pvs_property_value;
+
+PD_OFFSET(pipe_pvs_property_value, value, 0);
+PD_OFFSET(pipe_pvs_property_value, reserved, 4);
+PD_SIZE(pipe_pvs_property_value, 8);
+
+/** What a property is about. */
+typedef struct pipe_pvs_property_args {
+    u32 argument;
+    u32 reserved_1; /**< 0 */
+    u32 reserved_2; /**< 0; the driver does not look at it */
+} pipe_pvs_property_args;
+
+PD_OFFSET(pipe_pvs_property_args, argument, 0);
+PD_OFFSET(pipe_pvs_property_args, reserved_1, 4);
+PD_OFFSET(pipe_pvs_property_args, reserved_2, 8);
+PD_SIZE(pipe_pvs_property_args, 12);
+
+/** An attribute of one input field. */
+typedef struct pipe_hash_calc_input_field_attribute {
+    u32 input_field; /**< id of the field in the input */
+    u32 reserved_1;  /**< 0 on set */
+    u32 reserved_2;  /**< 0 on set */
+    u32 position;    /**< `input_field` + 1 on set */
+    u32 attr_type;
+    pd_word attr_value;
+} pipe_hash_calc_input_field_attribute;
+
+PD_OFFSET(pipe_hash_calc_input_field_attribute, input_field, 0);
+PD_OFFSET(pipe_hash_calc_input_field_attribute, reserved_1, 4);
+PD_OFFSET(pipe_hash_calc_input_field_attribute, reserved_2, 8);
+PD_OFFSET(pipe_hash_calc_input_field_attribute, position, 12);
+PD_OFFSET(pipe_hash_calc_input_field_attribute, attr_type, 16);
+PD_OFFSET(pipe_hash_calc_input_field_attribute, attr_value, 20);
+PD_SIZE(pipe_hash_calc_input_field_attribute, 24);
+
+/** The state of a member within a group, as the driver tells it. */
+enum { PIPE_MEMBER_ACTIVE = 0, PIPE_MEMBER_INACTIVE = 1 };
 
 #ifdef __cplusplus
 }
