@@ -44,17 +44,14 @@ std::string entry_line(bool as_json, const pd::Digest &digest, const DigestForm 
 void watch(Session &session, Words &words)
 {
     const DigestFunctions &digest = take_digest(words);
-    const bool hold = words.peek() == "hold";
-    const bool on = hold || words.empty() || words.peek() == "on";
-    if (!on && words.peek() != "off")
-        refuse(words.peek(), {"state"}, {"on", "off", "hold"});
-    if (!words.empty())
-        words.take();
+    enum : unsigned { on, off, hold };
+    static constexpr std::string_view states[] = {"on", "off", "hold"};
+    const unsigned state = words.empty() ? unsigned{on} : choose(words.take(), {"state"}, states);
     words.expect_end();
-    if (on)
-        session.digest_watches().add(digest, hold);
-    else
+    if (state == off)
         session.digest_watches().remove(digest);
+    else
+        session.digest_watches().add(digest, state == hold);
 }
 
 // Entries of one message stand behind each other with colons between them.

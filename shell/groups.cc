@@ -16,6 +16,7 @@ namespace {
 using reflection::ProfileFunctions;
 
 constexpr u32 usual_size = 256;
+constexpr std::string_view member_states[] = {"active", "inactive"};
 
 constexpr Setting size_setting[] = {{"size", 32, usual_size}};
 
@@ -101,13 +102,11 @@ void set_state(Session &session, Words &words, const ProfileFunctions &profile)
     const ProfileNames &names = session.names(profile);
     const pd_grp_hdl group = take_object(words, profile, names.groups);
     const pd_mbr_hdl member = take_object(words, profile, names.members);
-    const std::string_view state = words.take();
-    if (state != "active" && state != "inactive")
-        refuse(state, {"state"}, {"active", "inactive"});
+    const bool active = choose(words.take(), {"state"}, member_states) == 0;
     words.expect_end();
-    expect_success(profile.group_member_state_set(driver_session, device.device_id, group, member,
-                                                  state == "active" ? P4_PD_GRP_MBR_STATE_ACTIVE
-                                                                    : P4_PD_GRP_MBR_STATE_INACTIVE));
+    expect_success(
+        profile.group_member_state_set(driver_session, device.device_id, group, member,
+                                       active ? P4_PD_GRP_MBR_STATE_ACTIVE : P4_PD_GRP_MBR_STATE_INACTIVE));
 }
 
 void set_fallback(Session &session, Words &words, const ProfileFunctions &profile)

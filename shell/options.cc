@@ -39,11 +39,8 @@ std::vector<std::string_view> taken(const Options &options)
 
 u32 parse_meter_type(std::string_view text)
 {
-    if (text == "aware")
-        return PD_METER_TYPE_COLOR_AWARE;
-    if (text == "unaware")
-        return PD_METER_TYPE_COLOR_UNAWARE;
-    refuse(text, {"meter type"}, {"aware", "unaware"});
+    static constexpr std::string_view types[] = {"aware", "unaware"};
+    return choose(text, {"meter type"}, types) == 0 ? PD_METER_TYPE_COLOR_AWARE : PD_METER_TYPE_COLOR_UNAWARE;
 }
 
 pd_meter_spec parse_meter(std::string_view text)

@@ -19,12 +19,8 @@ std::vector<std::string_view> names_of(std::span<const Setting> settings)
 
 u64 parse(std::string_view text, const Setting &setting)
 {
-    if (!setting.choices.empty()) {
-        const auto choice = std::ranges::find(setting.choices, text);
-        if (choice == setting.choices.end())
-            refuse(text, {setting.name}, {setting.choices.begin(), setting.choices.end()});
-        return static_cast<u64>(choice - setting.choices.begin());
-    }
+    if (!setting.choices.empty())
+        return choose(text, {setting.name}, setting.choices);
     if (setting.width > 32)
         return parse_value(text, setting.width, setting.name).low;
     return parse_u32(text, static_cast<u32>(ones(setting.width).low), setting.name);

@@ -33,11 +33,7 @@ u32 take_snapshot(Words &words)
 
 u32 take_direction(Words &words)
 {
-    const std::string_view word = words.take();
-    const auto direction = std::ranges::find(directions, word);
-    if (direction == std::end(directions))
-        refuse(word, {"direction"}, {std::begin(directions), std::end(directions)});
-    return static_cast<u32>(direction - std::begin(directions));
+    return choose(words.take(), {"direction"}, directions);
 }
 
 void create(Session &session, Words &words)

@@ -47,6 +47,35 @@ std::size_t edit_distance(std::string_view a, std::string_view b)
     return row.back();
 }
 
+// ": did you mean a, b?" with the names nearest to `wrong`; empty when none is near.
+std::string suggestion(std::string_view wrong, const std::vector<std::string_view> &names)
+{
+    constexpr std::size_t most = 3;
+    const std::string word = lower(wrong.substr(0, longest_quotation));
+    const std::size_t limit = std::max<std::size_t>(1, word.size() / 4);
+    std::vector<std::pair<std::size_t, std::string_view>> near;
+    for (const std::string_view name : names) {
+        const std::string candidate = lower(name);
+        const bool contained = word.size() >= 3 && candidate.find(word) != std::string::npos;
+        const std::size_t longer = std::max(word.size(), candidate.size()),
+                          shorter = std::min(word.size(), candidate.size());
+        if (!contained && longer - shorter > limit)
+            continue; // the distance would be as much
+        const std::size_t distance = edit_distance(word, candidate);
+        const bool alike = distance < candidate.size(); // '?' is not near to every letter
+        if (contained || (alike && distance <= limit))
+            near.emplace_back(distance, name);
+    }
+    if (near.empty())
+        return {};
+    std::sort(near.begin(), near.end());
+    near.resize(std::min(near.size(), most));
+    std::vector<std::string_view> best;
+    for (const auto &[distance, name] : near)
+        best.push_back(name);
+    return ": did you mean " + listed(best) + "?";
+}
+
 } // namespace
 
 bool is_blank(char c)
@@ -98,10 +127,8 @@ Assignment take_assignment(Words &words)
 
 bool take_on_off(Words &words)
 {
-    const std::string_view state = words.take();
-    if (state != "on" && state != "off")
-        refuse(state, {"state"}, {"on", "off"});
-    return state == "on";
+    static constexpr std::string_view states[] = {"on", "off"};
+    return choose(words.take(), {"state"}, states) == 0;
 }
 
 std::string quoted(std::string_view word)
@@ -139,32 +166,12 @@ void refuse(std::string_view word, const Choice &choice, const std::vector<std::
     throw BadLine{word, text};
 }
 
-std::string suggestion(std::string_view wrong, const std::vector<std::string_view> &names)
+unsigned choose(std::string_view word, const Choice &choice, std::span<const std::string_view> names)
 {
-    constexpr std::size_t most = 3;
-    const std::string word = lower(wrong.substr(0, longest_quotation));
-    const std::size_t limit = std::max<std::size_t>(1, word.size() / 4);
-    std::vector<std::pair<std::size_t, std::string_view>> near;
-    for (const std::string_view name : names) {
-        const std::string candidate = lower(name);
-        const bool contained = word.size() >= 3 && candidate.find(word) != std::string::npos;
-        const std::size_t longer = std::max(word.size(), candidate.size()),
-                          shorter = std::min(word.size(), candidate.size());
-        if (!contained && longer - shorter > limit)
-            continue; // the distance would be as much
-        const std::size_t distance = edit_distance(word, candidate);
-        const bool alike = distance < candidate.size(); // '?' is not near to every letter
-        if (contained || (alike && distance <= limit))
-            near.emplace_back(distance, name);
-    }
-    if (near.empty())
-        return {};
-    std::sort(near.begin(), near.end());
-    near.resize(std::min(near.size(), most));
-    std::vector<std::string_view> best;
-    for (const auto &[distance, name] : near)
-        best.push_back(name);
-    return ": did you mean " + listed(best) + "?";
+    const auto found = std::ranges::find(names, word);
+    if (found == names.end())
+        refuse(word, choice, {names.begin(), names.end()});
+    return static_cast<unsigned>(found - names.begin());
 }
 
 } // namespace shell

@@ -2,6 +2,7 @@
 // into the line's text, so that the place of any part of a word is known without being carried along.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -75,7 +76,7 @@ struct Choice {
 [[noreturn]] void refuse(std::string_view word, const Choice &choice,
                          const std::vector<std::string_view> &names);
 
-// ": did you mean a, b?" with the names nearest to `wrong`; empty when none is near.
-std::string suggestion(std::string_view wrong, const std::vector<std::string_view> &names);
+// Which of `names` the word is; refused if it is none.
+unsigned choose(std::string_view word, const Choice &choice, std::span<const std::string_view> names);
 
 } // namespace shell
