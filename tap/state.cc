@@ -44,7 +44,7 @@ void unlock_changes()
 
 void set_from_environment(State &state)
 {
-    const char *settings = std::getenv("TESSEL_TAP");
+    const char *settings = secure_getenv("TESSEL_TAP"); // none in a program with raised rights
     char error[300];
     if (settings != nullptr && set_all(state, settings, error, sizeof error) != 0)
         dprintf(STDERR_FILENO, "libtessel_tap: TESSEL_TAP: %s\n", error);
