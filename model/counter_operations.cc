@@ -45,40 +45,6 @@ pd_status read_cells(const CounterCells &cells, const u32 *indices, u32 count, p
     return ok;
 }
 
-void counter_of(Line &line, pd_sess_hdl sess, pd_dev_target target, u32 counter)
-{
-    resource_of(line.number("sess", sess).target(target), "counter", program.counters, counter);
-}
-
-void direct_cell(Line &line, pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry)
-{
-    line.number("sess", sess).number("dev", device_id).table(table).number("entry", entry);
-}
-
-// "first:second"
-std::string counts_text(const pipe_stat_data *counts)
-{
-    return counts != nullptr ? decimal(counts->first_count) + ":" + decimal(counts->second_count) : "null";
-}
-
-std::string indices_text(const u32 *indices, u32 count)
-{
-    if (indices == nullptr)
-        return "null";
-    std::string text;
-    for (u32 at = 0; at < count; ++at)
-        append(text, " ", decimal(indices[at]));
-    return "[" + text + "]";
-}
-
-std::string cells_text(const pipe_stat_data *const *data, u32 count)
-{
-    std::string text;
-    for (u32 at = 0; at < count; ++at)
-        append(text, " ", counts_text(data[at]));
-    return "[" + text + "]";
-}
-
 void count_hit(Device &device, Table &table, pd_entry_hdl entry, u64 packets, u64 bytes)
 {
     if (table.program().direct_counter)
@@ -96,7 +62,7 @@ extern "C" {
 
 // ---- Indexed counters -----------------------------------------------------------------------------------
 
-pd_status pipe_mgr_stat_ent_database_sync(pd_sess_hdl sess, pd_dev_target target, u32 counter, u32 index)
+pd_status pipe_mgr_stat_ent_database_sync(pd_sess_hdl, pd_dev_target target, u32 counter, u32 index)
 {
     const auto sync = [&](CounterCells &cells) {
         if (!has_cell(index))
@@ -104,32 +70,21 @@ pd_status pipe_mgr_stat_ent_database_sync(pd_sess_hdl sess, pd_dev_target target
         cells.sync(index);
         return ok;
     };
-    return run(
-        "pipe_mgr_stat_ent_database_sync", [&] { return with_counter(target.device_id, counter, sync); },
-        [&](Line &line) {
-            counter_of(line, sess, target, counter);
-            line.number("index", index);
-        });
+    return with_counter(target.device_id, counter, sync);
 }
 
-pd_status pipe_mgr_stat_ent_query(pd_sess_hdl sess, pd_dev_target target, u32 counter, u32 *indices,
-                                  u32 count, pipe_stat_data **data)
+pd_status pipe_mgr_stat_ent_query(pd_sess_hdl, pd_dev_target target, u32 counter, u32 *indices, u32 count,
+                                  pipe_stat_data **data)
 {
     const auto read = [&](const CounterCells &cells) {
         if (indices != nullptr && !std::all_of(indices, indices + count, has_cell))
             return unknown_object;
         return read_cells(cells, indices, count, data);
     };
-    return run(
-        "pipe_mgr_stat_ent_query", [&] { return with_counter(target.device_id, counter, read); },
-        [&](Line &line) {
-            counter_of(line, sess, target, counter);
-            line.words("indices", indices_text(indices, count));
-        },
-        [&](Line &line) { line.words("counts", cells_text(data, count)); });
+    return with_counter(target.device_id, counter, read);
 }
 
-pd_status pipe_mgr_stat_ent_set(pd_sess_hdl sess, pd_dev_target target, u32 counter, u32 index,
+pd_status pipe_mgr_stat_ent_set(pd_sess_hdl, pd_dev_target target, u32 counter, u32 index,
                                 pipe_stat_data *data)
 {
     const auto set = [&](CounterCells &cells) {
@@ -140,43 +95,33 @@ pd_status pipe_mgr_stat_ent_set(pd_sess_hdl sess, pd_dev_target target, u32 coun
         cells.write(index, *data);
         return ok;
     };
-    return run(
-        "pipe_mgr_stat_ent_set", [&] { return with_counter(target.device_id, counter, set); },
-        [&](Line &line) {
-            counter_of(line, sess, target, counter);
-            line.number("index", index).words("counts", counts_text(data));
-        });
+    return with_counter(target.device_id, counter, set);
 }
 
-pd_status pipe_mgr_stat_database_sync(pd_sess_hdl sess, pd_dev_target target, u32 counter,
+pd_status pipe_mgr_stat_database_sync(pd_sess_hdl, pd_dev_target target, u32 counter,
                                       pipe_stat_sync_cb callback, pd_word cookie)
 {
     const auto sync = [](CounterCells &cells) {
         cells.sync_all();
         return ok;
     };
-    return run_sync(
-        "pipe_mgr_stat_database_sync", {callback, target.device_id, cookie},
-        [&] { return with_counter(target.device_id, counter, sync); },
-        [&](Line &line) { counter_of(line, sess, target, counter); });
+    return run_sync({callback, target.device_id, cookie},
+                    [&] { return with_counter(target.device_id, counter, sync); });
 }
 
 // ---- Direct counters ------------------------------------------------------------------------------------
 
-pd_status pipe_mgr_direct_stat_ent_database_sync(pd_sess_hdl sess, pd_dev_target target, u32 table,
+pd_status pipe_mgr_direct_stat_ent_database_sync(pd_sess_hdl, pd_dev_target target, u32 table,
                                                  pd_entry_hdl entry)
 {
     const auto sync = [&](CounterCells &cells) {
         cells.sync(entry);
         return ok;
     };
-    return run(
-        "pipe_mgr_direct_stat_ent_database_sync",
-        [&] { return with_direct_cell(target.device_id, table, entry, sync); },
-        [&](Line &line) { line.number("sess", sess).target(target).table(table).number("entry", entry); });
+    return with_direct_cell(target.device_id, table, entry, sync);
 }
 
-pd_status pipe_mgr_mat_ent_direct_stat_query(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry,
+pd_status pipe_mgr_mat_ent_direct_stat_query(pd_sess_hdl, u32 device_id, u32 table, pd_entry_hdl entry,
                                              pipe_stat_data *data)
 {
     const auto read = [&](const CounterCells &cells) {
@@ -185,13 +130,10 @@ pd_status pipe_mgr_mat_ent_direct_stat_query(pd_sess_hdl sess, u32 device_id, u3
         *data = cells.read(entry);
         return ok;
     };
-    return run(
-        "pipe_mgr_mat_ent_direct_stat_query", [&] { return with_direct_cell(device_id, table, entry, read); },
-        [&](Line &line) { direct_cell(line, sess, device_id, table, entry); },
-        [&](Line &line) { line.words("counts", counts_text(data)); });
+    return with_direct_cell(device_id, table, entry, read);
 }
 
-pd_status pipe_mgr_mat_ent_direct_stat_set(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry,
+pd_status pipe_mgr_mat_ent_direct_stat_set(pd_sess_hdl, u32 device_id, u32 table, pd_entry_hdl entry,
                                            pipe_stat_data *data)
 {
     const auto set = [&](CounterCells &cells) {
@@ -200,25 +142,18 @@ pd_status pipe_mgr_mat_ent_direct_stat_set(pd_sess_hdl sess, u32 device_id, u32 
         cells.write(entry, *data);
         return ok;
     };
-    return run(
-        "pipe_mgr_mat_ent_direct_stat_set", [&] { return with_direct_cell(device_id, table, entry, set); },
-        [&](Line &line) {
-            direct_cell(line, sess, device_id, table, entry);
-            line.words("counts", counts_text(data));
-        });
+    return with_direct_cell(device_id, table, entry, set);
 }
 
-pd_status pipe_mgr_direct_stat_database_sync(pd_sess_hdl sess, pd_dev_target target, u32 table,
+pd_status pipe_mgr_direct_stat_database_sync(pd_sess_hdl, pd_dev_target target, u32 table,
                                              pipe_stat_sync_cb callback, pd_word cookie)
 {
     const auto sync = [](CounterCells &cells) {
         cells.sync_all();
         return ok;
     };
-    return run_sync(
-        "pipe_mgr_direct_stat_database_sync", {callback, target.device_id, cookie},
-        [&] { return with_direct_counter(target.device_id, table, sync); },
-        [&](Line &line) { line.number("sess", sess).target(target).table(table); });
+    return run_sync({callback, target.device_id, cookie},
+                    [&] { return with_direct_counter(target.device_id, table, sync); });
 }
 
 // ---- Control --------------------------------------------------------------------------------------------

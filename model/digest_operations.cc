@@ -1,16 +1,9 @@
 // The driver operations on digests, and the control functions that play the chip that sends them.
 #include "device.h"
-#include "operation.h"
 
 using namespace model;
 
 namespace {
-
-void digest_of(Line &line, u32 handle)
-{
-    const ProgramDigest *digest = find_object(program.digests, handle);
-    line.object("digest", handle, digest != nullptr ? digest->name : nullptr);
-}
 
 // Runs `use` on the digests of a device under its lock.
 template <typename Use>
@@ -43,42 +36,27 @@ pd_status pipe_mgr_lrn_digest_notification_register(pd_sess_hdl sess, u8 device_
     const auto add = [&](Digests &digests) {
         return callback != nullptr ? digests.add_listener(digest, {sess, callback, cookie}) : bad_argument;
     };
-    return run(
-        "pipe_mgr_lrn_digest_notification_register", [&] { return with_digests(device_id, digest, add); },
-        [&](Line &line) {
-            digest_of(line.number("sess", sess).number("dev", device_id), digest);
-            line.words("callback", callback != nullptr ? "set" : "null").hex("cookie", cookie);
-        });
+    return with_digests(device_id, digest, add);
 }
 
 pd_status pipe_mgr_lrn_digest_notification_deregister(pd_sess_hdl sess, u8 device_id, u32 digest)
 {
     const auto remove = [&](Digests &digests) { return digests.remove_listener(digest, sess); };
-    return run(
-        "pipe_mgr_lrn_digest_notification_deregister",
-        [&] { return with_digests(device_id, digest, remove); },
-        [&](Line &line) { digest_of(line.number("sess", sess).number("dev", device_id), digest); });
+    return with_digests(device_id, digest, remove);
 }
 
 pd_status pipe_mgr_flow_lrn_notify_ack(pd_sess_hdl sess, u32 digest, pd_word message)
 {
-    return run(
-        "pipe_mgr_flow_lrn_notify_ack", [&] { return acknowledge(sess, digest, message); },
-        [&](Line &line) {
-            digest_of(line.number("sess", sess), digest);
-            line.hex("message", message);
-        });
+    return acknowledge(sess, digest, message);
 }
 
-pd_status pipe_mgr_flow_lrn_set_timeout(pd_sess_hdl sess, u8 device_id, u32 timeout)
+pd_status pipe_mgr_flow_lrn_set_timeout(pd_sess_hdl, u8 device_id, u32 timeout)
 {
     const auto set = [&](Device &device) {
         device.digests.timeout = timeout;
         return ok;
     };
-    return run(
-        "pipe_mgr_flow_lrn_set_timeout", [&] { return with_device(device_id, set); },
-        [&](Line &line) { line.number("sess", sess).number("dev", device_id).number("timeout", timeout); });
+    return with_device(device_id, set);
 }
 
 // ---- Control --------------------------------------------------------------------------------------------

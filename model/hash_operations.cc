@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "device.h"
-#include "operation.h"
 
 using namespace model;
 
@@ -30,40 +29,19 @@ pd_status with_input(u32 device_id, u32 calculation, u32 input, Use use)
     });
 }
 
-Line &calculation_of(Line &line, pd_sess_hdl sess, u32 device_id, u32 calculation)
-{
-    const ProgramHash *known = find_object(program.hashes, calculation);
-    line.number("sess", sess).number("dev", device_id);
-    return line.object("calculation", calculation, known != nullptr ? known->name : nullptr);
-}
-
-std::string attributes_text(const pipe_hash_calc_input_field_attribute *attributes, u32 count)
-{
-    std::string text;
-    for (u32 at = 0; attributes != nullptr && at < count; ++at) {
-        const pipe_hash_calc_input_field_attribute &attribute = attributes[at];
-        append(text, " ",
-               decimal(attribute.input_field) + ":" + decimal(attribute.attr_type) + "=" +
-                   hexadecimal(attribute.attr_value));
-    }
-    return "[" + text + "]";
-}
-
 } // namespace
 
 extern "C" {
 
 // ---- Input, algorithm, seed -----------------------------------------------------------------------------
 
-pd_status pipe_mgr_hash_calc_input_set(pd_sess_hdl sess, u32 device_id, u32 calculation, u32 input)
+pd_status pipe_mgr_hash_calc_input_set(pd_sess_hdl, u32 device_id, u32 calculation, u32 input)
 {
     const auto set = [](const HashCalculation &) { return ok; };
-    return run(
-        "pipe_mgr_hash_calc_input_set", [&] { return with_input(device_id, calculation, input, set); },
-        [&](Line &line) { calculation_of(line, sess, device_id, calculation).hex("input", input); });
+    return with_input(device_id, calculation, input, set);
 }
 
-pd_status pipe_mgr_hash_calc_input_get(pd_sess_hdl sess, u32 device_id, u32 calculation, u32 *input)
+pd_status pipe_mgr_hash_calc_input_get(pd_sess_hdl, u32 device_id, u32 calculation, u32 *input)
 {
     const auto get = [&](const HashCalculation &found) {
         if (input == nullptr)
@@ -71,26 +49,18 @@ pd_status pipe_mgr_hash_calc_input_get(pd_sess_hdl sess, u32 device_id, u32 calc
         *input = found.input();
         return ok;
     };
-    return run(
-        "pipe_mgr_hash_calc_input_get", [&] { return with_calculation(device_id, calculation, get); },
-        [&](Line &line) { calculation_of(line, sess, device_id, calculation); },
-        [&](Line &line) { line.hex("input", *input); });
+    return with_calculation(device_id, calculation, get);
 }
 
-pd_status pipe_mgr_hash_calc_algorithm_set(pd_sess_hdl sess, u32 device_id, u32 calculation, u32 algorithm,
-                                           pd_word option_1, pd_word option_2, pd_word option_3)
+pd_status pipe_mgr_hash_calc_algorithm_set(pd_sess_hdl, u32 device_id, u32 calculation, u32 algorithm,
+                                           pd_word, pd_word, pd_word)
 {
     const auto set = [&](HashCalculation &found) { return found.set_algorithm(algorithm); };
-    return run(
-        "pipe_mgr_hash_calc_algorithm_set", [&] { return with_calculation(device_id, calculation, set); },
-        [&](Line &line) {
-            calculation_of(line, sess, device_id, calculation).hex("algorithm", algorithm);
-            line.hex("option_1", option_1).hex("option_2", option_2).hex("option_3", option_3);
-        });
+    return with_calculation(device_id, calculation, set);
 }
 
-pd_status pipe_mgr_hash_calc_algorithm_get(pd_sess_hdl sess, u32 device_id, u32 calculation, u32 *algorithm,
-                                           pd_word option_1, pd_word option_2)
+pd_status pipe_mgr_hash_calc_algorithm_get(pd_sess_hdl, u32 device_id, u32 calculation, u32 *algorithm,
+                                           pd_word, pd_word)
 {
     const auto get = [&](const HashCalculation &found) {
         if (algorithm == nullptr)
@@ -98,30 +68,20 @@ pd_status pipe_mgr_hash_calc_algorithm_get(pd_sess_hdl sess, u32 device_id, u32 
         *algorithm = found.algorithm();
         return ok;
     };
-    return run(
-        "pipe_mgr_hash_calc_algorithm_get", [&] { return with_calculation(device_id, calculation, get); },
-        [&](Line &line) {
-            calculation_of(line, sess, device_id, calculation).hex("option_1", option_1);
-            line.hex("option_2", option_2);
-        },
-        [&](Line &line) { line.hex("algorithm", *algorithm); });
+    return with_calculation(device_id, calculation, get);
 }
 
-pd_status pipe_mgr_hash_calc_seed_set(pd_sess_hdl sess, u32 device_id, u32 calculation, pd_word first,
+pd_status pipe_mgr_hash_calc_seed_set(pd_sess_hdl, u32 device_id, u32 calculation, pd_word first,
                                       pd_word second)
 {
     const auto set = [&](HashCalculation &found) {
         found.seed = {first, second};
         return ok;
     };
-    return run(
-        "pipe_mgr_hash_calc_seed_set", [&] { return with_calculation(device_id, calculation, set); },
-        [&](Line &line) {
-            calculation_of(line, sess, device_id, calculation).hex("first", first).hex("second", second);
-        });
+    return with_calculation(device_id, calculation, set);
 }
 
-pd_status pipe_mgr_hash_calc_seed_get(pd_sess_hdl sess, u32 device_id, u32 calculation, void *seed)
+pd_status pipe_mgr_hash_calc_seed_get(pd_sess_hdl, u32 device_id, u32 calculation, void *seed)
 {
     auto *out = static_cast<ts_model_hash_seed *>(seed);
     const auto get = [&](const HashCalculation &found) {
@@ -130,16 +90,13 @@ pd_status pipe_mgr_hash_calc_seed_get(pd_sess_hdl sess, u32 device_id, u32 calcu
         *out = found.seed;
         return ok;
     };
-    return run(
-        "pipe_mgr_hash_calc_seed_get", [&] { return with_calculation(device_id, calculation, get); },
-        [&](Line &line) { calculation_of(line, sess, device_id, calculation); },
-        [&](Line &line) { line.hex("first", out->first).hex("second", out->second); });
+    return with_calculation(device_id, calculation, get);
 }
 
 // ---- Attributes of input fields -------------------------------------------------------------------------
 
-pd_status pipe_mgr_hash_calc_input_field_attribute_set(pd_sess_hdl sess, u32 device_id, u32 calculation,
-                                                       u32 input, u32 count,
+pd_status pipe_mgr_hash_calc_input_field_attribute_set(pd_sess_hdl, u32 device_id, u32 calculation, u32 input,
+                                                       u32 count,
                                                        pipe_hash_calc_input_field_attribute *attributes)
 {
     const auto set = [&](HashCalculation &found) {
@@ -148,16 +105,10 @@ pd_status pipe_mgr_hash_calc_input_field_attribute_set(pd_sess_hdl sess, u32 dev
         found.attributes.assign(attributes, attributes + count);
         return ok;
     };
-    return run(
-        "pipe_mgr_hash_calc_input_field_attribute_set",
-        [&] { return with_input(device_id, calculation, input, set); },
-        [&](Line &line) {
-            calculation_of(line, sess, device_id, calculation).hex("input", input).number("count", count);
-            line.words("attributes", attributes_text(attributes, count));
-        });
+    return with_input(device_id, calculation, input, set);
 }
 
-pd_status pipe_mgr_hash_calc_input_field_attribute_count_get(pd_sess_hdl sess, u32 device_id, u32 calculation,
+pd_status pipe_mgr_hash_calc_input_field_attribute_count_get(pd_sess_hdl, u32 device_id, u32 calculation,
                                                              u32 input, u32 *count)
 {
     const auto get = [&](const HashCalculation &found) {
@@ -166,15 +117,11 @@ pd_status pipe_mgr_hash_calc_input_field_attribute_count_get(pd_sess_hdl sess, u
         *count = static_cast<u32>(found.attributes.size());
         return ok;
     };
-    return run(
-        "pipe_mgr_hash_calc_input_field_attribute_count_get",
-        [&] { return with_input(device_id, calculation, input, get); },
-        [&](Line &line) { calculation_of(line, sess, device_id, calculation).hex("input", input); },
-        [&](Line &line) { line.number("count", *count); });
+    return with_input(device_id, calculation, input, get);
 }
 
-pd_status pipe_mgr_hash_calc_input_field_attribute_get(pd_sess_hdl sess, u32 device_id, u32 calculation,
-                                                       u32 input, u32 capacity,
+pd_status pipe_mgr_hash_calc_input_field_attribute_get(pd_sess_hdl, u32 device_id, u32 calculation, u32 input,
+                                                       u32 capacity,
                                                        pipe_hash_calc_input_field_attribute *attributes,
                                                        u32 *count)
 {
@@ -185,20 +132,13 @@ pd_status pipe_mgr_hash_calc_input_field_attribute_get(pd_sess_hdl sess, u32 dev
         std::copy_n(found.attributes.begin(), *count, attributes);
         return ok;
     };
-    return run(
-        "pipe_mgr_hash_calc_input_field_attribute_get",
-        [&] { return with_input(device_id, calculation, input, get); },
-        [&](Line &line) {
-            calculation_of(line, sess, device_id, calculation).hex("input", input);
-            line.number("capacity", capacity);
-        },
-        [&](Line &line) { line.words("attributes", attributes_text(attributes, *count)); });
+    return with_input(device_id, calculation, input, get);
 }
 
 // ---- The hash -------------------------------------------------------------------------------------------
 
-pd_status pipe_mgr_hash_calc_calculate_hash_value(pd_sess_hdl sess, u32 device_id, u32 calculation,
-                                                  u8 *stream, u32 stream_bytes, u8 *hash, u32 hash_size)
+pd_status pipe_mgr_hash_calc_calculate_hash_value(pd_sess_hdl, u32 device_id, u32 calculation, u8 *stream,
+                                                  u32 stream_bytes, u8 *hash, u32 hash_size)
 {
     const auto calculate = [&](const HashCalculation &found) {
         if ((stream == nullptr && stream_bytes != 0) || (hash == nullptr && hash_size != 0))
@@ -206,14 +146,7 @@ pd_status pipe_mgr_hash_calc_calculate_hash_value(pd_sess_hdl sess, u32 device_i
         found.hash({stream, stream_bytes}, {hash, hash_size});
         return ok;
     };
-    return run(
-        "pipe_mgr_hash_calc_calculate_hash_value",
-        [&] { return with_calculation(device_id, calculation, calculate); },
-        [&](Line &line) {
-            calculation_of(line, sess, device_id, calculation).words("stream", image(stream, stream_bytes));
-            line.number("hash_size", hash_size);
-        },
-        [&](Line &line) { line.words("hash", image(hash, hash_size)); });
+    return with_calculation(device_id, calculation, calculate);
 }
 
 } // extern "C"

@@ -2,7 +2,6 @@
 #include "pipe_mgr_idle.h"
 
 #include "device.h"
-#include "operation.h"
 
 using namespace model;
 
@@ -36,27 +35,6 @@ pd_status set_hit_state(Table &table, pd_entry_hdl entry, pd_word state)
     return ok;
 }
 
-void on_table(Line &line, pd_sess_hdl sess, u32 device_id, u32 table)
-{
-    line.number("sess", sess).number("dev", device_id).table(table);
-}
-
-void on_entry(Line &line, pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry)
-{
-    on_table(line, sess, device_id, table);
-    line.number("entry", entry);
-}
-
-// The eight words in their order.
-std::string params_text(const pipe_idle_params &params)
-{
-    std::string text;
-    for (const u32 word : {params.idle_mode, params.idle_param_1, params.idle_param_2, params.idle_param_3,
-                           params.idle_param_4, params.reserved_1, params.idle_param_5, params.reserved_2})
-        append(text, " ", decimal(word));
-    return "[" + text + "]";
-}
-
 // Entries of one table that have become idle, and who wants to know.
 struct Expired {
     pipe_idle_tmo_cb callback;
@@ -83,21 +61,16 @@ extern "C" {
 
 // ---- Tables ---------------------------------------------------------------------------------------------
 
-pd_status pipe_mgr_idle_set_params(pd_sess_hdl sess, u32 device_id, u32 table, pipe_idle_params params)
+pd_status pipe_mgr_idle_set_params(pd_sess_hdl, u32 device_id, u32 table, pipe_idle_params params)
 {
     const auto set = [&](Table &found) {
         found.idle.params = params;
         return ok;
     };
-    return run(
-        "pipe_mgr_idle_set_params", [&] { return with_ageing(device_id, table, set); },
-        [&](Line &line) {
-            on_table(line, sess, device_id, table);
-            line.words("params", params_text(params));
-        });
+    return with_ageing(device_id, table, set);
 }
 
-pd_status pipe_mgr_idle_get_params(pd_sess_hdl sess, u32 device_id, u32 table, pipe_idle_params *params)
+pd_status pipe_mgr_idle_get_params(pd_sess_hdl, u32 device_id, u32 table, pipe_idle_params *params)
 {
     const auto get = [&](const Table &found) {
         if (params == nullptr)
@@ -105,27 +78,19 @@ pd_status pipe_mgr_idle_get_params(pd_sess_hdl sess, u32 device_id, u32 table, p
         *params = found.idle.params;
         return ok;
     };
-    return run(
-        "pipe_mgr_idle_get_params", [&] { return with_ageing(device_id, table, get); },
-        [&](Line &line) { on_table(line, sess, device_id, table); },
-        [&](Line &line) { line.words("params", params_text(*params)); });
+    return with_ageing(device_id, table, get);
 }
 
-pd_status pipe_mgr_idle_tmo_set_enable(pd_sess_hdl sess, u32 device_id, u32 table, u32 enable)
+pd_status pipe_mgr_idle_tmo_set_enable(pd_sess_hdl, u32 device_id, u32 table, u32 enable)
 {
     const auto set = [&](Table &found) {
         found.idle.enabled = enable != 0;
         return ok;
     };
-    return run(
-        "pipe_mgr_idle_tmo_set_enable", [&] { return with_ageing(device_id, table, set); },
-        [&](Line &line) {
-            on_table(line, sess, device_id, table);
-            line.number("enable", enable);
-        });
+    return with_ageing(device_id, table, set);
 }
 
-pd_status pipe_mgr_idle_register_tmo_cb(pd_sess_hdl sess, u32 device_id, u32 table, pipe_idle_tmo_cb callback,
+pd_status pipe_mgr_idle_register_tmo_cb(pd_sess_hdl, u32 device_id, u32 table, pipe_idle_tmo_cb callback,
                                         pd_word cookie)
 {
     const auto set = [&](Table &found) {
@@ -133,33 +98,22 @@ pd_status pipe_mgr_idle_register_tmo_cb(pd_sess_hdl sess, u32 device_id, u32 tab
         found.idle.cookie = cookie;
         return ok;
     };
-    return run(
-        "pipe_mgr_idle_register_tmo_cb", [&] { return with_ageing(device_id, table, set); },
-        [&](Line &line) {
-            on_table(line, sess, device_id, table);
-            line.words("callback", callback != nullptr ? "set" : "null").hex("cookie", cookie);
-        });
+    return with_ageing(device_id, table, set);
 }
 
 // ---- Entries --------------------------------------------------------------------------------------------
 
-pd_status pipe_mgr_mat_ent_set_idle_ttl(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry,
-                                        u32 ttl, u32 reserved, u32 flags)
+pd_status pipe_mgr_mat_ent_set_idle_ttl(pd_sess_hdl, u32 device_id, u32 table, pd_entry_hdl entry, u32 ttl,
+                                        u32, u32)
 {
     const auto set = [&](Table &found) {
         found.set_ttl(entry, ttl);
         return ok;
     };
-    return run(
-        "pipe_mgr_mat_ent_set_idle_ttl", [&] { return with_ageing_entry(device_id, table, entry, set); },
-        [&](Line &line) {
-            on_entry(line, sess, device_id, table, entry);
-            line.number("ttl", ttl).number("reserved", reserved).number("flags", flags);
-        });
+    return with_ageing_entry(device_id, table, entry, set);
 }
 
-pd_status pipe_mgr_mat_ent_get_idle_ttl(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry,
-                                        u32 *ttl)
+pd_status pipe_mgr_mat_ent_get_idle_ttl(pd_sess_hdl, u32 device_id, u32 table, pd_entry_hdl entry, u32 *ttl)
 {
     const auto get = [&](const Table &found) {
         if (ttl == nullptr)
@@ -167,38 +121,27 @@ pd_status pipe_mgr_mat_ent_get_idle_ttl(pd_sess_hdl sess, u32 device_id, u32 tab
         *ttl = found.software(entry)->ttl;
         return ok;
     };
-    return run(
-        "pipe_mgr_mat_ent_get_idle_ttl", [&] { return with_ageing_entry(device_id, table, entry, get); },
-        [&](Line &line) { on_entry(line, sess, device_id, table, entry); },
-        [&](Line &line) { line.number("ttl", *ttl); });
+    return with_ageing_entry(device_id, table, entry, get);
 }
 
-pd_status pipe_mgr_mat_ent_reset_idle_ttl(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry)
+pd_status pipe_mgr_mat_ent_reset_idle_ttl(pd_sess_hdl, u32 device_id, u32 table, pd_entry_hdl entry)
 {
     const auto reset = [&](Table &found) {
         found.restart_ttl(entry);
         return ok;
     };
-    return run(
-        "pipe_mgr_mat_ent_reset_idle_ttl", [&] { return with_ageing_entry(device_id, table, entry, reset); },
-        [&](Line &line) { on_entry(line, sess, device_id, table, entry); });
+    return with_ageing_entry(device_id, table, entry, reset);
 }
 
-pd_status pipe_mgr_idle_time_update_hit_state(pd_sess_hdl sess, u32 device_id, u32 table, pd_word first,
+pd_status pipe_mgr_idle_time_update_hit_state(pd_sess_hdl, u32 device_id, u32 table, pd_word first,
                                               pd_word second)
 {
     const auto entry = static_cast<pd_entry_hdl>(first);
     const auto update = [&](Table &found) { return set_hit_state(found, entry, second); };
-    return run(
-        "pipe_mgr_idle_time_update_hit_state",
-        [&] { return with_ageing_entry(device_id, table, entry, update); },
-        [&](Line &line) {
-            on_entry(line, sess, device_id, table, entry);
-            line.number("hit_state", second);
-        });
+    return with_ageing_entry(device_id, table, entry, update);
 }
 
-pd_status pipe_mgr_idle_time_get_hit_state(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry,
+pd_status pipe_mgr_idle_time_get_hit_state(pd_sess_hdl, u32 device_id, u32 table, pd_entry_hdl entry,
                                            u32 *hit_state)
 {
     const auto get = [&](const Table &found) {
@@ -207,10 +150,7 @@ pd_status pipe_mgr_idle_time_get_hit_state(pd_sess_hdl sess, u32 device_id, u32 
         *hit_state = found.idle.is_idle(entry) ? 0 : 1;
         return ok;
     };
-    return run(
-        "pipe_mgr_idle_time_get_hit_state", [&] { return with_ageing_entry(device_id, table, entry, get); },
-        [&](Line &line) { on_entry(line, sess, device_id, table, entry); },
-        [&](Line &line) { line.number("hit_state", *hit_state); });
+    return with_ageing_entry(device_id, table, entry, get);
 }
 
 // ---- Control --------------------------------------------------------------------------------------------

@@ -24,8 +24,8 @@ pd_status look_up(ts_model_hit (Table::*copy)(const u8 *, u32), u32 device_id, u
 
 extern "C" {
 
-pd_status pipe_mgr_mat_ent_add(pd_sess_hdl sess, pd_dev_target target, u32 table, pipe_match_spec *match,
-                               u32 action, pipe_action_spec *spec, u32 ttl, u32 flags, pd_entry_hdl *entry)
+pd_status pipe_mgr_mat_ent_add(pd_sess_hdl, pd_dev_target target, u32 table, pipe_match_spec *match,
+                               u32 action, pipe_action_spec *spec, u32 ttl, u32, pd_entry_hdl *entry)
 {
     const auto add = [&](Table &found, News &news) {
         if (const pd_status status = check_match(found.program(), match))
@@ -37,71 +37,45 @@ pd_status pipe_mgr_mat_ent_add(pd_sess_hdl sess, pd_dev_target target, u32 table
             return bad_argument;
         return found.add(*match, action, *spec, ttl, capacity_of(found.program()), *entry, news);
     };
-    return run_change(
-        "pipe_mgr_mat_ent_add", target.device_id, table, add,
-        [&](Line &line) {
-            line.number("sess", sess).target(target).table(table).words("match", match_text(match));
-            action_of_table(line, table, action);
-            line.words("spec", action_text(spec)).number("ttl", ttl).number("flags", flags);
-        },
-        [&](Line &line) { line.number("entry", *entry); });
+    return change_table(target.device_id, table, add);
 }
 
-pd_status pipe_mgr_mat_ent_set_action(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry,
-                                      u32 action, pipe_action_spec *spec, u32 flags)
+pd_status pipe_mgr_mat_ent_set_action(pd_sess_hdl, u32 device_id, u32 table, pd_entry_hdl entry, u32 action,
+                                      pipe_action_spec *spec, u32)
 {
-    return run_change(
-        "pipe_mgr_mat_ent_set_action", device_id, table,
-        [&](Table &found, News &news) { return set_action(found, entry, action, spec, news); },
-        [&](Line &line) {
-            line.number("sess", sess).number("dev", device_id).table(table).number("entry", entry);
-            action_of_table(line, table, action);
-            line.words("spec", action_text(spec)).number("flags", flags);
-        });
+    return change_table(device_id, table, [&](Table &found, News &news) {
+        return set_action(found, entry, action, spec, news);
+    });
 }
 
-pd_status pipe_mgr_mat_ent_set_action_by_match_spec(pd_sess_hdl sess, pd_dev_target target, u32 table,
+pd_status pipe_mgr_mat_ent_set_action_by_match_spec(pd_sess_hdl, pd_dev_target target, u32 table,
                                                     pipe_match_spec *match, u32 action,
-                                                    pipe_action_spec *spec, u32 flags)
+                                                    pipe_action_spec *spec, u32)
 {
     const auto set = [&](Table &found, News &news) {
         return with_entry(found, match,
                           [&](pd_entry_hdl entry) { return set_action(found, entry, action, spec, news); });
     };
-    return run_change("pipe_mgr_mat_ent_set_action_by_match_spec", target.device_id, table, set,
-                      [&](Line &line) {
-                          line.number("sess", sess).target(target).table(table);
-                          line.words("match", match_text(match));
-                          action_of_table(line, table, action);
-                          line.words("spec", action_text(spec)).number("flags", flags);
-                      });
+    return change_table(target.device_id, table, set);
 }
 
-pd_status pipe_mgr_mat_ent_del(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry, u32 flags)
+pd_status pipe_mgr_mat_ent_del(pd_sess_hdl, u32 device_id, u32 table, pd_entry_hdl entry, u32)
 {
-    return run_change(
-        "pipe_mgr_mat_ent_del", device_id, table,
-        [&](Table &found, News &news) { return found.remove(entry, news); },
-        [&](Line &line) {
-            line.number("sess", sess).number("dev", device_id).table(table).number("entry", entry);
-            line.number("flags", flags);
-        });
+    return change_table(device_id, table,
+                        [&](Table &found, News &news) { return found.remove(entry, news); });
 }
 
-pd_status pipe_mgr_mat_ent_del_by_match_spec(pd_sess_hdl sess, pd_dev_target target, u32 table,
-                                             pipe_match_spec *match, u32 flags)
+pd_status pipe_mgr_mat_ent_del_by_match_spec(pd_sess_hdl, pd_dev_target target, u32 table,
+                                             pipe_match_spec *match, u32)
 {
     const auto remove = [&](Table &found, News &news) {
         return with_entry(found, match, [&](pd_entry_hdl entry) { return found.remove(entry, news); });
     };
-    return run_change("pipe_mgr_mat_ent_del_by_match_spec", target.device_id, table, remove, [&](Line &line) {
-        line.number("sess", sess).target(target).table(table);
-        line.words("match", match_text(match)).number("flags", flags);
-    });
+    return change_table(target.device_id, table, remove);
 }
 
-pd_status pipe_mgr_match_spec_to_ent_hdl(pd_sess_hdl sess, pd_dev_target target, u32 table,
-                                         pipe_match_spec *match, pd_entry_hdl *entry, u32 flags)
+pd_status pipe_mgr_match_spec_to_ent_hdl(pd_sess_hdl, pd_dev_target target, u32 table, pipe_match_spec *match,
+                                         pd_entry_hdl *entry, u32)
 {
     const auto tell = [&](pd_entry_hdl found) {
         if (entry == nullptr)
@@ -109,17 +83,7 @@ pd_status pipe_mgr_match_spec_to_ent_hdl(pd_sess_hdl sess, pd_dev_target target,
         *entry = found;
         return ok;
     };
-    return run(
-        "pipe_mgr_match_spec_to_ent_hdl",
-        [&] {
-            return with_table(target.device_id, table,
-                              [&](Table &found) { return with_entry(found, match, tell); });
-        },
-        [&](Line &line) {
-            line.number("sess", sess).target(target).table(table).words("match", match_text(match));
-            line.number("flags", flags);
-        },
-        [&](Line &line) { line.number("entry", *entry); });
+    return with_table(target.device_id, table, [&](Table &found) { return with_entry(found, match, tell); });
 }
 
 // ---- Control --------------------------------------------------------------------------------------------

@@ -36,8 +36,8 @@ extern "C" {
 
 // ---- Driver operations ----------------------------------------------------------------------------------
 
-pd_status pipe_mgr_adt_ent_add(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 action, u32 reserved,
-                               pipe_action_spec *spec, pd_mbr_hdl *member, u32 flags)
+pd_status pipe_mgr_adt_ent_add(pd_sess_hdl, pd_dev_target target, u32 table, u32 action, u32,
+                               pipe_action_spec *spec, pd_mbr_hdl *member, u32)
 {
     const auto add = [&](Profile &profile, ProfileNews &news) {
         if (const pd_status status = check_member(profile.program(), action, spec))
@@ -47,41 +47,25 @@ pd_status pipe_mgr_adt_ent_add(pd_sess_hdl sess, pd_dev_target target, u32 table
         *member = profile.add_member(action, image_of(*spec), news);
         return ok;
     };
-    return run_profile_change(
-        "pipe_mgr_adt_ent_add", target.device_id, find_profile_by_members(table), add,
-        [&](Line &line) {
-            line.number("sess", sess).target(target).table(table);
-            member_action(line, action);
-            line.number("reserved", reserved).words("spec", action_text(spec)).number("flags", flags);
-        },
-        [&](Line &line) { line.number("member", *member); });
+    return change_profile(target.device_id, find_profile_by_members(table), add);
 }
 
-pd_status pipe_mgr_adt_ent_set(pd_sess_hdl sess, u32 device_id, u32 table, pd_mbr_hdl member, u32 action,
-                               pipe_action_spec *spec, u32 flags)
+pd_status pipe_mgr_adt_ent_set(pd_sess_hdl, u32 device_id, u32 table, pd_mbr_hdl member, u32 action,
+                               pipe_action_spec *spec, u32)
 {
     const auto set = [&](Profile &profile, ProfileNews &news) {
         if (const pd_status status = check_member(profile.program(), action, spec))
             return status;
         return profile.set_member(member, action, image_of(*spec), news);
     };
-    return run_profile_change(
-        "pipe_mgr_adt_ent_set", device_id, find_profile_by_members(table), set, [&](Line &line) {
-            line.number("sess", sess).number("dev", device_id).table(table).number("member", member);
-            member_action(line, action);
-            line.words("spec", action_text(spec)).number("flags", flags);
-        });
+    return change_profile(device_id, find_profile_by_members(table), set);
 }
 
-pd_status pipe_mgr_adt_ent_del(pd_sess_hdl sess, u32 device_id, u32 table, pd_mbr_hdl member, u32 flags)
+pd_status pipe_mgr_adt_ent_del(pd_sess_hdl, u32 device_id, u32 table, pd_mbr_hdl member, u32)
 {
-    return run_profile_change(
-        "pipe_mgr_adt_ent_del", device_id, find_profile_by_members(table),
-        [&](Profile &profile, ProfileNews &news) { return profile.remove_member(member, news); },
-        [&](Line &line) {
-            line.number("sess", sess).number("dev", device_id).table(table);
-            line.number("member", member).number("flags", flags);
-        });
+    return change_profile(
+        device_id, find_profile_by_members(table),
+        [&](Profile &profile, ProfileNews &news) { return profile.remove_member(member, news); });
 }
 
 pd_status pipe_mgr_get_action_data_entry(u32 table, pd_dev_target target, pd_mbr_hdl member,
@@ -97,16 +81,7 @@ pd_status pipe_mgr_get_action_data_entry(u32 table, pd_dev_target target, pd_mbr
         answer(copy, *data, *action);
         return ok;
     };
-    return run(
-        "pipe_mgr_get_action_data_entry",
-        [&] { return with_profile(target.device_id, find_profile_by_members(table), get); },
-        [&](Line &line) {
-            line.table(table).target(target).number("member", member).number("from_hw", from_hw);
-        },
-        [&](Line &line) {
-            member_action(line, *action);
-            line.words("data", data_text(*data));
-        });
+    return with_profile(target.device_id, find_profile_by_members(table), get);
 }
 
 pd_status pipe_register_adt_update_cb(pd_sess_hdl sess, u32 device_id, u32 table, pipe_adt_update_cb callback,
@@ -116,13 +91,7 @@ pd_status pipe_register_adt_update_cb(pd_sess_hdl sess, u32 device_id, u32 table
         profile.member_listeners.set({sess, callback, cookie});
         return ok;
     };
-    return run(
-        "pipe_register_adt_update_cb",
-        [&] { return with_profile(device_id, find_profile_by_members(table), set); },
-        [&](Line &line) {
-            line.number("sess", sess).number("dev", device_id).table(table);
-            callback_text(line, callback != nullptr, cookie);
-        });
+    return with_profile(device_id, find_profile_by_members(table), set);
 }
 
 pd_status pipe_mgr_plcmt_adt_data_get(pd_word first, pd_word second, u32 table)
@@ -135,32 +104,17 @@ pd_status pipe_mgr_plcmt_adt_data_get(pd_word first, pd_word second, u32 table)
         request->data = new Placement{MemberPlacement{table, request->entry, found->software}};
         return ok;
     };
-    return run_placement("pipe_mgr_plcmt_adt_data_get", request, second, table, [&] {
-        return with_profile(request->device_id, find_profile_by_members(table), get);
-    });
+    return answer_request(
+        request, [&] { return with_profile(request->device_id, find_profile_by_members(table), get); });
 }
 
 pd_status pipe_mgr_plcmt_adt_data_get_entry(void *plcmt_data, pipe_action_data *data, u32 *action)
 {
     const auto *const placement = placement_of<MemberPlacement>(plcmt_data);
-    const auto decode = [&] {
-        if (placement == nullptr || !has_buffer(placement->contents, data, action))
-            return bad_argument;
-        answer(placement->contents, *data, *action);
-        return ok;
-    };
-    return run(
-        "pipe_mgr_plcmt_adt_data_get_entry", decode,
-        [&](Line &line) {
-            if (placement == nullptr)
-                line.words("plcmt_data", "null");
-            else
-                line.table(placement->table).number("member", placement->member);
-        },
-        [&](Line &line) {
-            member_action(line, *action);
-            line.words("data", data_text(*data));
-        });
+    if (placement == nullptr || !has_buffer(placement->contents, data, action))
+        return bad_argument;
+    answer(placement->contents, *data, *action);
+    return ok;
 }
 
 // ---- Control --------------------------------------------------------------------------------------------

@@ -5,7 +5,6 @@
 #include <iterator>
 
 #include "resource_operation.h"
-#include "trace_records.h"
 
 using namespace model;
 
@@ -41,27 +40,12 @@ pd_status read_attached(const Table &table, pd_entry_hdl entry, pipe_meter_spec 
     return ok;
 }
 
-Line &meter_of(Line &line, pd_sess_hdl sess, pd_dev_target target, u32 meter)
-{
-    return resource_of(line.number("sess", sess).target(target), "meter", program.meters, meter);
-}
-
-std::string wred_text(const pipe_wred_spec *spec)
-{
-    if (spec == nullptr)
-        return "null";
-    std::string text;
-    for (const u32 word : spec->words)
-        append(text, " ", decimal(word));
-    return "[" + text + "]";
-}
-
 } // namespace
 
 extern "C" {
 
-pd_status pipe_mgr_meter_ent_set(pd_sess_hdl sess, pd_dev_target target, u32 meter, u32 index,
-                                 pipe_meter_spec *spec, u32 flags)
+pd_status pipe_mgr_meter_ent_set(pd_sess_hdl, pd_dev_target target, u32 meter, u32 index,
+                                 pipe_meter_spec *spec, u32)
 {
     const auto set = [&](MeterCells &cells) {
         if (spec == nullptr)
@@ -71,16 +55,11 @@ pd_status pipe_mgr_meter_ent_set(pd_sess_hdl sess, pd_dev_target target, u32 met
         cells[index] = *spec;
         return ok;
     };
-    return run(
-        "pipe_mgr_meter_ent_set", [&] { return with_meter(target.device_id, meter, set); },
-        [&](Line &line) {
-            meter_of(line, sess, target, meter).number("index", index);
-            line.words("spec", meter_text(spec)).number("flags", flags);
-        });
+    return with_meter(target.device_id, meter, set);
 }
 
-pd_status pipe_mgr_meter_read_entry_idx(pd_sess_hdl sess, pd_dev_target target, u32 meter, u32 index,
-                                        pipe_meter_spec *spec, u32 flags)
+pd_status pipe_mgr_meter_read_entry_idx(pd_sess_hdl, pd_dev_target target, u32 meter, u32 index,
+                                        pipe_meter_spec *spec, u32)
 {
     const auto read = [&](const MeterCells &cells) {
         if (spec == nullptr)
@@ -90,36 +69,26 @@ pd_status pipe_mgr_meter_read_entry_idx(pd_sess_hdl sess, pd_dev_target target, 
         *spec = read_cell(cells, index);
         return ok;
     };
-    return run(
-        "pipe_mgr_meter_read_entry_idx", [&] { return with_meter(target.device_id, meter, read); },
-        [&](Line &line) {
-            meter_of(line, sess, target, meter).number("index", index).number("flags", flags);
-        },
-        [&](Line &line) { line.words("spec", meter_text(spec)); });
+    return with_meter(target.device_id, meter, read);
 }
 
-pd_status pipe_mgr_meter_read_entry(pd_sess_hdl sess, pd_dev_target target, u32 table, pd_entry_hdl entry,
+pd_status pipe_mgr_meter_read_entry(pd_sess_hdl, pd_dev_target target, u32 table, pd_entry_hdl entry,
                                     pipe_meter_spec *spec)
 {
     const auto read = [&](const Table &found) { return read_attached(found, entry, spec); };
-    return run(
-        "pipe_mgr_meter_read_entry", [&] { return with_table(target.device_id, table, read); },
-        [&](Line &line) { line.number("sess", sess).target(target).table(table).number("entry", entry); },
-        [&](Line &line) { line.words("spec", meter_text(spec)); });
+    return with_table(target.device_id, table, read);
 }
 
-pd_status pipe_mgr_meter_set_bytecount_adjust(pd_sess_hdl sess, pd_dev_target target, u32 meter, u32 adjust)
+pd_status pipe_mgr_meter_set_bytecount_adjust(pd_sess_hdl, pd_dev_target target, u32 meter, u32 adjust)
 {
     const auto set = [&](u32 &kept) {
         kept = adjust;
         return ok;
     };
-    return run(
-        "pipe_mgr_meter_set_bytecount_adjust", [&] { return with_adjust(target.device_id, meter, set); },
-        [&](Line &line) { meter_of(line, sess, target, meter).number("adjust", adjust); });
+    return with_adjust(target.device_id, meter, set);
 }
 
-pd_status pipe_mgr_meter_get_bytecount_adjust(pd_sess_hdl sess, pd_dev_target target, u32 meter, u32 *adjust)
+pd_status pipe_mgr_meter_get_bytecount_adjust(pd_sess_hdl, pd_dev_target target, u32 meter, u32 *adjust)
 {
     const auto get = [&](u32 kept) {
         if (adjust == nullptr)
@@ -127,14 +96,11 @@ pd_status pipe_mgr_meter_get_bytecount_adjust(pd_sess_hdl sess, pd_dev_target ta
         *adjust = kept;
         return ok;
     };
-    return run(
-        "pipe_mgr_meter_get_bytecount_adjust", [&] { return with_adjust(target.device_id, meter, get); },
-        [&](Line &line) { meter_of(line, sess, target, meter); },
-        [&](Line &line) { line.number("adjust", *adjust); });
+    return with_adjust(target.device_id, meter, get);
 }
 
-pd_status pipe_mgr_wred_ent_set(pd_sess_hdl sess, pd_dev_target target, u32 wred, u32 index,
-                                pipe_wred_spec *spec, u32 flags)
+pd_status pipe_mgr_wred_ent_set(pd_sess_hdl, pd_dev_target target, u32 wred, u32 index, pipe_wred_spec *spec,
+                                u32)
 {
     const auto set = [&](Device &device) {
         if (spec == nullptr)
@@ -144,12 +110,7 @@ pd_status pipe_mgr_wred_ent_set(pd_sess_hdl sess, pd_dev_target target, u32 wred
         device.wreds[wred][index] = *spec;
         return ok;
     };
-    return run(
-        "pipe_mgr_wred_ent_set", [&] { return with_device(target.device_id, set); },
-        [&](Line &line) {
-            line.number("sess", sess).target(target).hex("wred", wred).number("index", index);
-            line.words("words", wred_text(spec)).number("flags", flags);
-        });
+    return with_device(target.device_id, set);
 }
 
 pd_status ts_model_get_wred(u32 device_id, u32 wred, u32 index, u32 words[4])

@@ -33,32 +33,11 @@ enum {
 
 /**
  * Puts the model back into the state in which it was loaded: the program's default entries and no others, no
- * faults, trace, properties or registrations.
+ * properties or registrations.
  */
 void ts_model_reset(void);
 
-/* ---- Trace ---- */
-
-/**
- * Receives one line per driver call, after the call: its arguments by name, images in hex, its result. Lines
- * come one at a time, so the sink makes no driver calls and does not set the trace.
- */
-typedef void (*ts_model_trace_fn)(const char *line, void *cookie);
-
-/** Sends the trace to `sink`; null turns it off. */
-void ts_model_set_trace(ts_model_trace_fn sink, void *cookie);
-
-/* ---- Fault injection ---- */
-
-/**
- * Fails the n-th driver call from now (1 is the next one) with `status`. 0 takes the order back. Every
- * operation with a status counts, the system services do not. A call that is made to fail has no effect.
- */
-void ts_model_fail_call(u32 n, pd_status status);
-
-/** Fails every call of the operation with this name, such as "pipe_mgr_mat_ent_add". Status 0 takes it back.
- */
-void ts_model_fail_operation(const char *operation, pd_status status);
+/* ---- System services ---- */
 
 /** Lets the n-th bf_sys_calloc from now (1 is the next one) return null. 0 takes the order back. */
 void ts_model_fail_allocation(u32 n);
@@ -166,7 +145,7 @@ pd_entry_hdl ts_model_next_entry(u32 device_id, u32 table, pd_entry_hdl after);
  *
  * The members of a group are in the order of their addition, and walks follow it: their end is member 0, but
  * to go on from a member that is not in the group gives TS_MODEL_UNKNOWN_OBJECT. A member is active from when
- * it joins. The marker of pipe_mgr_sel_grp_add is in the trace and has no effect.
+ * it joins. The marker of pipe_mgr_sel_grp_add has no effect.
  *
  * A member cannot be deleted while an entry, a default entry or a group has it or it is the fallback, nor a
  * group while an entry or a default entry points at it: TS_MODEL_IN_USE. A group that is deleted leaves its
@@ -292,7 +271,7 @@ enum {
  * What a callback registered for a table's updates gets as `update`. It lives until the callback returns.
  *
  * A callback runs once for each successful call that changes the table, on that call's thread and before it
- * returns, behind its trace line. No lock is held, so it may make driver calls. Callbacks of a table run in
+ * returns. No lock is held, so it may make driver calls. Callbacks of a table run in
  * the order of their registration. Each registration counts, even of the same callback; registering a null
  * callback takes back all of the session's for this table. A change that is under way on another thread while
  * registrations are taken back may still be told.
@@ -366,7 +345,7 @@ pd_status ts_model_counted_lookup(u32 device_id, u32 table, const u8 *key, u32 k
 
 /**
  * Says who calls the callbacks of table-wide syncs, of counters and registers alike: the thread of the
- * operation, before it returns and behind its trace line (0, as after a reset), or a thread of the model's
+ * operation, before it returns (0, as after a reset), or a thread of the model's
  * own (1). The copies are in step before either. No lock is held, so a callback may make driver calls.
  * Turning the thread off, and ts_model_reset, wait until it has told what is waiting, so a callback must do
  * neither.

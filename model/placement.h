@@ -3,7 +3,6 @@
 
 #include <variant>
 
-#include "operation.h"
 #include "profile.h"
 
 namespace model {
@@ -39,19 +38,11 @@ inline ts_model_plcmt_request *request_of(pd_word first, pd_word second)
     return second == 0 ? reinterpret_cast<ts_model_plcmt_request *>(first) : nullptr;
 }
 
-// Runs an operation that gives placement data out; `get` has a request to fill.
+// Runs what gives placement data out; `get` has a request to fill.
 template <typename Get>
-pd_status run_placement(const char *operation, const ts_model_plcmt_request *request, pd_word second,
-                        u32 table, Get get)
+pd_status answer_request(const ts_model_plcmt_request *request, Get get)
 {
-    return run(
-        operation, [&] { return request != nullptr ? get() : bad_argument; },
-        [&](Line &line) {
-            line.words("request", request == nullptr ? "null"
-                                                     : "{dev=" + decimal(request->device_id) +
-                                                           " entry=" + decimal(request->entry) + "}");
-            line.number("second", second).table(table);
-        });
+    return request != nullptr ? get() : bad_argument;
 }
 
 } // namespace model

@@ -18,37 +18,21 @@ pd_status pipe_mgr_plcmt_mat_data_get(pd_word first, pd_word second, u32 table)
         request->data = new Placement{EntryPlacement{found.program(), request->entry, EntryCopy{*contents}}};
         return ok;
     };
-    return run_placement("pipe_mgr_plcmt_mat_data_get", request, second, table,
-                         [&] { return with_table(request->device_id, table, get); });
+    return answer_request(request, [&] { return with_table(request->device_id, table, get); });
 }
 
 pd_status pipe_mgr_plcmt_mat_data_get_entry(void *plcmt_data, pipe_match_spec *match, pipe_action_spec *spec,
                                             u32 *action)
 {
     const auto *const placement = placement_of<EntryPlacement>(plcmt_data);
-    const auto decode = [&] {
-        if (placement == nullptr)
-            return bad_argument;
-        const EntryView entry = placement->contents.view();
-        if (!has_buffers(match, entry) || !has_buffers(spec, entry) || action == nullptr)
-            return bad_argument;
-        answer_match(placement->table, entry, *match);
-        answer_action(placement->table, entry, *spec, *action);
-        return ok;
-    };
-    return run(
-        "pipe_mgr_plcmt_mat_data_get_entry", decode,
-        [&](Line &line) {
-            if (placement == nullptr)
-                line.words("plcmt_data", "null");
-            else
-                line.table(placement->table.handle).number("entry", placement->entry);
-        },
-        [&](Line &line) {
-            line.words("match", match_text(match));
-            action_of_table(line, placement->table.handle, *action);
-            line.words("spec", action_text(spec));
-        });
+    if (placement == nullptr)
+        return bad_argument;
+    const EntryView entry = placement->contents.view();
+    if (!has_buffers(match, entry) || !has_buffers(spec, entry) || action == nullptr)
+        return bad_argument;
+    answer_match(placement->table, entry, *match);
+    answer_action(placement->table, entry, *spec, *action);
+    return ok;
 }
 
 void ts_model_free_plcmt_data(void *data)

@@ -3,22 +3,17 @@
 #pragma once
 
 #include "device.h"
-#include "operation.h"
-#include "trace_records.h"
 
 namespace model {
 
-// Runs an operation whose `change` may alter a profile. Those who have registered for its changes hear of it
-// behind the trace line, outside of every lock.
-template <typename Change, typename... Texts>
-pd_status run_profile_change(const char *operation, u32 device_id, const ProgramProfile *profile,
-                             Change change, Texts... texts)
+// Runs a `change` that may alter a profile. Those who have registered for its changes hear of it outside of
+// every lock.
+template <typename Change>
+pd_status change_profile(u32 device_id, const ProgramProfile *profile, Change change)
 {
     ProfileNews news;
-    const auto execute = [&] {
-        return with_profile(device_id, profile, [&](Profile &found) { return change(found, news); });
-    };
-    const pd_status status = run(operation, execute, texts...);
+    const pd_status status =
+        with_profile(device_id, profile, [&](Profile &found) { return change(found, news); });
     news.tell(device_id);
     return status;
 }
@@ -42,17 +37,6 @@ pd_status with_any_table(u32 device_id, u32 handle, Use use)
     if (const ProgramProfile *of_groups = find_profile_by_groups(handle))
         return with_profile(device_id, of_groups, [&](Profile &found) { return use(found.groups()); });
     return with_table(device_id, handle, use);
-}
-
-inline void member_action(Line &line, u32 action)
-{
-    const ProgramAction *known = find_member_action(action);
-    line.action(action, known != nullptr ? known->name : nullptr);
-}
-
-inline void callback_text(Line &line, bool set, pd_word cookie)
-{
-    line.words("callback", set ? "set" : "null").hex("cookie", cookie);
 }
 
 } // namespace model

@@ -6,22 +6,17 @@ using namespace model;
 
 extern "C" {
 
-pd_status pipe_mgr_tbl_set_property(pd_sess_hdl sess, u32 device_id, u32 table, u32 property, u32 value,
-                                    u32 second_value, u32 flags)
+pd_status pipe_mgr_tbl_set_property(pd_sess_hdl, u32 device_id, u32 table, u32 property, u32 value,
+                                    u32 second_value, u32)
 {
     const auto set = [&](Table &found) {
         found.properties[property] = {value, second_value};
         return ok;
     };
-    return run(
-        "pipe_mgr_tbl_set_property", [&] { return with_table(device_id, table, set); },
-        [&](Line &line) {
-            line.number("sess", sess).number("dev", device_id).table(table).number("property", property);
-            line.number("value", value).number("second_value", second_value).number("flags", flags);
-        });
+    return with_table(device_id, table, set);
 }
 
-pd_status pipe_mgr_tbl_get_property(pd_sess_hdl sess, u32 device_id, u32 table, u32 property, u32 *value,
+pd_status pipe_mgr_tbl_get_property(pd_sess_hdl, u32 device_id, u32 table, u32 property, u32 *value,
                                     u32 *second_value)
 {
     const auto get = [&](Table &found) {
@@ -34,12 +29,7 @@ pd_status pipe_mgr_tbl_get_property(pd_sess_hdl sess, u32 device_id, u32 table, 
         *second_value = known->second.second;
         return ok;
     };
-    return run(
-        "pipe_mgr_tbl_get_property", [&] { return with_table(device_id, table, get); },
-        [&](Line &line) {
-            line.number("sess", sess).number("dev", device_id).table(table).number("property", property);
-        },
-        [&](Line &line) { line.number("value", *value).number("second_value", *second_value); });
+    return with_table(device_id, table, get);
 }
 
 pd_status pipe_register_mat_update_cb(pd_sess_hdl sess, u32 device_id, u32 table, pd_mat_update_cb callback,
@@ -49,12 +39,7 @@ pd_status pipe_register_mat_update_cb(pd_sess_hdl sess, u32 device_id, u32 table
         found.listeners.set({sess, callback, cookie});
         return ok;
     };
-    return run(
-        "pipe_register_mat_update_cb", [&] { return with_table(device_id, table, set); },
-        [&](Line &line) {
-            line.number("sess", sess).number("dev", device_id).table(table);
-            line.words("callback", callback != nullptr ? "set" : "null").hex("cookie", cookie);
-        });
+    return with_table(device_id, table, set);
 }
 
 } // extern "C"

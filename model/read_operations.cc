@@ -11,9 +11,9 @@ extern "C" {
 
 // ---- Driver operations ----------------------------------------------------------------------------------
 
-pd_status pipe_mgr_get_entry(pd_sess_hdl sess, u32 table, pd_dev_target target, pd_entry_hdl entry,
-                             pipe_match_spec *match, pipe_action_spec *spec, u32 *action, u8 from_hw,
-                             u32 resources, u32 flags)
+pd_status pipe_mgr_get_entry(pd_sess_hdl, u32 table, pd_dev_target target, pd_entry_hdl entry,
+                             pipe_match_spec *match, pipe_action_spec *spec, u32 *action, u8 from_hw, u32,
+                             u32)
 {
     const auto get = [&](Table &found) {
         const auto contents = read_copy(found, entry, from_hw);
@@ -25,20 +25,10 @@ pd_status pipe_mgr_get_entry(pd_sess_hdl sess, u32 table, pd_dev_target target, 
         answer_action(found.program(), *contents, *spec, *action);
         return ok;
     };
-    return run(
-        "pipe_mgr_get_entry", [&] { return with_table(target.device_id, table, get); },
-        [&](Line &line) {
-            line.number("sess", sess).table(table).target(target).number("entry", entry);
-            line.number("from_hw", from_hw).number("resources", resources).number("flags", flags);
-        },
-        [&](Line &line) {
-            line.words("match", match_text(match));
-            action_of_table(line, table, *action);
-            line.words("spec", action_text(spec));
-        });
+    return with_table(target.device_id, table, get);
 }
 
-pd_status pipe_mgr_get_entry_count(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 from_hw, u32 *count)
+pd_status pipe_mgr_get_entry_count(pd_sess_hdl, pd_dev_target target, u32 table, u32, u32 *count)
 {
     const auto tell = [&](const auto &found) {
         if (count == nullptr)
@@ -46,13 +36,10 @@ pd_status pipe_mgr_get_entry_count(pd_sess_hdl sess, pd_dev_target target, u32 t
         *count = found.count();
         return ok;
     };
-    return run(
-        "pipe_mgr_get_entry_count", [&] { return with_any_table(target.device_id, table, tell); },
-        [&](Line &line) { line.number("sess", sess).target(target).table(table).number("from_hw", from_hw); },
-        [&](Line &line) { line.number("count", *count); });
+    return with_any_table(target.device_id, table, tell);
 }
 
-pd_status pipe_mgr_get_first_entry_handle(pd_sess_hdl sess, u32 table, pd_dev_target target, u32 *first)
+pd_status pipe_mgr_get_first_entry_handle(pd_sess_hdl, u32 table, pd_dev_target target, u32 *first)
 {
     const auto tell = [&](const auto &found) {
         if (first == nullptr)
@@ -60,14 +47,11 @@ pd_status pipe_mgr_get_first_entry_handle(pd_sess_hdl sess, u32 table, pd_dev_ta
         *first = found.next(0);
         return ok;
     };
-    return run(
-        "pipe_mgr_get_first_entry_handle", [&] { return with_any_table(target.device_id, table, tell); },
-        [&](Line &line) { line.number("sess", sess).table(table).target(target); },
-        [&](Line &line) { line.number("first", *first); });
+    return with_any_table(target.device_id, table, tell);
 }
 
-pd_status pipe_mgr_get_next_entry_handles(pd_sess_hdl sess, u32 table, pd_dev_target target, u32 after,
-                                          u32 count, u32 *next)
+pd_status pipe_mgr_get_next_entry_handles(pd_sess_hdl, u32 table, pd_dev_target target, u32 after, u32 count,
+                                          u32 *next)
 {
     const auto tell = [&](const auto &found) {
         if (next == nullptr)
@@ -79,13 +63,7 @@ pd_status pipe_mgr_get_next_entry_handles(pd_sess_hdl sess, u32 table, pd_dev_ta
         }
         return ok;
     };
-    return run(
-        "pipe_mgr_get_next_entry_handles", [&] { return with_any_table(target.device_id, table, tell); },
-        [&](Line &line) {
-            line.number("sess", sess).table(table).target(target);
-            line.number("after", after).number("count", count);
-        },
-        [&](Line &line) { line.words("next", list_text(next, count)); });
+    return with_any_table(target.device_id, table, tell);
 }
 
 // ---- Control --------------------------------------------------------------------------------------------

@@ -63,37 +63,13 @@ pd_status read_range(const RegisterCells &cells, u32 start, u32 count, Pipes pip
     return ok;
 }
 
-Line &register_of(Line &line, u32 table)
-{
-    return resource_of(line, "register", program.registers, table);
-}
-
-Line &register_of(Line &line, pd_sess_hdl sess, pd_dev_target target, u32 table)
-{
-    return register_of(line.number("sess", sess).target(target), table);
-}
-
-// The first `bytes` bytes of each value.
-std::string values_text(const pipe_stful_query &query, u32 bytes)
-{
-    std::string text;
-    for (u32 at = 0; at < query.count; ++at)
-        append(text, " ", image(query.elements[at].bytes, bytes));
-    return "[" + text + "]";
-}
-
-std::string flag_text(const pipe_stful_value *value)
-{
-    return value != nullptr ? image(value->bytes, 1) : "null";
-}
-
 } // namespace
 
 extern "C" {
 
 // ---- Indexed registers ----------------------------------------------------------------------------------
 
-pd_status pipe_stful_query_get_sizes(pd_sess_hdl sess, u32 device_id, u32 table, u32 *count)
+pd_status pipe_stful_query_get_sizes(pd_sess_hdl, u32 device_id, u32 table, u32 *count)
 {
     const auto tell = [&](const RegisterCells &) {
         if (count == nullptr)
@@ -101,16 +77,10 @@ pd_status pipe_stful_query_get_sizes(pd_sess_hdl sess, u32 device_id, u32 table,
         *count = TS_MODEL_PIPES;
         return ok;
     };
-    return run(
-        "pipe_stful_query_get_sizes",
-        [&] {
-            return with_register({device_id, PIPE_ALL_PIPES}, table, tell);
-        },
-        [&](Line &line) { register_of(line.number("sess", sess).number("dev", device_id), table); },
-        [&](Line &line) { line.number("count", *count); });
+    return with_register({device_id, PIPE_ALL_PIPES}, table, tell);
 }
 
-pd_status pipe_stful_ent_query(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 index,
+pd_status pipe_stful_ent_query(pd_sess_hdl, pd_dev_target target, u32 table, u32 index,
                                pipe_stful_query *query, u32 from_hw)
 {
     const auto read = [&](const RegisterCells &cells) {
@@ -122,15 +92,10 @@ pd_status pipe_stful_ent_query(pd_sess_hdl sess, pd_dev_target target, u32 table
         answer(cells, index, pipes, from_hw != 0, *query);
         return ok;
     };
-    return run(
-        "pipe_stful_ent_query", [&] { return with_register(target, table, read); },
-        [&](Line &line) {
-            register_of(line, sess, target, table).number("index", index).number("from_hw", from_hw);
-        },
-        [&](Line &line) { line.words("values", values_text(*query, 1)); });
+    return with_register(target, table, read);
 }
 
-pd_status pipe_stful_ent_query_range(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 start, u32 count,
+pd_status pipe_stful_ent_query_range(pd_sess_hdl, pd_dev_target target, u32 table, u32 start, u32 count,
                                      pipe_stful_query *queries, u32 *indices_read, u32 from_hw)
 {
     const auto read = [&](const RegisterCells &cells) {
@@ -139,22 +104,11 @@ pd_status pipe_stful_ent_query_range(pd_sess_hdl sess, pd_dev_target target, u32
         return read_range(cells, start, count, pipes_of(target.pipe_id), from_hw != 0, queries,
                           *indices_read);
     };
-    return run(
-        "pipe_stful_ent_query_range", [&] { return with_register(target, table, read); },
-        [&](Line &line) {
-            register_of(line, sess, target, table).number("start", start).number("count", count);
-            line.number("from_hw", from_hw);
-        },
-        [&](Line &line) {
-            std::string text;
-            for (u32 at = 0; at < *indices_read; ++at)
-                append(text, " ", values_text(queries[at], 1));
-            line.number("indices_read", *indices_read).words("values", "[" + text + "]");
-        });
+    return with_register(target, table, read);
 }
 
-pd_status pipe_stful_ent_set(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 index,
-                             pipe_stful_value *value, u32 flags)
+pd_status pipe_stful_ent_set(pd_sess_hdl, pd_dev_target target, u32 table, u32 index, pipe_stful_value *value,
+                             u32)
 {
     const auto set = [&](RegisterCells &cells) {
         if (value == nullptr)
@@ -164,27 +118,20 @@ pd_status pipe_stful_ent_set(pd_sess_hdl sess, pd_dev_target target, u32 table, 
         cells.write(index, pipes_of(target.pipe_id), flag_of(value));
         return ok;
     };
-    return run(
-        "pipe_stful_ent_set", [&] { return with_register(target, table, set); },
-        [&](Line &line) {
-            register_of(line, sess, target, table).number("index", index);
-            line.words("value", flag_text(value)).number("flags", flags);
-        });
+    return with_register(target, table, set);
 }
 
-pd_status pipe_stful_table_reset(pd_sess_hdl sess, pd_dev_target target, u32 table, pipe_stful_value *value)
+pd_status pipe_stful_table_reset(pd_sess_hdl, pd_dev_target target, u32 table, pipe_stful_value *value)
 {
     const auto reset = [&](RegisterCells &cells) {
         write_range(cells, 0, TS_MODEL_REGISTER_CELLS, pipes_of(target.pipe_id), flag_of(value));
         return ok;
     };
-    return run(
-        "pipe_stful_table_reset", [&] { return with_register(target, table, reset); },
-        [&](Line &line) { register_of(line, sess, target, table).words("value", flag_text(value)); });
+    return with_register(target, table, reset);
 }
 
-pd_status pipe_stful_table_reset_range(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 start,
-                                       u32 count, pipe_stful_value *value)
+pd_status pipe_stful_table_reset_range(pd_sess_hdl, pd_dev_target target, u32 table, u32 start, u32 count,
+                                       pipe_stful_value *value)
 {
     const auto reset = [&](RegisterCells &cells) {
         if (!has_cells(start, count))
@@ -192,30 +139,22 @@ pd_status pipe_stful_table_reset_range(pd_sess_hdl sess, pd_dev_target target, u
         write_range(cells, start, count, pipes_of(target.pipe_id), flag_of(value));
         return ok;
     };
-    return run(
-        "pipe_stful_table_reset_range", [&] { return with_register(target, table, reset); },
-        [&](Line &line) {
-            register_of(line, sess, target, table).number("start", start).number("count", count);
-            line.words("value", flag_text(value));
-        });
+    return with_register(target, table, reset);
 }
 
-pd_status pipe_stful_database_sync(pd_sess_hdl sess, pd_dev_target target, u32 table,
-                                   pipe_stful_sync_cb callback, pd_word cookie)
+pd_status pipe_stful_database_sync(pd_sess_hdl, pd_dev_target target, u32 table, pipe_stful_sync_cb callback,
+                                   pd_word cookie)
 {
     const auto sync = [&](RegisterCells &cells) {
         cells.sync_all(pipes_of(target.pipe_id));
         return ok;
     };
-    return run_sync(
-        "pipe_stful_database_sync", {callback, target.device_id, cookie},
-        [&] { return with_register(target, table, sync); },
-        [&](Line &line) { register_of(line, sess, target, table); });
+    return run_sync({callback, target.device_id, cookie}, [&] { return with_register(target, table, sync); });
 }
 
 // ---- Registers of match entries, which pipe_mgr_mat_ent_set_resource writes -----------------------------
 
-pd_status pipe_stful_direct_database_sync(pd_sess_hdl sess, pd_dev_target target, u32 table,
+pd_status pipe_stful_direct_database_sync(pd_sess_hdl, pd_dev_target target, u32 table,
                                           pipe_stful_sync_cb callback, pd_word cookie)
 {
     const Pipes pipes = pipes_of(target.pipe_id);
@@ -225,13 +164,11 @@ pd_status pipe_stful_direct_database_sync(pd_sess_hdl sess, pd_dev_target target
         found.registers.sync_all(pipes);
         return ok;
     };
-    return run_sync(
-        "pipe_stful_direct_database_sync", {callback, target.device_id, cookie},
-        [&] { return with_table(target.device_id, table, sync); },
-        [&](Line &line) { line.number("sess", sess).target(target).table(table); });
+    return run_sync({callback, target.device_id, cookie},
+                    [&] { return with_table(target.device_id, table, sync); });
 }
 
-pd_status pipe_stful_direct_ent_query(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry,
+pd_status pipe_stful_direct_ent_query(pd_sess_hdl, u32 device_id, u32 table, pd_entry_hdl entry,
                                       pipe_stful_query *query, u32 from_hw)
 {
     const auto read = [&](const Table &found) {
@@ -242,13 +179,7 @@ pd_status pipe_stful_direct_ent_query(pd_sess_hdl sess, u32 device_id, u32 table
         answer(found.registers, entry, all_pipes, from_hw != 0, *query);
         return ok;
     };
-    return run(
-        "pipe_stful_direct_ent_query", [&] { return with_table(device_id, table, read); },
-        [&](Line &line) {
-            line.number("sess", sess).number("dev", device_id).table(table).number("entry", entry);
-            line.number("from_hw", from_hw);
-        },
-        [&](Line &line) { line.words("values", values_text(*query, sizeof(pipe_stful_value))); });
+    return with_table(device_id, table, read);
 }
 
 // ---- Control --------------------------------------------------------------------------------------------

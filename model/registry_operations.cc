@@ -4,63 +4,32 @@
 #include <memory>
 
 #include "device.h"
-#include "operation.h"
 #include "registry.h"
 
 using namespace model;
 
 namespace {
-
 using Document = std::unique_ptr<cJSON, decltype(&cJSON_Delete)>;
-
-std::string callbacks_text(const pd_drv_client_callbacks *callbacks)
-{
-    if (callbacks == nullptr)
-        return "null";
-    std::string text;
-    const auto mention = [&](const char *name, bool set) {
-        if (set)
-            append(text, " ", name);
-    };
-    mention("remove", callbacks->device_remove != nullptr);
-    mention("log", callbacks->device_log != nullptr);
-    mention("restore", callbacks->device_restore != nullptr);
-    return "{" + text + "}";
-}
 
 } // namespace
 
 extern "C" {
-
 pd_status bf_drv_register(const char *client_name, u32 *handle)
 {
-    return run(
-        "bf_drv_register",
-        [&]() {
-            if (client_name == nullptr || handle == nullptr)
-                return bad_argument;
-            *handle = registry().add(client_name);
-            return ok;
-        },
-        [&](Line &line) { line.string("client", client_name); },
-        [&](Line &line) { line.number("handle", *handle); });
+    if (client_name == nullptr || handle == nullptr)
+        return bad_argument;
+    *handle = registry().add(client_name);
+    return ok;
 }
 
-pd_status bf_drv_client_register_callbacks(u32 handle, pd_drv_client_callbacks *callbacks, u32 kind)
+pd_status bf_drv_client_register_callbacks(u32 handle, pd_drv_client_callbacks *callbacks, u32)
 {
-    return run(
-        "bf_drv_client_register_callbacks",
-        [&]() { return callbacks != nullptr ? registry().set_callbacks(handle, *callbacks) : bad_argument; },
-        [&](Line &line) {
-            line.number("handle", handle).words("callbacks", callbacks_text(callbacks)).number("kind", kind);
-        });
+    return callbacks != nullptr ? registry().set_callbacks(handle, *callbacks) : bad_argument;
 }
 
 pd_status bf_drv_deregister(u32 handle)
 {
-    return run(
-        "bf_drv_deregister", [&] { return registry().remove(handle); },
-        [&](Line &line) { line.number("handle", handle); });
+    return registry().remove(handle);
 }
 
 void ts_model_remove_device(u32 device_id)

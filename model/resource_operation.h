@@ -2,7 +2,6 @@
 #pragma once
 
 #include "device.h"
-#include "operation.h"
 
 namespace model {
 
@@ -24,12 +23,6 @@ pd_status with_indexed(u32 device_id, std::map<u32, Cells> Device::*made,
 constexpr bool has_cell(u32 index)
 {
     return index < TS_MODEL_INDEXED_CELLS;
-}
-
-inline Line &resource_of(Line &line, const char *kind, std::span<const ProgramResource> resources, u32 handle)
-{
-    const ProgramResource *resource = find_object(resources, handle);
-    return line.object(kind, handle, resource != nullptr ? resource->name : nullptr);
 }
 
 } // namespace model

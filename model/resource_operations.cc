@@ -60,19 +60,13 @@ std::vector<pipe_res_spec> with_clean_indices(u32 table_handle, const pipe_res_s
 
 extern "C" {
 
-pd_status pipe_mgr_mat_ent_set_resource(pd_sess_hdl sess, u32 device_id, u32 table, pd_entry_hdl entry,
-                                        pipe_res_spec *resources, u32 count, u32 flags)
+pd_status pipe_mgr_mat_ent_set_resource(pd_sess_hdl, u32 device_id, u32 table, pd_entry_hdl entry,
+                                        pipe_res_spec *resources, u32 count, u32)
 {
     const std::vector<pipe_res_spec> cleaned = with_clean_indices(table, resources, count);
-    return run_change(
-        "pipe_mgr_mat_ent_set_resource", device_id, table,
-        [&](Table &found, News &news) {
-            return cleaned.size() == count ? set_resources(found, entry, cleaned, news) : bad_argument;
-        },
-        [&](Line &line) {
-            line.number("sess", sess).number("dev", device_id).table(table).number("entry", entry);
-            line.words("resources", resources_text(cleaned)).number("count", count).number("flags", flags);
-        });
+    return change_table(device_id, table, [&](Table &found, News &news) {
+        return cleaned.size() == count ? set_resources(found, entry, cleaned, news) : bad_argument;
+    });
 }
 
 } // extern "C"

@@ -80,29 +80,22 @@ std::vector<Replayed> walk_over(Device &device)
 
 extern "C" {
 
-pd_status pipe_mgr_hitless_ha_restore_virtual_dev_state(pd_word first, pd_word second, pd_word third,
-                                                        pd_word fourth, pd_word fifth,
-                                                        pipe_restore_state_cb restore)
+pd_status pipe_mgr_hitless_ha_restore_virtual_dev_state(pd_word first, pd_word second, pd_word, pd_word,
+                                                        pd_word, pipe_restore_state_cb restore)
 {
     const auto sess = static_cast<pd_sess_hdl>(first);
     const auto device_id = static_cast<u32>(second);
-    const auto restore_all = [&] {
-        if (restore == nullptr)
-            return bad_argument;
-        std::vector<Replayed> walk;
-        const pd_status status = with_device(device_id, [&](Device &device) {
-            walk = walk_over(device);
-            return ok;
-        });
-        constexpr u32 no_resources = 0;
-        for (const auto &[action_table, action, group, member] : walk)
-            restore(sess, device_id, action_table, action, group, member, no_resources);
-        return status;
-    };
-    return run("pipe_mgr_hitless_ha_restore_virtual_dev_state", restore_all, [&](Line &line) {
-        line.number("first", first).number("second", second).hex("third", third).hex("fourth", fourth);
-        line.hex("fifth", fifth).words("restore", restore != nullptr ? "set" : "null");
+    if (restore == nullptr)
+        return bad_argument;
+    std::vector<Replayed> walk;
+    const pd_status status = with_device(device_id, [&](Device &device) {
+        walk = walk_over(device);
+        return ok;
     });
+    constexpr u32 no_resources = 0;
+    for (const auto &[action_table, action, group, member] : walk)
+        restore(sess, device_id, action_table, action, group, member, no_resources);
+    return status;
 }
 
 pd_status ts_model_forget_selection(u32 device_id)

@@ -26,12 +26,6 @@ pd_status with_state(pd_word state, u32 device_id, Use use)
     return use(device->selections[state]);
 }
 
-std::string document_text(const cJSON *document)
-{
-    const std::unique_ptr<char, decltype(&cJSON_free)> text{cJSON_PrintUnformatted(document), cJSON_free};
-    return text ? text.get() : "null";
-}
-
 // This program's members have no resources, so both words of a known object are 0.
 pd_status no_resources(bool known, pd_word *resources, pd_word *count)
 {
@@ -57,16 +51,12 @@ extern "C" {
 
 pd_status p4_pd_ms_init(void)
 {
-    return run(
-        "p4_pd_ms_init", [] { return ok; }, [](Line &) {});
+    return ok;
 }
 
 pd_word p4_pd_ms_init_state(void)
 {
-    const pd_word state = ++last_state;
-    if (trace().on())
-        trace().send("p4_pd_ms_init_state() = " + decimal(state));
-    return state;
+    return ++last_state;
 }
 
 pd_status p4_pd_ms_destroy_state_for_dev(pd_word state, u32 device_id)
@@ -75,17 +65,12 @@ pd_status p4_pd_ms_destroy_state_for_dev(pd_word state, u32 device_id)
         store = {};
         return ok;
     };
-    return run(
-        "p4_pd_ms_destroy_state_for_dev", [&] { return with_state(state, device_id, drop); },
-        [&](Line &line) { line.number("state", state).number("dev", device_id); });
+    return with_state(state, device_id, drop);
 }
 
 pd_status p4_pd_ms_destroy_txn_state_for_dev(u32 device_id)
 {
-    return run(
-        "p4_pd_ms_destroy_txn_state_for_dev",
-        [&] { return find_device(device_id) != nullptr ? ok : unknown_object; },
-        [&](Line &line) { line.number("dev", device_id); });
+    return find_device(device_id) != nullptr ? ok : unknown_object;
 }
 
 pd_status p4_pd_ms_log_state(u32 device_id, pd_word state, cJSON *document)
@@ -96,64 +81,30 @@ pd_status p4_pd_ms_log_state(u32 device_id, pd_word state, cJSON *document)
         store.log(document);
         return ok;
     };
-    return run(
-        "p4_pd_ms_log_state", [&] { return with_state(state, device_id, log); },
-        [&](Line &line) { line.number("dev", device_id).number("state", state); },
-        [&](Line &line) { line.words("document", document_text(document)); });
+    return with_state(state, device_id, log);
 }
 
 pd_status p4_pd_ms_restore_state(u32 device_id, pd_word state, cJSON *document)
 {
-    return run(
-        "p4_pd_ms_restore_state",
-        [&] {
-            return with_state(state, device_id,
-                              [&](SelectionState &store) { return store.restore(document); });
-        },
-        [&](Line &line) {
-            line.number("dev", device_id).number("state", state).words("document", document_text(document));
-        });
+    return with_state(state, device_id, [&](SelectionState &store) { return store.restore(document); });
 }
 
 // ---- Members --------------------------------------------------------------------------------------------
 
-pd_status p4_pd_ms_new_mbr(pd_sess_hdl sess, pd_word state, u32 device_id, pd_mbr_hdl member)
+pd_status p4_pd_ms_new_mbr(pd_sess_hdl, pd_word state, u32 device_id, pd_mbr_hdl member)
 {
-    return run(
-        "p4_pd_ms_new_mbr",
-        [&] { return with_state(state, device_id, [&](auto &store) { return store.add_member(member); }); },
-        [&](Line &line) {
-            line.number("sess", sess)
-                .number("state", state)
-                .number("dev", device_id)
-                .number("member", member);
-        });
+    return with_state(state, device_id, [&](auto &store) { return store.add_member(member); });
 }
 
-pd_status p4_pd_ms_del_mbr(pd_sess_hdl sess, pd_word state, u32 device_id, pd_mbr_hdl member)
+pd_status p4_pd_ms_del_mbr(pd_sess_hdl, pd_word state, u32 device_id, pd_mbr_hdl member)
 {
-    return run(
-        "p4_pd_ms_del_mbr",
-        [&] {
-            return with_state(state, device_id, [&](auto &store) { return store.remove_member(member); });
-        },
-        [&](Line &line) {
-            line.number("sess", sess)
-                .number("state", state)
-                .number("dev", device_id)
-                .number("member", member);
-        });
+    return with_state(state, device_id, [&](auto &store) { return store.remove_member(member); });
 }
 
 pd_status p4_pd_ms_set_mbr_act(pd_word state, u32 device_id, pd_mbr_hdl member, u32 action)
 {
     const auto set = [&](SelectionState &store) { return store.set_member_action(member, action); };
-    return run(
-        "p4_pd_ms_set_mbr_act", [&] { return with_state(state, device_id, set); },
-        [&](Line &line) {
-            line.number("state", state).number("dev", device_id).number("member", member);
-            member_action(line, action);
-        });
+    return with_state(state, device_id, set);
 }
 
 pd_status p4_pd_ms_get_mbr_act(pd_word state, u32 device_id, pd_mbr_hdl member, u32 *action)
@@ -161,10 +112,7 @@ pd_status p4_pd_ms_get_mbr_act(pd_word state, u32 device_id, pd_mbr_hdl member, 
     const auto get = [&](const SelectionState &store) {
         return action != nullptr ? store.member_action(member, *action) : bad_argument;
     };
-    return run(
-        "p4_pd_ms_get_mbr_act", [&] { return with_state(state, device_id, get); },
-        [&](Line &line) { line.number("state", state).number("dev", device_id).number("member", member); },
-        [&](Line &line) { member_action(line, *action); });
+    return with_state(state, device_id, get);
 }
 
 pd_status p4_pd_ms_mbr_get_res(pd_word state, u32 device_id, pd_mbr_hdl member, pd_word *resources,
@@ -173,92 +121,57 @@ pd_status p4_pd_ms_mbr_get_res(pd_word state, u32 device_id, pd_mbr_hdl member, 
     const auto get = [&](const SelectionState &store) {
         return no_resources(store.has_member(member), resources, count);
     };
-    return run(
-        "p4_pd_ms_mbr_get_res", [&] { return with_state(state, device_id, get); },
-        [&](Line &line) { line.number("state", state).number("dev", device_id).number("member", member); },
-        [&](Line &line) { line.number("resources", *resources).number("count", *count); });
+    return with_state(state, device_id, get);
 }
 
 pd_status p4_pd_ms_mbr_apply_to_grps(pd_word state, u32 device_id, pd_mbr_hdl member,
                                      p4_pd_ms_grp_cb callback, pd_word cookie)
 {
-    const auto apply = [&]() {
-        std::vector<pd_grp_hdl> groups;
-        const pd_status status = with_state(state, device_id, [&](const SelectionState &store) {
-            groups = store.groups_of(member);
-            return store.has_member(member) ? ok : unknown_object;
-        });
-        if (status != ok || callback == nullptr)
-            return status != ok ? status : bad_argument;
-        for (const pd_grp_hdl group : groups)
-            if (const pd_status failure = callback(device_id, group, cookie))
-                return failure;
-        return ok;
-    };
-    return run("p4_pd_ms_mbr_apply_to_grps", apply, [&](Line &line) {
-        line.number("state", state).number("dev", device_id).number("member", member).hex("cookie", cookie);
+    std::vector<pd_grp_hdl> groups;
+    const pd_status status = with_state(state, device_id, [&](const SelectionState &store) {
+        groups = store.groups_of(member);
+        return store.has_member(member) ? ok : unknown_object;
     });
+    if (status != ok || callback == nullptr)
+        return status != ok ? status : bad_argument;
+    for (const pd_grp_hdl group : groups)
+        if (const pd_status failure = callback(device_id, group, cookie))
+            return failure;
+    return ok;
 }
 
 // ---- Groups ---------------------------------------------------------------------------------------------
 
-pd_status p4_pd_ms_new_grp(pd_sess_hdl sess, pd_word state, u32 device_id, pd_grp_hdl group)
+pd_status p4_pd_ms_new_grp(pd_sess_hdl, pd_word state, u32 device_id, pd_grp_hdl group)
 {
-    return run(
-        "p4_pd_ms_new_grp",
-        [&] { return with_state(state, device_id, [&](auto &store) { return store.add_group(group); }); },
-        [&](Line &line) {
-            line.number("sess", sess).number("state", state).number("dev", device_id).number("group", group);
-        });
+    return with_state(state, device_id, [&](auto &store) { return store.add_group(group); });
 }
 
-pd_status p4_pd_ms_del_grp(pd_sess_hdl sess, pd_word state, u32 device_id, pd_grp_hdl group, u32 count,
+pd_status p4_pd_ms_del_grp(pd_sess_hdl, pd_word state, u32 device_id, pd_grp_hdl group, u32 count,
                            pd_mbr_hdl *members)
 {
     const auto remove = [&](SelectionState &store) {
         return count == 0 || members != nullptr ? store.remove_group(group) : bad_argument;
     };
-    return run(
-        "p4_pd_ms_del_grp", [&] { return with_state(state, device_id, remove); },
-        [&](Line &line) {
-            line.number("sess", sess).number("state", state).number("dev", device_id).number("group", group);
-            line.number("count", count).words("members", list_text(members, count));
-        });
+    return with_state(state, device_id, remove);
 }
 
-pd_status p4_pd_ms_add_mbr_to_grp(pd_sess_hdl sess, pd_word state, u32 device_id, pd_mbr_hdl member,
+pd_status p4_pd_ms_add_mbr_to_grp(pd_sess_hdl, pd_word state, u32 device_id, pd_mbr_hdl member,
                                   pd_grp_hdl group)
 {
-    return run(
-        "p4_pd_ms_add_mbr_to_grp",
-        [&] { return with_state(state, device_id, [&](auto &store) { return store.join(member, group); }); },
-        [&](Line &line) {
-            line.number("sess", sess).number("state", state).number("dev", device_id);
-            line.number("member", member).number("group", group);
-        });
+    return with_state(state, device_id, [&](auto &store) { return store.join(member, group); });
 }
 
-pd_status p4_pd_ms_del_mbr_from_grp(pd_sess_hdl sess, pd_word state, u32 device_id, pd_mbr_hdl member,
+pd_status p4_pd_ms_del_mbr_from_grp(pd_sess_hdl, pd_word state, u32 device_id, pd_mbr_hdl member,
                                     pd_grp_hdl group)
 {
-    return run(
-        "p4_pd_ms_del_mbr_from_grp",
-        [&] { return with_state(state, device_id, [&](auto &store) { return store.leave(member, group); }); },
-        [&](Line &line) {
-            line.number("sess", sess).number("state", state).number("dev", device_id);
-            line.number("member", member).number("group", group);
-        });
+    return with_state(state, device_id, [&](auto &store) { return store.leave(member, group); });
 }
 
 pd_status p4_pd_ms_set_grp_act(pd_word state, u32 device_id, pd_grp_hdl group, u32 action)
 {
     const auto set = [&](SelectionState &store) { return store.set_group_action(group, action); };
-    return run(
-        "p4_pd_ms_set_grp_act", [&] { return with_state(state, device_id, set); },
-        [&](Line &line) {
-            line.number("state", state).number("dev", device_id).number("group", group);
-            member_action(line, action);
-        });
+    return with_state(state, device_id, set);
 }
 
 pd_status p4_pd_ms_get_grp_act(pd_word state, u32 device_id, pd_grp_hdl group, u32 *action)
@@ -266,10 +179,7 @@ pd_status p4_pd_ms_get_grp_act(pd_word state, u32 device_id, pd_grp_hdl group, u
     const auto get = [&](const SelectionState &store) {
         return action != nullptr ? store.group_action(group, *action) : bad_argument;
     };
-    return run(
-        "p4_pd_ms_get_grp_act", [&] { return with_state(state, device_id, get); },
-        [&](Line &line) { line.number("state", state).number("dev", device_id).number("group", group); },
-        [&](Line &line) { member_action(line, *action); });
+    return with_state(state, device_id, get);
 }
 
 pd_status p4_pd_ms_grp_get_res(pd_word state, u32 device_id, pd_grp_hdl group, pd_word *resources,
@@ -278,10 +188,7 @@ pd_status p4_pd_ms_grp_get_res(pd_word state, u32 device_id, pd_grp_hdl group, p
     const auto get = [&](const SelectionState &store) {
         return no_resources(store.has_group(group), resources, count);
     };
-    return run(
-        "p4_pd_ms_grp_get_res", [&] { return with_state(state, device_id, get); },
-        [&](Line &line) { line.number("state", state).number("dev", device_id).number("group", group); },
-        [&](Line &line) { line.number("resources", *resources).number("count", *count); });
+    return with_state(state, device_id, get);
 }
 
 pd_status p4_pd_ms_grp_update_res(u32 device_id, pd_grp_hdl group, pd_word cookie)
@@ -289,9 +196,7 @@ pd_status p4_pd_ms_grp_update_res(u32 device_id, pd_grp_hdl group, pd_word cooki
     const auto known = [&](const SelectionState &store) {
         return store.has_group(group) ? ok : unknown_object;
     };
-    return run(
-        "p4_pd_ms_grp_update_res", [&] { return with_state(cookie, device_id, known); },
-        [&](Line &line) { line.number("dev", device_id).number("group", group).number("state", cookie); });
+    return with_state(cookie, device_id, known);
 }
 
 } // extern "C"

@@ -9,22 +9,11 @@ using namespace model;
 
 namespace {
 
-// A session and what a group operation is about; the arguments that nearly all of them begin with.
-void group_text(Line &line, pd_sess_hdl sess, u32 device_id, u32 table, pd_grp_hdl group)
+pd_status set_active(u32 device_id, u32 table, pd_grp_hdl group, pd_mbr_hdl member, bool active)
 {
-    line.number("sess", sess).number("dev", device_id).table(table).number("group", group);
-}
-
-pd_status set_active(const char *operation, pd_sess_hdl sess, u32 device_id, u32 table, pd_grp_hdl group,
-                     pd_mbr_hdl member, u32 flags, bool active)
-{
-    return run_profile_change(
-        operation, device_id, find_profile_by_groups(table),
-        [&](Profile &profile, ProfileNews &news) { return profile.set_active(group, member, active, news); },
-        [&](Line &line) {
-            group_text(line, sess, device_id, table, group);
-            line.number("member", member).number("flags", flags);
-        });
+    return change_profile(device_id, find_profile_by_groups(table), [&](Profile &profile, ProfileNews &news) {
+        return profile.set_active(group, member, active, news);
+    });
 }
 
 u8 state_of(const Membership &membership)
@@ -49,19 +38,14 @@ pd_status with_active_members(u32 device_id, u32 table, pd_word word, Use use)
 }
 
 template <typename Callback>
-pd_status listen(const char *operation, pd_sess_hdl sess, u32 device_id, u32 table, Listeners Profile::*who,
-                 Callback callback, pd_word cookie)
+pd_status listen(pd_sess_hdl sess, u32 device_id, u32 table, Listeners Profile::*who, Callback callback,
+                 pd_word cookie)
 {
     const auto set = [&](Profile &profile) {
         (profile.*who).set({sess, callback, cookie});
         return ok;
     };
-    return run(
-        operation, [&] { return with_profile(device_id, find_profile_by_groups(table), set); },
-        [&](Line &line) {
-            line.number("sess", sess).number("dev", device_id).table(table);
-            callback_text(line, callback != nullptr, cookie);
-        });
+    return with_profile(device_id, find_profile_by_groups(table), set);
 }
 
 } // namespace
@@ -70,8 +54,8 @@ extern "C" {
 
 // ---- Groups ---------------------------------------------------------------------------------------------
 
-pd_status pipe_mgr_sel_grp_add(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 reserved,
-                               u32 max_group_size, u32 marker, pd_grp_hdl *group, u32 flags)
+pd_status pipe_mgr_sel_grp_add(pd_sess_hdl, pd_dev_target target, u32 table, u32, u32 max_group_size, u32,
+                               pd_grp_hdl *group, u32)
 {
     const auto add = [&](Profile &profile, ProfileNews &news) {
         if (group == nullptr)
@@ -79,28 +63,17 @@ pd_status pipe_mgr_sel_grp_add(pd_sess_hdl sess, pd_dev_target target, u32 table
         *group = profile.add_group(max_group_size, news);
         return ok;
     };
-    return run_profile_change(
-        "pipe_mgr_sel_grp_add", target.device_id, find_profile_by_groups(table), add,
-        [&](Line &line) {
-            line.number("sess", sess).target(target).table(table).number("reserved", reserved);
-            line.number("max_group_size", max_group_size).hex("marker", marker).number("flags", flags);
-        },
-        [&](Line &line) { line.number("group", *group); });
+    return change_profile(target.device_id, find_profile_by_groups(table), add);
 }
 
-pd_status pipe_mgr_sel_grp_del(pd_sess_hdl sess, u32 device_id, u32 table, pd_grp_hdl group, u32 flags)
+pd_status pipe_mgr_sel_grp_del(pd_sess_hdl, u32 device_id, u32 table, pd_grp_hdl group, u32)
 {
-    return run_profile_change(
-        "pipe_mgr_sel_grp_del", device_id, find_profile_by_groups(table),
-        [&](Profile &profile, ProfileNews &news) { return profile.remove_group(group, news); },
-        [&](Line &line) {
-            group_text(line, sess, device_id, table, group);
-            line.number("flags", flags);
-        });
+    return change_profile(device_id, find_profile_by_groups(table), [&](Profile &profile, ProfileNews &news) {
+        return profile.remove_group(group, news);
+    });
 }
 
-pd_status pipe_mgr_get_sel_grp_mbr_count(pd_sess_hdl sess, u32 device_id, u32 table, pd_grp_hdl group,
-                                         u32 *count)
+pd_status pipe_mgr_get_sel_grp_mbr_count(pd_sess_hdl, u32 device_id, u32 table, pd_grp_hdl group, u32 *count)
 {
     const auto tell = [&](const GroupTable &, const Group &found) {
         if (count == nullptr)
@@ -108,14 +81,11 @@ pd_status pipe_mgr_get_sel_grp_mbr_count(pd_sess_hdl sess, u32 device_id, u32 ta
         *count = found.size;
         return ok;
     };
-    return run(
-        "pipe_mgr_get_sel_grp_mbr_count", [&] { return with_group(device_id, table, group, tell); },
-        [&](Line &line) { group_text(line, sess, device_id, table, group); },
-        [&](Line &line) { line.number("count", *count); });
+    return with_group(device_id, table, group, tell);
 }
 
-pd_status pipe_mgr_sel_grp_mbrs_get(pd_sess_hdl sess, u32 device_id, u32 table, pd_grp_hdl group, u32 count,
-                                    pd_mbr_hdl *members, u8 *states, u32 *written, u32 flags)
+pd_status pipe_mgr_sel_grp_mbrs_get(pd_sess_hdl, u32 device_id, u32 table, pd_grp_hdl group, u32 count,
+                                    pd_mbr_hdl *members, u8 *states, u32 *written, u32)
 {
     const auto list = [&](const GroupTable &groups, const Group &found) {
         if (members == nullptr || states == nullptr || written == nullptr)
@@ -127,18 +97,10 @@ pd_status pipe_mgr_sel_grp_mbrs_get(pd_sess_hdl sess, u32 device_id, u32 table, 
         }
         return ok;
     };
-    return run(
-        "pipe_mgr_sel_grp_mbrs_get", [&] { return with_group(device_id, table, group, list); },
-        [&](Line &line) {
-            group_text(line, sess, device_id, table, group);
-            line.number("count", count).number("flags", flags);
-        },
-        [&](Line &line) {
-            line.words("members", list_text(members, *written)).words("states", image(states, *written));
-        });
+    return with_group(device_id, table, group, list);
 }
 
-pd_status pipe_mgr_get_first_group_member(pd_sess_hdl sess, u32 table, u32 device_id, pd_grp_hdl group,
+pd_status pipe_mgr_get_first_group_member(pd_sess_hdl, u32 table, u32 device_id, pd_grp_hdl group,
                                           pd_mbr_hdl *first)
 {
     const auto tell = [&](const GroupTable &groups, const Group &found) {
@@ -148,13 +110,10 @@ pd_status pipe_mgr_get_first_group_member(pd_sess_hdl sess, u32 table, u32 devic
         *first = members.empty() ? 0 : members.front().member;
         return ok;
     };
-    return run(
-        "pipe_mgr_get_first_group_member", [&] { return with_group(device_id, table, group, tell); },
-        [&](Line &line) { group_text(line, sess, device_id, table, group); },
-        [&](Line &line) { line.number("first", *first); });
+    return with_group(device_id, table, group, tell);
 }
 
-pd_status pipe_mgr_get_next_group_members(pd_sess_hdl sess, u32 table, u32 device_id, pd_grp_hdl group,
+pd_status pipe_mgr_get_next_group_members(pd_sess_hdl, u32 table, u32 device_id, pd_grp_hdl group,
                                           pd_mbr_hdl after, u32 count, pd_mbr_hdl *next)
 {
     const auto tell = [&](const GroupTable &groups, const Group &) {
@@ -168,55 +127,40 @@ pd_status pipe_mgr_get_next_group_members(pd_sess_hdl sess, u32 table, u32 devic
                     0);
         return ok;
     };
-    return run(
-        "pipe_mgr_get_next_group_members", [&] { return with_group(device_id, table, group, tell); },
-        [&](Line &line) {
-            group_text(line, sess, device_id, table, group);
-            line.number("after", after).number("count", count);
-        },
-        [&](Line &line) { line.words("next", list_text(next, count)); });
+    return with_group(device_id, table, group, tell);
 }
 
 // ---- Membership -----------------------------------------------------------------------------------------
 
-pd_status pipe_mgr_sel_grp_mbr_add(pd_sess_hdl sess, u32 device_id, u32 table, pd_grp_hdl group, u32 action,
-                                   pd_mbr_hdl member, u32 flags)
+pd_status pipe_mgr_sel_grp_mbr_add(pd_sess_hdl, u32 device_id, u32 table, pd_grp_hdl group, u32 action,
+                                   pd_mbr_hdl member, u32)
 {
-    return run_profile_change(
-        "pipe_mgr_sel_grp_mbr_add", device_id, find_profile_by_groups(table),
-        [&](Profile &profile, ProfileNews &news) { return profile.join(group, member, action, news); },
-        [&](Line &line) {
-            group_text(line, sess, device_id, table, group);
-            member_action(line, action);
-            line.number("member", member).number("flags", flags);
-        });
+    return change_profile(device_id, find_profile_by_groups(table), [&](Profile &profile, ProfileNews &news) {
+        return profile.join(group, member, action, news);
+    });
 }
 
-pd_status pipe_mgr_sel_grp_mbr_del(pd_sess_hdl sess, u32 device_id, u32 table, pd_grp_hdl group,
-                                   pd_mbr_hdl member, u32 flags)
+pd_status pipe_mgr_sel_grp_mbr_del(pd_sess_hdl, u32 device_id, u32 table, pd_grp_hdl group, pd_mbr_hdl member,
+                                   u32)
 {
-    return run_profile_change(
-        "pipe_mgr_sel_grp_mbr_del", device_id, find_profile_by_groups(table),
-        [&](Profile &profile, ProfileNews &news) { return profile.leave(group, member, news); },
-        [&](Line &line) {
-            group_text(line, sess, device_id, table, group);
-            line.number("member", member).number("flags", flags);
-        });
+    return change_profile(device_id, find_profile_by_groups(table), [&](Profile &profile, ProfileNews &news) {
+        return profile.leave(group, member, news);
+    });
 }
 
-pd_status pipe_mgr_sel_grp_mbr_enable(pd_sess_hdl sess, u32 device_id, u32 table, pd_grp_hdl group,
-                                      pd_mbr_hdl member, u32 flags)
+pd_status pipe_mgr_sel_grp_mbr_enable(pd_sess_hdl, u32 device_id, u32 table, pd_grp_hdl group,
+                                      pd_mbr_hdl member, u32)
 {
-    return set_active("pipe_mgr_sel_grp_mbr_enable", sess, device_id, table, group, member, flags, true);
+    return set_active(device_id, table, group, member, true);
 }
 
-pd_status pipe_mgr_sel_grp_mbr_disable(pd_sess_hdl sess, u32 device_id, u32 table, pd_grp_hdl group,
-                                       pd_mbr_hdl member, u32 flags)
+pd_status pipe_mgr_sel_grp_mbr_disable(pd_sess_hdl, u32 device_id, u32 table, pd_grp_hdl group,
+                                       pd_mbr_hdl member, u32)
 {
-    return set_active("pipe_mgr_sel_grp_mbr_disable", sess, device_id, table, group, member, flags, false);
+    return set_active(device_id, table, group, member, false);
 }
 
-pd_status pipe_mgr_sel_grp_mbr_state_get(pd_sess_hdl sess, u32 device_id, u32 table, pd_grp_hdl group,
+pd_status pipe_mgr_sel_grp_mbr_state_get(pd_sess_hdl, u32 device_id, u32 table, pd_grp_hdl group,
                                          pd_mbr_hdl member, u32 *state)
 {
     const auto tell = [&](const GroupTable &groups, const Group &) {
@@ -228,18 +172,12 @@ pd_status pipe_mgr_sel_grp_mbr_state_get(pd_sess_hdl sess, u32 device_id, u32 ta
         *state = state_of(*found);
         return ok;
     };
-    return run(
-        "pipe_mgr_sel_grp_mbr_state_get", [&] { return with_group(device_id, table, group, tell); },
-        [&](Line &line) {
-            group_text(line, sess, device_id, table, group);
-            line.number("member", member);
-        },
-        [&](Line &line) { line.number("state", *state); });
+    return with_group(device_id, table, group, tell);
 }
 
 // ---- Selection ------------------------------------------------------------------------------------------
 
-pd_status pipe_mgr_sel_grp_mbr_get_from_hash(pd_sess_hdl sess, u32 device_id, u32 table, pd_grp_hdl group,
+pd_status pipe_mgr_sel_grp_mbr_get_from_hash(pd_sess_hdl, u32 device_id, u32 table, pd_grp_hdl group,
                                              pd_word first, pd_word second, pd_word third)
 {
     const auto pick = [&](const Profile &profile) {
@@ -251,40 +189,26 @@ pd_status pipe_mgr_sel_grp_mbr_get_from_hash(pd_sess_hdl sess, u32 device_id, u3
         *to_word(third) = picked;
         return ok;
     };
-    return run(
-        "pipe_mgr_sel_grp_mbr_get_from_hash",
-        [&] { return with_profile(device_id, find_profile_by_groups(table), pick); },
-        [&](Line &line) {
-            group_text(line, sess, device_id, table, group);
-            line.hex("first", first).hex("second", second);
-        },
-        [&](Line &line) { line.number("member", *to_word(third)); });
+    return with_profile(device_id, find_profile_by_groups(table), pick);
 }
 
-pd_status pipe_mgr_sel_fallback_mbr_set(pd_sess_hdl sess, pd_dev_target target, u32 table, pd_mbr_hdl member,
-                                        u32 flags)
+pd_status pipe_mgr_sel_fallback_mbr_set(pd_sess_hdl, pd_dev_target target, u32 table, pd_mbr_hdl member, u32)
 {
-    return run_profile_change(
-        "pipe_mgr_sel_fallback_mbr_set", target.device_id, find_profile_by_groups(table),
-        [&](Profile &profile, ProfileNews &news) { return profile.set_fallback(member, news); },
-        [&](Line &line) {
-            line.number("sess", sess).target(target).table(table);
-            line.number("member", member).number("flags", flags);
-        });
+    return change_profile(
+        target.device_id, find_profile_by_groups(table),
+        [&](Profile &profile, ProfileNews &news) { return profile.set_fallback(member, news); });
 }
 
-pd_status pipe_mgr_sel_fallback_mbr_reset(pd_sess_hdl sess, pd_dev_target target, u32 table, u32 flags)
+pd_status pipe_mgr_sel_fallback_mbr_reset(pd_sess_hdl, pd_dev_target target, u32 table, u32)
 {
     const auto reset = [](Profile &profile, ProfileNews &news) {
         profile.reset_fallback(news);
         return ok;
     };
-    return run_profile_change(
-        "pipe_mgr_sel_fallback_mbr_reset", target.device_id, find_profile_by_groups(table), reset,
-        [&](Line &line) { line.number("sess", sess).target(target).table(table).number("flags", flags); });
+    return change_profile(target.device_id, find_profile_by_groups(table), reset);
 }
 
-pd_status pipe_mgr_get_word_llp_active_member_count(pd_sess_hdl sess, pd_dev_target target, u32 table,
+pd_status pipe_mgr_get_word_llp_active_member_count(pd_sess_hdl, pd_dev_target target, u32 table,
                                                     pd_word word, pd_word count)
 {
     const auto tell = [&](const std::vector<pd_mbr_hdl> &active) {
@@ -293,15 +217,11 @@ pd_status pipe_mgr_get_word_llp_active_member_count(pd_sess_hdl sess, pd_dev_tar
         *to_word(count) = static_cast<u32>(active.size());
         return ok;
     };
-    return run(
-        "pipe_mgr_get_word_llp_active_member_count",
-        [&] { return with_active_members(target.device_id, table, word, tell); },
-        [&](Line &line) { line.number("sess", sess).target(target).table(table).number("word", word); },
-        [&](Line &line) { line.number("count", *to_word(count)); });
+    return with_active_members(target.device_id, table, word, tell);
 }
 
-pd_status pipe_mgr_get_word_llp_active_members(pd_sess_hdl sess, pd_dev_target target, u32 table,
-                                               pd_word word, pd_word count, pd_word members)
+pd_status pipe_mgr_get_word_llp_active_members(pd_sess_hdl, pd_dev_target target, u32 table, pd_word word,
+                                               pd_word count, pd_word members)
 {
     const auto room = static_cast<u32>(count);
     const auto list = [&](std::vector<pd_mbr_hdl> active) {
@@ -311,14 +231,7 @@ pd_status pipe_mgr_get_word_llp_active_members(pd_sess_hdl sess, pd_dev_target t
         std::ranges::copy(active, to_word(members));
         return ok;
     };
-    return run(
-        "pipe_mgr_get_word_llp_active_members",
-        [&] { return with_active_members(target.device_id, table, word, list); },
-        [&](Line &line) {
-            line.number("sess", sess).target(target).table(table);
-            line.number("word", word).number("count", count);
-        },
-        [&](Line &line) { line.words("members", list_text(to_word(members), room)); });
+    return with_active_members(target.device_id, table, word, list);
 }
 
 // ---- Callbacks and placement ----------------------------------------------------------------------------
@@ -326,15 +239,13 @@ pd_status pipe_mgr_get_word_llp_active_members(pd_sess_hdl sess, pd_dev_target t
 pd_status pipe_mgr_sel_tbl_register_cb(pd_sess_hdl sess, u32 device_id, u32 table, pipe_sel_tbl_cb callback,
                                        pd_word cookie)
 {
-    return listen("pipe_mgr_sel_tbl_register_cb", sess, device_id, table, &Profile::group_listeners, callback,
-                  cookie);
+    return listen(sess, device_id, table, &Profile::group_listeners, callback, cookie);
 }
 
 pd_status pipe_register_sel_update_cb(pd_sess_hdl sess, u32 device_id, u32 table, pipe_sel_update_cb callback,
                                       pd_word cookie)
 {
-    return listen("pipe_register_sel_update_cb", sess, device_id, table, &Profile::selector_listeners,
-                  callback, cookie);
+    return listen(sess, device_id, table, &Profile::selector_listeners, callback, cookie);
 }
 
 pd_status pipe_mgr_plcmt_sel_data_get(pd_word first, pd_word second, u32 table)
@@ -344,8 +255,8 @@ pd_status pipe_mgr_plcmt_sel_data_get(pd_word first, pd_word second, u32 table)
         request->data = new Placement{GroupPlacement{groups.members(found)}};
         return ok;
     };
-    return run_placement("pipe_mgr_plcmt_sel_data_get", request, second, table,
-                         [&] { return with_group(request->device_id, table, request->entry, get); });
+    return answer_request(request,
+                          [&] { return with_group(request->device_id, table, request->entry, get); });
 }
 
 } // extern "C"

@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "device.h"
-#include "operation.h"
 
 using namespace model;
 
@@ -41,21 +40,13 @@ extern "C" {
 pd_status bf_snapshot_create(pd_word first, pd_word second, u8 third, u8 fourth, pd_word fifth, pd_word sixth)
 {
     auto *handle = reinterpret_cast<u32 *>(sixth);
-    return run(
-        "bf_snapshot_create", [&] { return create(first, second, third, fourth, fifth, handle); },
-        [&](Line &line) {
-            line.number("dev", first).hex("pipe", second).number("first_stage", third);
-            line.number("last_stage", fourth).number("direction", fifth);
-        },
-        [&](Line &line) { line.hex("snapshot", *handle); });
+    return create(first, second, third, fourth, fifth, handle);
 }
 
 pd_status bf_snapshot_delete(u32 snapshot)
 {
     const auto remove = [&](Device &device) { return device.snapshots.remove(snapshot); };
-    return run(
-        "bf_snapshot_delete", [&] { return with_device(Snapshots::device_of(snapshot), remove); },
-        [&](Line &line) { line.hex("snapshot", snapshot); });
+    return with_device(Snapshots::device_of(snapshot), remove);
 }
 
 pd_status bf_snapshot_capture_trigger_set(u32 snapshot, u8 *spec, u8 *mask)
@@ -66,12 +57,7 @@ pd_status bf_snapshot_capture_trigger_set(u32 snapshot, u8 *spec, u8 *mask)
         found.set_trigger(spec, mask);
         return ok;
     };
-    return run(
-        "bf_snapshot_capture_trigger_set", [&] { return with_snapshot(snapshot, set); },
-        [&](Line &line) {
-            line.hex("snapshot", snapshot).words("spec", image(spec, program.snapshot_bytes));
-            line.words("mask", image(mask, program.snapshot_bytes));
-        });
+    return with_snapshot(snapshot, set);
 }
 
 pd_status bf_snapshot_capture_phv_fields_dict_size(u32 snapshot, u32 *total_bytes, u32 *stage_bytes)
@@ -83,13 +69,10 @@ pd_status bf_snapshot_capture_phv_fields_dict_size(u32 snapshot, u32 *total_byte
         *stage_bytes = program.snapshot_bytes;
         return ok;
     };
-    return run(
-        "bf_snapshot_capture_phv_fields_dict_size", [&] { return with_snapshot(snapshot, tell); },
-        [&](Line &line) { line.hex("snapshot", snapshot); },
-        [&](Line &line) { line.number("total_bytes", *total_bytes).number("stage_bytes", *stage_bytes); });
+    return with_snapshot(snapshot, tell);
 }
 
-pd_status bf_snapshot_capture_get(u32 snapshot, pd_word second, void *buffer, pd_word control, u32 *count)
+pd_status bf_snapshot_capture_get(u32 snapshot, pd_word, void *buffer, pd_word, u32 *count)
 {
     const auto get = [&](const Snapshot &found) {
         if (buffer == nullptr || count == nullptr)
@@ -98,10 +81,7 @@ pd_status bf_snapshot_capture_get(u32 snapshot, pd_word second, void *buffer, pd
         *count = found.captured();
         return ok;
     };
-    return run(
-        "bf_snapshot_capture_get", [&] { return with_snapshot(snapshot, get); },
-        [&](Line &line) { line.hex("snapshot", snapshot).hex("second", second).hex("control", control); },
-        [&](Line &line) { line.number("count", *count); });
+    return with_snapshot(snapshot, get);
 }
 
 // ---- Control --------------------------------------------------------------------------------------------

@@ -6,7 +6,7 @@
 #include <mutex>
 #include <thread>
 
-#include "operation.h"
+#include "status.h"
 
 namespace model {
 
@@ -38,15 +38,12 @@ private:
 
 Syncs &syncs();
 
-// Runs an operation that syncs a whole table. Its end is told behind the trace line, outside of every lock.
-template <typename Execute, typename Arguments>
-pd_status run_sync(const char *operation, const Sync &sync, Execute execute, Arguments arguments)
+// Runs what syncs a whole table. Its end is told outside of every lock.
+template <typename Execute>
+pd_status run_sync(const Sync &sync, Execute execute)
 {
-    const pd_status status = run(operation, execute, [&](Line &line) {
-        arguments(line);
-        line.words("callback", sync.callback != nullptr ? "set" : "null").hex("cookie", sync.cookie);
-    });
-    if (status == 0)
+    const pd_status status = execute();
+    if (status == ok)
         syncs().tell(sync);
     return status;
 }

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "bf_sys.h"
-#include "faults.h"
 #include "model.h"
 
 using namespace model;
@@ -19,6 +18,7 @@ namespace {
 std::atomic<int> debug_mode = 0;
 std::atomic<u64> blocks_given = 0;
 std::atomic<u64> blocks_freed = 0;
+std::atomic<u32> failing_allocation = 0; // the n-th from now, 0 for none
 
 std::mutex log_mutex;
 ts_model_log_fn log_sink = nullptr;
@@ -40,6 +40,7 @@ void model::reset_system()
     debug_mode = 0;
     blocks_given = 0;
     blocks_freed = 0;
+    failing_allocation = 0;
     ts_model_set_log(nullptr, nullptr);
 }
 
@@ -69,7 +70,7 @@ int bf_sys_log_and_trace(int module, int level, const char *format, ...)
 
 void *bf_sys_calloc(size_t count, size_t size)
 {
-    if (faults().next_allocation())
+    if (failing_allocation.load() != 0 && --failing_allocation == 0)
         return nullptr;
     void *memory = std::calloc(count, size);
     if (memory != nullptr)
@@ -88,6 +89,11 @@ void ts_model_allocations(u64 *given, u64 *freed)
 {
     *given = blocks_given;
     *freed = blocks_freed;
+}
+
+void ts_model_fail_allocation(u32 n)
+{
+    failing_allocation = n;
 }
 
 void ts_model_set_debug_mode(int on)

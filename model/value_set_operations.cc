@@ -2,7 +2,6 @@
 #include "pipe_mgr_pvs.h"
 
 #include "device.h"
-#include "operation.h"
 
 using namespace model;
 
@@ -15,23 +14,6 @@ pd_status with_set(u32 device_id, u32 set, Use use)
     return with_device(device_id, [&](Device &device) {
         return find_object(program.value_sets, set) != nullptr ? use(device.value_sets[set]) : unknown_object;
     });
-}
-
-Line &set_of(Line &line, pd_sess_hdl sess, u32 device_id, u32 set)
-{
-    const ProgramResource *known = find_object(program.value_sets, set);
-    line.number("sess", sess).number("dev", device_id);
-    return line.object("set", set, known != nullptr ? known->name : nullptr);
-}
-
-Line &scope_of(Line &line, const ValueSetScope &scope)
-{
-    return line.number("scope_a", scope.a).number("scope_b", scope.b).number("scope_c", scope.c);
-}
-
-Line &key_of(Line &line, u32 key, u32 mask)
-{
-    return line.hex("key", key).hex("mask", mask);
 }
 
 template <typename Value>
@@ -47,22 +29,17 @@ extern "C" {
 
 // ---- Properties -----------------------------------------------------------------------------------------
 
-pd_status pipe_mgr_pvs_set_property(pd_sess_hdl sess, u32 device_id, u32 set, u32 property,
+pd_status pipe_mgr_pvs_set_property(pd_sess_hdl, u32 device_id, u32 set, u32 property,
                                     pipe_pvs_property_value value, pipe_pvs_property_args args)
 {
     const auto write = [&](ValueSet &found) {
         found.properties[{property, args.argument}] = value.value;
         return ok;
     };
-    return run(
-        "pipe_mgr_pvs_set_property", [&] { return with_set(device_id, set, write); },
-        [&](Line &line) {
-            set_of(line, sess, device_id, set).number("property", property);
-            line.number("value", value.value).number("argument", args.argument);
-        });
+    return with_set(device_id, set, write);
 }
 
-pd_status pipe_mgr_pvs_get_property(pd_sess_hdl sess, u32 device_id, u32 set, u32 property, u32 *value,
+pd_status pipe_mgr_pvs_get_property(pd_sess_hdl, u32 device_id, u32 set, u32 property, u32 *value,
                                     pipe_pvs_property_args args)
 {
     const auto read = [&](const ValueSet &found) {
@@ -74,49 +51,34 @@ pd_status pipe_mgr_pvs_get_property(pd_sess_hdl sess, u32 device_id, u32 set, u3
         *value = known->second;
         return ok;
     };
-    return run(
-        "pipe_mgr_pvs_get_property", [&] { return with_set(device_id, set, read); },
-        [&](Line &line) {
-            set_of(line, sess, device_id, set).number("property", property).number("argument", args.argument);
-        },
-        [&](Line &line) { line.number("value", *value); });
+    return with_set(device_id, set, read);
 }
 
 // ---- Entries --------------------------------------------------------------------------------------------
 
-pd_status pipe_mgr_pvs_entry_add(pd_sess_hdl sess, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
-                                 u8 scope_c, u32 key, u32 key_mask, u32 *entry)
+pd_status pipe_mgr_pvs_entry_add(pd_sess_hdl, u32 device_id, u32 set, u32 scope_a, u32 scope_b, u8 scope_c,
+                                 u32 key, u32 key_mask, u32 *entry)
 {
     const ValueSetScope scope{scope_a, scope_b, scope_c};
     const auto add = [&](ValueSet &found) {
         return entry != nullptr ? found.add(scope, {key, key_mask}, *entry) : bad_argument;
     };
-    return run(
-        "pipe_mgr_pvs_entry_add", [&] { return with_set(device_id, set, add); },
-        [&](Line &line) { key_of(scope_of(set_of(line, sess, device_id, set), scope), key, key_mask); },
-        [&](Line &line) { line.number("entry", *entry); });
+    return with_set(device_id, set, add);
 }
 
-pd_status pipe_mgr_pvs_entry_modify(pd_sess_hdl sess, u32 device_id, u32 set, u32 entry, u32 key,
-                                    u32 key_mask)
+pd_status pipe_mgr_pvs_entry_modify(pd_sess_hdl, u32 device_id, u32 set, u32 entry, u32 key, u32 key_mask)
 {
     const auto modify = [&](ValueSet &found) { return found.modify(entry, {key, key_mask}); };
-    return run(
-        "pipe_mgr_pvs_entry_modify", [&] { return with_set(device_id, set, modify); },
-        [&](Line &line) {
-            key_of(set_of(line, sess, device_id, set).number("entry", entry), key, key_mask);
-        });
+    return with_set(device_id, set, modify);
 }
 
-pd_status pipe_mgr_pvs_entry_delete(pd_sess_hdl sess, u32 device_id, u32 set, u32 entry)
+pd_status pipe_mgr_pvs_entry_delete(pd_sess_hdl, u32 device_id, u32 set, u32 entry)
 {
     const auto remove = [&](ValueSet &found) { return found.remove(entry); };
-    return run(
-        "pipe_mgr_pvs_entry_delete", [&] { return with_set(device_id, set, remove); },
-        [&](Line &line) { set_of(line, sess, device_id, set).number("entry", entry); });
+    return with_set(device_id, set, remove);
 }
 
-pd_status pipe_mgr_pvs_entry_get(pd_sess_hdl sess, u32 device_id, u32 set, u32 entry, u32 *key, u32 *key_mask,
+pd_status pipe_mgr_pvs_entry_get(pd_sess_hdl, u32 device_id, u32 set, u32 entry, u32 *key, u32 *key_mask,
                                  u32 *scope_a, u32 *scope_b, u8 *scope_c)
 {
     const auto read = [&](const ValueSet &found) {
@@ -132,13 +94,10 @@ pd_status pipe_mgr_pvs_entry_get(pd_sess_hdl sess, u32 device_id, u32 set, u32 e
         tell(scope_c, known->scope.c);
         return ok;
     };
-    return run(
-        "pipe_mgr_pvs_entry_get", [&] { return with_set(device_id, set, read); },
-        [&](Line &line) { set_of(line, sess, device_id, set).number("entry", entry); },
-        [&](Line &line) { key_of(line, *key, *key_mask); });
+    return with_set(device_id, set, read);
 }
 
-pd_status pipe_mgr_pvs_entry_handle_get(pd_sess_hdl sess, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
+pd_status pipe_mgr_pvs_entry_handle_get(pd_sess_hdl, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
                                         u8 scope_c, u32 key, u32 key_mask, u32 *entry)
 {
     const ValueSetScope scope{scope_a, scope_b, scope_c};
@@ -151,15 +110,12 @@ pd_status pipe_mgr_pvs_entry_handle_get(pd_sess_hdl sess, u32 device_id, u32 set
         *entry = known;
         return ok;
     };
-    return run(
-        "pipe_mgr_pvs_entry_handle_get", [&] { return with_set(device_id, set, find); },
-        [&](Line &line) { key_of(scope_of(set_of(line, sess, device_id, set), scope), key, key_mask); },
-        [&](Line &line) { line.number("entry", *entry); });
+    return with_set(device_id, set, find);
 }
 
 // ---- Walks ----------------------------------------------------------------------------------------------
 
-pd_status pipe_mgr_pvs_entry_get_first(pd_sess_hdl sess, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
+pd_status pipe_mgr_pvs_entry_get_first(pd_sess_hdl, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
                                        u8 scope_c, u32 *first)
 {
     const ValueSetScope scope{scope_a, scope_b, scope_c};
@@ -169,13 +125,10 @@ pd_status pipe_mgr_pvs_entry_get_first(pd_sess_hdl sess, u32 device_id, u32 set,
         *first = found.next(scope, 0);
         return ok;
     };
-    return run(
-        "pipe_mgr_pvs_entry_get_first", [&] { return with_set(device_id, set, read); },
-        [&](Line &line) { scope_of(set_of(line, sess, device_id, set), scope); },
-        [&](Line &line) { line.number("first", *first); });
+    return with_set(device_id, set, read);
 }
 
-pd_status pipe_mgr_pvs_entry_get_next(pd_sess_hdl sess, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
+pd_status pipe_mgr_pvs_entry_get_next(pd_sess_hdl, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
                                       u8 scope_c, u32 after, u32 count, u32 *next)
 {
     const ValueSetScope scope{scope_a, scope_b, scope_c};
@@ -189,16 +142,11 @@ pd_status pipe_mgr_pvs_entry_get_next(pd_sess_hdl sess, u32 device_id, u32 set, 
         }
         return ok;
     };
-    return run(
-        "pipe_mgr_pvs_entry_get_next", [&] { return with_set(device_id, set, read); },
-        [&](Line &line) {
-            scope_of(set_of(line, sess, device_id, set), scope).number("after", after).number("count", count);
-        },
-        [&](Line &line) { line.words("next", list_text(next, count)); });
+    return with_set(device_id, set, read);
 }
 
-pd_status pipe_mgr_pvs_entry_get_count(pd_sess_hdl sess, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
-                                       u8 scope_c, u8 flag, u32 *count)
+pd_status pipe_mgr_pvs_entry_get_count(pd_sess_hdl, u32 device_id, u32 set, u32 scope_a, u32 scope_b,
+                                       u8 scope_c, u8, u32 *count)
 {
     const ValueSetScope scope{scope_a, scope_b, scope_c};
     const auto read = [&](const ValueSet &found) {
@@ -207,10 +155,7 @@ pd_status pipe_mgr_pvs_entry_get_count(pd_sess_hdl sess, u32 device_id, u32 set,
         *count = found.count(scope);
         return ok;
     };
-    return run(
-        "pipe_mgr_pvs_entry_get_count", [&] { return with_set(device_id, set, read); },
-        [&](Line &line) { scope_of(set_of(line, sess, device_id, set), scope).number("flag", flag); },
-        [&](Line &line) { line.number("count", *count); });
+    return with_set(device_id, set, read);
 }
 
 } // extern "C"

@@ -5,9 +5,9 @@
 
 #include "commands.h"
 #include "json.h"
-#include "model.h"
 #include "pd.h"
 #include "signals.h"
+#include "tap.h"
 #include "utf8.h"
 
 namespace shell {
@@ -116,7 +116,7 @@ const ProfileNames *Session::names(const reflection::TableFunctions &table)
 
 void Session::set_trace(bool on)
 {
-    ts_model_set_trace(on ? keep_trace_line : nullptr, this);
+    ts_tap_trace(on ? keep_trace_line : nullptr, this);
 }
 
 void Session::print_behind(std::string_view line)

@@ -1,14 +1,7 @@
-/* A first program: brings the library up against the model driver and programs one port and one route. */
+/* A first program: brings the library up and programs one port and one route. */
 #include <stdio.h>
 
-#include "model.h" /* the driver that this process uses; on a switch it is the chip's own */
 #include "pd.h"
-
-/* Called for every driver call, so that we see which bytes reach the chip. */
-static void print_call(const char *line, void *cookie)
-{
-    fprintf(cookie, "  %s\n", line);
-}
 
 int main(void)
 {
@@ -18,7 +11,6 @@ int main(void)
     pd_status status;
 
     p4_pd_tessel_switch_init(); /* once, before anything else */
-    ts_model_set_trace(print_call, stdout);
 
     /* A table has a record for its key, an action one for its parameters: plain numbers, host byte order. */
     p4_pd_tessel_switch_ingressPortMapping_match_spec_t key = {.ig_intr_md_ingress_port = 7};

@@ -20,7 +20,7 @@ printf '%s\n' 'add nextHop0 nextHop=7 : setNextHopDetails dmac=00:11:22:33:44:55
 expect 'two lines' "$("$shell" "$folder/two_lines.tsl")" 'entry 1'
 
 # The shell's own libraries, by their versioned names, are the installed ones.
-for name in libts_bf_pd_nat_static libtessel_model; do
+for name in libts_bf_pd_nat_static libtessel_tap libtessel_model; do
     loaded=$(ldd "$shell" | sed -n "s|.*=> \(.*/$name\.so[^ ]*\) .*|\1|p")
     expect "$name" "$(readlink -f "$loaded")" "$(readlink -f "$libraries/$name.so.$version")"
     expect "soname of $name" "$(basename "$loaded")" "$name.so.${version%%.*}"

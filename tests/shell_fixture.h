@@ -1,5 +1,4 @@
-// Runs scripts in a shell of the test's own process: output, messages, exit status and the model's trace come
-// out.
+// Runs scripts in a shell of the test's own process: output, messages, exit status and the trace come out.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,6 +8,7 @@
 
 #include "model.h"
 #include "session.h"
+#include "tap.h"
 
 struct Outcome {
     int status;
@@ -30,6 +30,16 @@ class Shell : public testing::Test {
 protected:
     Shell() { ts_model_reset(); }
     ~Shell() override { ts_model_reset(); }
+
+    // `use` runs while every call of the operation is refused with the status.
+    template <typename Use>
+    static void while_refused(const char *operation, pd_status status, Use use)
+    {
+        const ts_tap_fault fault{operation, 0, 0, 0, status};
+        EXPECT_EQ(ts_tap_fail(&fault), 0);
+        use();
+        ts_tap_fail_nothing();
+    }
 
     static Outcome run(const std::string &script, shell::SessionOptions options = {})
     {

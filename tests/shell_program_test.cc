@@ -107,11 +107,10 @@ TEST_F(Shell, LeavesNoHalfWrittenFile)
     const std::string file = folder.write("saved", "older");
     output_of("add l2SmacCheck priority=1 : NoAction");
     for (const char *operation :
-         {"pipe_mgr_get_entry", "pipe_mgr_get_next_entry_handles", "pipe_mgr_table_get_default_entry"}) {
-        ts_model_fail_operation(operation, 99);
-        EXPECT_EQ(run("save " + file).err, "t:1:1: the driver refused: unknown reason (status 99)\n");
-        ts_model_fail_operation(operation, 0);
-    }
+         {"pipe_mgr_get_entry", "pipe_mgr_get_next_entry_handles", "pipe_mgr_table_get_default_entry"})
+        while_refused(operation, 99, [&] {
+            EXPECT_EQ(run("save " + file).err, "t:1:1: the driver refused: unknown reason (status 99)\n");
+        });
     EXPECT_EQ(folder.read("saved"), "older");
     EXPECT_EQ(folder.files(), 1);
 }
