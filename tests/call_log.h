@@ -130,7 +130,7 @@ protected:
         member = random.word();
         group = random.word();
         cell = random.word();
-        recorder::answer.entry = random.word();
+        recorder::answer.numbers[0] = random.word();
         recorder::answer.action = action = random.word();
     }
 

@@ -74,7 +74,7 @@ protected:
         const pd_meter_spec meter_before = meter;
         recorder::reset();
         recorder::status = sweep::statuses[turn++ % std::size(sweep::statuses)];
-        recorder::answer.entry = random.word();
+        recorder::answer.numbers[0] = random.word();
         const u64 allocated = recorder::allocations;
         const pd_status status = function();
         EXPECT_TRUE(round == 0 || !recorder::log.empty() || recorder::allocations == allocated);
@@ -91,7 +91,7 @@ protected:
     {
         pd_entry_hdl result = ~0u;
         check(expected, [&] { return function(&result); });
-        EXPECT_EQ(result, recorder::answer.entry);
+        EXPECT_EQ(result, recorder::answer.numbers[0]);
     }
 
     void check_add(const pd::Table &table, const ActionFunctions &action)

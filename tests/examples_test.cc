@@ -53,7 +53,7 @@ TEST_F(Examples, PortMappingIsWrittenAndReadBack)
                                              .action_nativeAintf = 0x1234,
                                              .action_switchPort = 0xff,
                                              .action_physicalPort = 2};
-    recorder::answer.entry = 0x1234567;
+    recorder::answer.numbers[0] = 0x1234567;
     EXPECT_EQ(PD(ingressPortMapping_table_add_with_setPhase0)(sess, target, &key, &action, &entry), 0u);
     EXPECT_EQ(entry, 0x1234567u);
     const std::string match = "{value=0123 mask=ffff partition=0 priority=0 bits=9 bytes=2 reserved=0}";

@@ -160,7 +160,7 @@ TEST_F(IndirectEntries, TheStoreTellsTheActionThenTheDriverIsCalled)
             expect_write(
                 line("pipe_mgr_mat_ent_add", sess, target, mat, key_text(*table.row), action, text, 0, 0),
                 [&] { return functions.add(sess, target, with, member, &result); });
-            EXPECT_EQ(std::exchange(result, 0), recorder::answer.entry);
+            EXPECT_EQ(std::exchange(result, 0), recorder::answer.numbers[0]);
             expect_write(line("pipe_mgr_mat_ent_set_action_by_match_spec", sess, target, mat,
                               key_text(*table.row), action, text, 0),
                          [&] { return functions.modify_by_match_spec(sess, target, with, member); });
@@ -168,7 +168,7 @@ TEST_F(IndirectEntries, TheStoreTellsTheActionThenTheDriverIsCalled)
                          [&] { return functions.modify(sess, device, entry, member); });
             expect_write(line("pipe_mgr_mat_default_entry_set", sess, target, mat, action, text, 0),
                          [&] { return functions.set_default_entry(sess, target, member, &result); });
-            EXPECT_EQ(result, recorder::answer.entry);
+            EXPECT_EQ(result, recorder::answer.numbers[0]);
         }
     });
 }

@@ -30,6 +30,7 @@ protected:
     void SetUp() override
     {
         recorder::reset();
+        recorder::answer.numbers[0] = 0x77; // the client
         p4_pd_tessel_switch_init();
         started = recorder::lines();
         recorder::forget();
@@ -52,7 +53,7 @@ TEST_F(Lifecycle, StartRegistersInOrder)
     EXPECT_EQ(started, (Events{"p4_pd_ms_init()", "p4_pd_ms_init_state()", "p4_pd_ms_init_state()",
                                "p4_pd_ms_init_state()", "p4_pd_ms_init_state()",
                                "bf_drv_register(p4_pd_tessel_switch_pd)",
-                               "bf_drv_client_register_callbacks(0x77, 0x2)"}));
+                               "bf_drv_client_register_callbacks(0x77, client, 0x2)"}));
     EXPECT_EQ(bf_drv_hdl, 0x77u);
 
     pd_word words[31];
@@ -67,6 +68,7 @@ TEST_F(Lifecycle, StartLooksAtTheRegistrationOnly)
     for (std::size_t call = 1; call <= started.size(); ++call)
         if (!started[call - 1].starts_with("bf_drv_register(")) {
             recorder::reset();
+            recorder::answer.numbers[0] = 0x77;
             recorder::failing_call = call;
             recorder::failing_status = 0xffffffff;
             p4_pd_tessel_switch_init();
@@ -76,7 +78,7 @@ TEST_F(Lifecycle, StartLooksAtTheRegistrationOnly)
 
 TEST_F(Lifecycle, SecondStartTakesFreshStates)
 {
-    recorder::client_handle = 0x78;
+    recorder::answer.numbers[0] = 0x78;
     p4_pd_tessel_switch_init();
     EXPECT_EQ(bf_drv_hdl, 0x78u);
     recorder::forget();

@@ -81,11 +81,12 @@ TEST_F(Profiles, AddTellsTheDriverThenTheStore)
             expect_steps(
                 {{line("pipe_mgr_adt_ent_add", sess, target, facts.table, action.handle, 0,
                        encode(functions, action), 0)},
-                 {line("p4_pd_ms_new_mbr", sess, state, device, recorder::answer.entry), Failure::ignored},
-                 {line("p4_pd_ms_set_mbr_act", state, device, recorder::answer.entry, action.handle),
+                 {line("p4_pd_ms_new_mbr", sess, state, device, recorder::answer.numbers[0]),
+                  Failure::ignored},
+                 {line("p4_pd_ms_set_mbr_act", state, device, recorder::answer.numbers[0], action.handle),
                   Failure::ignored}},
                 [&] { return functions.add(sess, target, parameters.data(), &added); });
-            EXPECT_EQ(added, recorder::answer.entry);
+            EXPECT_EQ(added, recorder::answer.numbers[0]);
         });
     });
 }
@@ -192,7 +193,6 @@ TEST_F(Profiles, ActionsOfOthersCannotBeRead)
             ASSERT_EQ(recorder::log.size(), 1u);
             EXPECT_EQ(recorder::log[0].module, 0);
             EXPECT_EQ(recorder::log[0].level, 2);
-            EXPECT_EQ(recorder::log[0].format, "ASSERTION FAILED: \"((void *)0)\" (NULL) from %s:%d");
             EXPECT_TRUE(recorder::log[0].text.starts_with(
                 "ASSERTION FAILED: \"((void *)0)\" (NULL) from p4_pd_tessel_switch_" +
                 std::string(facts.name) + "_" + read.first + ":"))
@@ -224,9 +224,9 @@ TEST_F(Profiles, ChangesTellTheDriverThenTheStore)
                      [&] { return profile.del_member(sess, device, member); });
         expect_steps(
             {{line("pipe_mgr_sel_grp_add", sess, target, sel, 0u, size, 0xdeadbeef, 0u)},
-             {line("p4_pd_ms_new_grp", sess, state, device, recorder::answer.entry), Failure::ignored}},
+             {line("p4_pd_ms_new_grp", sess, state, device, recorder::answer.numbers[0]), Failure::ignored}},
             [&] { return profile.create_group(sess, target, size, &created); });
-        EXPECT_EQ(created, recorder::answer.entry);
+        EXPECT_EQ(created, recorder::answer.numbers[0]);
         expect_steps({{line("p4_pd_ms_get_mbr_act", state, device, member)},
                       {line("pipe_mgr_sel_grp_mbr_add", sess, device, sel, group, action, member, 0u)},
                       {line("p4_pd_ms_add_mbr_to_grp", sess, state, device, member, group), Failure::ignored},
@@ -264,10 +264,10 @@ TEST_F(Profiles, GroupsAreDeletedWithTheirMembers)
             const u32 sel = facts.selector;
             std::vector<Step> steps{{line("pipe_mgr_get_sel_grp_mbr_count", sess, device, sel, group)}};
             if (with.count)
-                steps.insert(steps.end(), {{line("bf_sys_calloc", with.count, sizeof(u32))},
-                                           {line("bf_sys_calloc", with.count, sizeof(u8))},
-                                           {line("pipe_mgr_sel_grp_mbrs_get", sess, device, sel, group,
-                                                 with.count, 0u, 0u)}});
+                steps.insert(steps.end(),
+                             {{line("bf_sys_calloc", with.count, sizeof(u32))},
+                              {line("bf_sys_calloc", with.count, sizeof(u8))},
+                              {line("pipe_mgr_sel_grp_mbrs_get", sess, device, sel, group, with.count, 0u)}});
             steps.push_back({line("pipe_mgr_sel_grp_del", sess, device, sel, group, 0u)});
             steps.push_back({line("p4_pd_ms_del_grp", sess, state, device, group,
                                   with.count ? with.written : 0, with.list)});
@@ -351,7 +351,7 @@ TEST_F(Profiles, TheRestIsHandedOn)
         };
         list[0] = 0;
         expect_forwards(forwards);
-        EXPECT_EQ(result, recorder::answer.entry);
+        EXPECT_EQ(result, recorder::answer.numbers[0]);
         EXPECT_EQ(list[0], 7u);
 
         for (const auto &[get, handle] : {std::pair{profile.get_adt_table_handle, facts.table},
@@ -368,7 +368,7 @@ TEST_F(Profiles, TheRestIsHandedOn)
 TEST_F(Profiles, ExportedFunctionsTakeTheirArgumentsInThisOrder)
 {
     recorder::answer.action = 9;
-    recorder::answer.entry = 8;
+    recorder::answer.numbers[0] = 8;
     const p4_pd_tessel_switch_setEcmpNextHop_action_spec_t next_hop{.action_nextHopTable = 0xfe,
                                                                     .action_nextHop = 0x12345678};
     pd_mbr_hdl added = 0, next[6];

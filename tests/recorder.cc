@@ -8,9 +8,7 @@
 #include <cstring>
 #include <utility>
 
-#include "bf_snapshot.h"
-#include "bf_sys.h"
-#include "pd_ms.h"
+#include "any_driver.h"
 
 namespace recorder {
 
@@ -24,7 +22,6 @@ pd_status status;
 std::size_t failing_call;
 pd_status failing_status;
 pd_word next_state = 1;
-u32 client_handle = 0x77;
 bool debug_mode;
 bool announce;
 
@@ -255,421 +252,371 @@ void reset()
     status = failing_status = 0;
     failing_call = 0;
     next_state = 1;
-    client_handle = 0x77;
     debug_mode = announce = false;
     std::ranges::for_each(blocks, std::free);
     blocks = {};
 }
 
-// ---- Kinds of arguments -----------------------------------------------------------------------------------
-//
-// A kind has the type of an argument, puts what comes in into the line and gives what goes out. It sees the
-// words of all arguments, for where one tells the size of another.
+// ---- Arguments --------------------------------------------------------------------------------------------
 
 namespace {
 
-using Words = std::array<pd_word, 12>;
+using tap::ArgumentRow, tap::Direction, tap::Kind, tap::OperationRow, tap::Value;
 
-template <typename T>
-pd_word word_of(T argument)
+// A call: its row, its arguments, and the answer that is meant.
+struct Call {
+    const OperationRow &row;
+    const Value *values;
+    const Answer &given;
+
+    template <typename T>
+    T get(std::size_t at) const
+    {
+        return values[at].as<T>();
+    }
+    // Of a list, the elements that there are or may be.
+    std::size_t count(const ArgumentRow &list) const
+    {
+        return list.count >= 0 ? values[list.count].number() : list.size;
+    }
+};
+
+// The library's own callback: it has no cookie behind it.
+bool is_restore(const Call &call, std::size_t at)
 {
-    if constexpr (std::is_integral_v<T>)
-        return argument;
-    else
-        return 0;
+    return call.row.arguments[at].kind == Kind::callback && at + 1 == call.row.arguments.size();
 }
 
-// Goes in as it is.
+// The library's own buffer for the stages of a snapshot.
+bool is_capture(const Call &call, std::size_t at)
+{
+    return call.row.arguments[at].kind == Kind::opaque &&
+           std::string_view{call.row.name}.starts_with("bf_snapshot");
+}
+
 template <typename T>
-struct Value {
-    using Type = T;
-    static void put(Text &text, T argument, const Words &)
-    {
-        text.separate();
-        recorder::put(text, argument);
+void put_list(Text &text, const T *list, std::size_t count)
+{
+    if (!list)
+        return text.add("null");
+    text.add("[");
+    for (std::size_t i = 0; i < count; ++i) {
+        text.add(i ? " " : "");
+        put(text, list[i]);
     }
-    static void give(T, const Words &) {}
-};
-using Word = Value<u32>;
-using Byte = Value<u8>;
-using Wide = Value<pd_word>;
-using Target = Value<pd_dev_target>;
-using Name = Value<const char *>;
-using Session = Word;
-using Device = Word;
-using Table = Word;
-using Handle = Word;
-using Action = Word;
-using Index = Word;
-using Count = Word;
-using Flags = Word;
+    text.add("]");
+}
 
-// A callback, or a place that is handed on.
-template <typename T>
-struct Pointer : Value<T> {
-    static void put(Text &text, T argument, const Words &)
-    {
-        text.separate();
-        recorder::put(text, u64{reinterpret_cast<pd_word>(argument)});
-    }
-};
-
-// Shows in no line.
-template <typename T>
-struct Hidden {
-    using Type = T;
-    static void put(Text &, T, const Words &) {}
-    static void give(T, const Words &) {}
-};
-
-// A record or word by address.
-template <typename T>
-struct In : Hidden<T *> {
-    static void put(Text &text, T *argument, const Words &)
-    {
-        text.separate();
-        if (argument)
-            recorder::put(text, *argument);
+// Puts the record that the argument points at; false for what is no record.
+bool put_record(Text &text, const Call &call, std::size_t at)
+{
+    const auto put_at = [&]<typename T>(const T *record) {
+        if (record)
+            put(text, *record);
         else
             text.add("null");
+        return true;
+    };
+    switch (call.row.arguments[at].kind) {
+    case Kind::target:
+        return put_at(call.get<pd_dev_target *>(at));
+    case Kind::idle_params:
+        return put_at(call.get<pipe_idle_params *>(at));
+    case Kind::property_value:
+        return put_at(call.get<pipe_pvs_property_value *>(at));
+    case Kind::property_args:
+        return put_at(call.get<pipe_pvs_property_args *>(at));
+    case Kind::match:
+        return put_at(call.get<pipe_match_spec *>(at));
+    case Kind::action_spec:
+        return put_at(call.get<pipe_action_spec *>(at));
+    case Kind::meter_spec:
+        return put_at(call.get<pipe_meter_spec *>(at));
+    case Kind::wred_spec:
+        return put_at(call.get<pipe_wred_spec *>(at));
+    case Kind::register_value:
+        return put_at(call.get<pipe_stful_value *>(at));
+    case Kind::counts:
+        return put_at(call.get<pipe_stat_data *>(at));
+    case Kind::counts_list:
+        return put_at(*call.get<pipe_stat_data **>(at));
+    default:
+        return false;
     }
-};
-using Match = In<pipe_match_spec>;
-using Spec = In<pipe_action_spec>;
-using Indices = In<u32>;
-using Counts = In<pipe_stat_data>;
-using Meter = In<pipe_meter_spec>;
-using Wred = In<pipe_wred_spec>;
-using Element = In<pipe_stful_value>;
-
-const Answer &chip()
-{
-    return answer;
 }
 
-const Answer &placed()
+// "4@0": the room of each query, and at which element behind the first query's it lies.
+void put_queries(Text &text, const pipe_stful_query *queries, std::size_t count)
 {
-    return placement ? *placement : answer;
+    for (std::size_t i = 0; i < count; ++i)
+        text.add("%s%u@%d", i ? " " : "", queries[i].count,
+                 static_cast<int>(queries[i].elements - queries[0].elements));
 }
 
-// Gets a member of the answer.
-template <auto member, auto from = chip>
-struct Out : Hidden<std::remove_cvref_t<decltype(answer.*member)> *> {
-    using Type = std::remove_cvref_t<decltype(answer.*member)> *;
-    static void give(Type to, const Words &)
-    {
-        if (to)
-            *to = from().*member;
-    }
-};
-using NewHandle = Out<&Answer::entry>;
-using ActionOut = Out<&Answer::action>;
-using PlacedAction = Out<&Answer::action, placed>;
-using EntryCounts = Out<&Answer::counts>;
-
-template <std::size_t index>
-struct NumberOut : Hidden<u32 *> {
-    static void give(u32 *to, const Words &) { *to = answer.numbers[index]; }
-};
-
-// What it held before is in the line.
-template <typename Given>
-struct Shown : Given {
-    using Type = typename Given::Type;
-    static void put(Text &text, Type to, const Words &words)
-    {
-        In<std::remove_pointer_t<Type>>::put(text, to, words);
-    }
-};
-template <std::size_t index>
-using NumberInOut = Shown<NumberOut<index>>;
-using MeterInOut = Shown<Out<&Answer::meter>>;
-using IdleInOut = Shown<Out<&Answer::idle>>;
-
-// The buffers are as long as what the driver will write.
-template <auto from = chip>
-struct MatchOut : Hidden<pipe_match_spec *> {
-    static void put(Text &text, pipe_match_spec *match, const Words &)
-    {
-        text.separate();
-        put_match(text, *match, from().value.size());
-    }
-    static void give(pipe_match_spec *match, const Words &)
-    {
-        const Answer &given = from();
-        std::ranges::copy(given.value, match->match_value);
-        std::ranges::copy(given.mask, match->match_mask);
-        if (given.null_value)
-            match->match_value = nullptr;
-        match->num_bytes = given.num_bytes;
-        match->partition_index = given.partition_index;
-        match->priority = given.priority;
-    }
-};
-
-template <auto from = chip>
-struct DataOut : Hidden<pipe_action_data *> {
-    static void put(Text &text, pipe_action_data *data, const Words &)
-    {
-        text.separate();
-        put_data(text, *data, answer.data.size());
-    }
-    static void give(pipe_action_data *data, const Words &)
-    {
-        if (data->data)
-            std::ranges::copy(from().data, data->data);
-    }
-};
-
-template <auto from = chip>
-struct SpecOut : Hidden<pipe_action_spec *> {
-    static void put(Text &text, pipe_action_spec *spec, const Words &)
-    {
-        text.separate();
-        put_spec(text, *spec, answer.data.size());
-    }
-    static void give(pipe_action_spec *spec, const Words &words)
-    {
-        const Answer &given = from();
-        DataOut<from>::give(&spec->action_data, words);
-        spec->member_hdl = given.member;
-        spec->group_hdl = given.group;
-        spec->action_kind = given.action_kind;
-        spec->resource_count = given.resource_count;
-        std::ranges::copy(given.resources, spec->resources);
-    }
-};
-
-// As many elements as the argument with this number, from 0, tells.
-template <typename T, std::size_t count>
-struct List : Hidden<T *> {
-    static void put(Text &text, T *list, const Words &words)
-    {
-        text.separate();
-        if (!list)
-            return text.add("null");
-        for (std::size_t i = 0; i < words[count]; ++i) {
-            text.add(i ? " " : "[");
-            recorder::put(text, list[i]);
-        }
-        text.add("]");
-    }
-};
-
-template <std::size_t count>
-using Handles = List<u32, count>;
-template <std::size_t count>
-using Resources = List<pipe_res_spec, count>;
-template <std::size_t count>
-using Attributes = List<pipe_hash_calc_input_field_attribute, count>;
-
-template <std::size_t count>
-struct Stream : Hidden<u8 *> {
-    static void put(Text &text, u8 *bytes, const Words &words)
-    {
-        text.separate();
-        text.add_bytes(bytes, words[count]);
-    }
-};
-struct Trigger : Hidden<u8 *> {
-    static void put(Text &text, u8 *bytes, const Words &)
-    {
-        text.separate();
-        text.add_bytes(bytes, sizeof(pd_snapshot_phv));
-    }
-};
-
-// Handles of a walk, or the members of a group with their states.
-template <std::size_t count>
-struct HandlesOut : Hidden<u32 *> {
-    static void give(u32 *to, const Words &words)
-    {
-        std::copy_n(answer.numbers.begin(), std::min<std::size_t>(words[count], 4), to);
-    }
-};
-template <std::size_t count>
-struct MembersOut : Hidden<u32 *> {
-    static void give(u32 *to, const Words &words)
-    {
-        for (u32 i = 0; i < words[count]; ++i)
-            to[i] = 101 + i;
-    }
-};
-template <std::size_t count>
-struct StatesOut : Hidden<u8 *> {
-    static void give(u8 *to, const Words &words) { std::fill_n(to, words[count], u8{1}); }
-};
-
-struct CountsOut : Hidden<pipe_stat_data **> {
-    static void put(Text &text, pipe_stat_data **list, const Words &words)
-    {
-        In<pipe_stat_data>::put(text, *list, words);
-    }
-    static void give(pipe_stat_data **list, const Words &) { **list = answer.counts; }
-};
-
-// Words of the store that a reader must take no notice of.
-struct StoreWord : Hidden<pd_word *> {
-    static void give(pd_word *to, const Words &) { *to = ~pd_word{0}; }
-};
-
-// "4@0": the room of a query, and at which element behind the first query's it lies.
-template <std::size_t count>
-struct Queries : Hidden<pipe_stful_query *> {
-    static void put(Text &text, pipe_stful_query *queries, const Words &words)
-    {
-        text.separate();
-        for (std::size_t i = 0; i < words[count]; ++i)
-            text.add("%s%u@%d", i ? " " : "", queries[i].count,
-                     static_cast<int>(queries[i].elements - queries[0].elements));
-    }
-    static void give(pipe_stful_query *queries, const Words &words)
-    {
-        for (std::size_t i = 0; i < std::min<std::size_t>(words[count], answer.flags.size()); ++i)
-            give_one(queries[i], answer.flags[i]);
-    }
-    // No more than there is room for.
-    static void give_one(pipe_stful_query &query, const Bytes &flags)
-    {
-        query.count = std::min(query.count, static_cast<u32>(flags.size()));
-        for (u32 i = 0; i < query.count; ++i) {
-            std::fill_n(query.elements[i].bytes, sizeof query.elements[i].bytes, u8{0xee});
-            query.elements[i].bytes[0] = flags[i];
-        }
-    }
-};
-struct Query : Hidden<pipe_stful_query *> {
-    static constexpr Words one{1};
-    static void put(Text &text, pipe_stful_query *query, const Words &) { Queries<0>::put(text, query, one); }
-    static void give(pipe_stful_query *query, const Words &) { Queries<0>::give(query, one); }
-};
-struct IndicesRead : Hidden<u32 *> {
-    static void give(u32 *to, const Words &) { *to = static_cast<u32>(answer.flags.size()); }
-};
-
-template <std::size_t capacity>
-struct AttributesOut : Hidden<pipe_hash_calc_input_field_attribute *> {
-    static u32 count(const Words &words)
-    {
-        return static_cast<u32>(std::min<std::size_t>(words[capacity], answer.attributes.size()));
-    }
-    static void give(pipe_hash_calc_input_field_attribute *to, const Words &words)
-    {
-        std::copy_n(answer.attributes.begin(), count(words), to);
-    }
-};
-template <std::size_t capacity>
-struct AttributeCount : In<u32> {
-    static void give(u32 *to, const Words &words) { *to = AttributesOut<capacity>::count(words); }
-};
-
-struct Stages : Hidden<void *> {
-    static void give(void *to, const Words &) { std::ranges::copy(answer.stages, static_cast<u8 *>(to)); }
-};
-
-// The element of a document that a call is about; a log gets a number besides.
-struct Document : Hidden<cJSON *> {
-    static void put(Text &text, cJSON *document, const Words &)
-    {
-        text.separate();
-        text.add("%s", cJSON_GetObjectItem(document, "name")->valuestring);
-    }
-};
-struct Log : Document {
-    static void give(cJSON *document, const Words &words)
-    {
-        cJSON_AddNumberToObject(document, "state", static_cast<double>(words[1]));
-    }
-};
-
-// Kept for the test.
-struct ClientCallbacks : Hidden<pd_drv_client_callbacks *> {
-    static void give(pd_drv_client_callbacks *from, const Words &) { callbacks = *from; }
-};
-struct RestoreCallback : Hidden<pipe_restore_state_cb> {
-    static void give(pipe_restore_state_cb from, const Words &) { restore = from; }
-};
-struct ClientHandle : Hidden<u32 *> {
-    static void give(u32 *to, const Words &) { *to = client_handle; }
-};
-
-template <typename... Kinds>
-pd_status call(const char *operation, typename Kinds::Type... arguments)
+// What a place holds before the driver writes to it shows where the library has to fill it. Buffers are as
+// long as what the driver will write.
+bool put_out(Text &text, const Call &call, std::size_t at)
 {
-    const Words words{word_of(arguments)...};
-    keep(operation, [&](Text &text) { (Kinds::put(text, arguments, words), ...); });
-    (Kinds::give(arguments, words), ...);
-    return answer_status();
+    const ArgumentRow &row = call.row.arguments[at];
+    switch (row.kind) {
+    case Kind::match:
+        put_match(text, *call.get<pipe_match_spec *>(at), call.given.value.size());
+        return true;
+    case Kind::action_spec:
+        put_spec(text, *call.get<pipe_action_spec *>(at), call.given.data.size());
+        return true;
+    case Kind::action_data:
+        put_data(text, *call.get<pipe_action_data *>(at), call.given.data.size());
+        return true;
+    case Kind::meter_spec:
+    case Kind::idle_params:
+    case Kind::counts_list:
+        return put_record(text, call, at);
+    case Kind::query:
+        put_queries(text, call.get<pipe_stful_query *>(at), 1);
+        return true;
+    case Kind::queries:
+        put_queries(text, call.get<pipe_stful_query *>(at), call.count(row));
+        return true;
+    case Kind::document:
+        put(text, cJSON_GetObjectItem(call.get<cJSON *>(at), "name")->valuestring);
+        return true;
+    default: { // of a place nothing shows, but where there is none, or where it is the caller's own
+        const bool shown = call.values[at].number() == 0 || (row.kind == Kind::bytes && row.written < 0);
+        if (shown)
+            put(text, call.values[at].number());
+        return shown;
+    }
+    }
+}
+
+void put_in(Text &text, const Call &call, std::size_t at)
+{
+    const ArgumentRow &row = call.row.arguments[at];
+    const std::size_t count = call.count(row);
+    if (put_record(text, call, at))
+        return;
+    switch (row.kind) {
+    case Kind::text:
+        return put(text, call.get<const char *>(at));
+    case Kind::numbers:
+    case Kind::members:
+        return put_list(text, call.get<u32 *>(at), count);
+    case Kind::resources:
+        return put_list(text, call.get<pipe_res_spec *>(at), count);
+    case Kind::attributes:
+        return put_list(text, call.get<pipe_hash_calc_input_field_attribute *>(at), count);
+    case Kind::bytes:
+        return text.add_bytes(call.get<u8 *>(at), count);
+    case Kind::document:
+        return put(text, cJSON_GetObjectItem(call.get<cJSON *>(at), "name")->valuestring);
+    case Kind::client:
+        return put(text, "client");
+    default:
+        if (is_restore(call, at) || is_capture(call, at))
+            return put(text, "own");
+        return put(text, call.values[at].number());
+    }
+}
+
+void put_arguments(Text &text, const Call &call)
+{
+    for (std::size_t at = 0; at < call.row.arguments.size(); ++at) {
+        Text before = text;
+        text.separate();
+        if (call.row.arguments[at].direction == Direction::in)
+            put_in(text, call, at);
+        else if (!put_out(text, call, at))
+            text = before;
+    }
+}
+
+// ---- Answers ----------------------------------------------------------------------------------------------
+
+void give_match(pipe_match_spec &to, const Answer &given)
+{
+    std::ranges::copy(given.value, to.match_value);
+    std::ranges::copy(given.mask, to.match_mask);
+    if (given.null_value)
+        to.match_value = nullptr;
+    to.num_bytes = given.num_bytes;
+    to.partition_index = given.partition_index;
+    to.priority = given.priority;
+}
+
+void give_data(pipe_action_data &to, const Answer &given)
+{
+    if (to.data)
+        std::ranges::copy(given.data, to.data);
+}
+
+void give_spec(pipe_action_spec &to, const Answer &given)
+{
+    give_data(to.action_data, given);
+    to.member_hdl = given.member;
+    to.group_hdl = given.group;
+    to.action_kind = given.action_kind;
+    to.resource_count = given.resource_count;
+    std::ranges::copy(given.resources, to.resources);
+}
+
+// No more than there is room for.
+void give_queries(pipe_stful_query *queries, std::size_t count, const Answer &given)
+{
+    for (std::size_t i = 0; i < std::min(count, given.flags.size()); ++i) {
+        pipe_stful_query &query = queries[i];
+        query.count = std::min(query.count, static_cast<u32>(given.flags[i].size()));
+        for (u32 element = 0; element < query.count; ++element) {
+            std::fill_n(query.elements[element].bytes, sizeof query.elements[element].bytes, u8{0xee});
+            query.elements[element].bytes[0] = given.flags[i][element];
+        }
+    }
+}
+
+// How many elements a list got that says so.
+u32 written(const Call &call, std::size_t number)
+{
+    for (const ArgumentRow &row : call.row.arguments)
+        if (row.written >= 0 && static_cast<std::size_t>(row.written) == number) {
+            if (row.kind == Kind::attributes)
+                return static_cast<u32>(std::min(call.count(row), call.given.attributes.size()));
+            if (row.kind == Kind::queries)
+                return static_cast<u32>(call.given.flags.size());
+        }
+    return call.given.numbers[1];
+}
+
+void give(const Call &call, std::size_t at, std::size_t &numbers)
+{
+    const ArgumentRow &row = call.row.arguments[at];
+    const Answer &given = call.given;
+    const std::size_t count = call.count(row);
+    switch (row.kind) {
+    case Kind::action:
+        *call.get<u32 *>(at) = given.action;
+        break;
+    case Kind::match:
+        give_match(*call.get<pipe_match_spec *>(at), given);
+        break;
+    case Kind::action_data:
+        give_data(*call.get<pipe_action_data *>(at), given);
+        break;
+    case Kind::action_spec:
+        give_spec(*call.get<pipe_action_spec *>(at), given);
+        break;
+    case Kind::numbers: // of a walk
+        std::copy_n(given.numbers.begin(), std::min(count, given.numbers.size()), call.get<u32 *>(at));
+        break;
+    case Kind::members: // likewise, or those of a group
+        for (std::size_t i = 0; i < count && (row.written >= 0 || i < given.numbers.size()); ++i)
+            call.get<u32 *>(at)[i] = row.written >= 0 ? static_cast<u32>(101 + i) : given.numbers[i];
+        break;
+    case Kind::bytes:
+        if (row.written >= 0) // the states of these members
+            std::fill_n(call.get<u8 *>(at), count, u8{1});
+        break;
+    case Kind::counts:
+        *call.get<pipe_stat_data *>(at) = given.counts;
+        break;
+    case Kind::counts_list:
+        **call.get<pipe_stat_data **>(at) = given.counts;
+        break;
+    case Kind::meter_spec:
+        *call.get<pipe_meter_spec *>(at) = given.meter;
+        break;
+    case Kind::idle_params:
+        *call.get<pipe_idle_params *>(at) = given.idle;
+        break;
+    case Kind::query:
+    case Kind::queries:
+        give_queries(call.get<pipe_stful_query *>(at), row.kind == Kind::query ? 1 : count, given);
+        break;
+    case Kind::attributes:
+        std::copy_n(given.attributes.begin(), std::min(count, given.attributes.size()),
+                    call.get<pipe_hash_calc_input_field_attribute *>(at));
+        break;
+    case Kind::word: // of the store, where a reader must take no notice of it
+        *call.get<pd_word *>(at) = ~pd_word{0};
+        break;
+    case Kind::document: // a log
+        cJSON_AddNumberToObject(call.get<cJSON *>(at), "state", static_cast<double>(call.values[1].number()));
+        break;
+    default: {
+        const bool is_written = std::ranges::any_of(call.row.arguments, [&](const ArgumentRow &list) {
+            return list.written >= 0 && static_cast<std::size_t>(list.written) == at;
+        });
+        const u32 number = is_written ? written(call, at) : given.numbers[numbers++];
+        *call.get<u32 *>(at) = number;
+    }
+    }
+}
+
+void give_all(const Call &call)
+{
+    std::size_t numbers = 0;
+    for (std::size_t at = 0; at < call.row.arguments.size(); ++at) {
+        const ArgumentRow &row = call.row.arguments[at];
+        if (row.direction == Direction::out && call.values[at].number() != 0)
+            give(call, at, numbers);
+        else if (row.kind == Kind::client)
+            callbacks = *call.get<pd_drv_client_callbacks *>(at);
+        else if (is_restore(call, at))
+            restore = call.get<pipe_restore_state_cb>(at);
+        else if (is_capture(call, at))
+            std::ranges::copy(call.given.stages, call.get<u8 *>(at));
+    }
+}
+
+// ---- Operations that give no status -----------------------------------------------------------------------
+
+int write_log(const Value *values)
+{
+    const auto module = values[0].as<int>(), level = values[1].as<int>();
+    const auto *text = values[2].as<const char *>();
+    if (announce)
+        std::fprintf(stderr, "log %d %d %s\n", module, level, text);
+    log.push_back({module, level, text});
+    return -1; // a log that fails changes nothing
+}
+
+void *allocate(const Call &call)
+{
+    keep(call.row.name, [&](Text &text) { put_arguments(text, call); });
+    if (answer_status() != 0 && kept_lines == failing_call)
+        return nullptr;
+    return block(nullptr) = std::calloc(call.values[0].number(), call.values[1].number());
+}
+
+void release(void *memory)
+{
+    if (!memory)
+        std::abort();
+    std::free(std::exchange(block(memory), nullptr));
 }
 
 } // namespace
 
 } // namespace recorder
 
-// ---- Operations: name, and the kind of each argument ------------------------------------------------------
-
-// Goes over a list with a parameter of a new name for each element.
-#define PARENS ()
-#define EXPAND(...) EXPAND_2(EXPAND_2(EXPAND_2(__VA_ARGS__)))
-#define EXPAND_2(...) EXPAND_1(EXPAND_1(EXPAND_1(__VA_ARGS__)))
-#define EXPAND_1(...) __VA_ARGS__
-#define PARAMETERS(name, kind, ...)                                                                          \
-    kind::Type name __VA_OPT__(, AGAIN_PARAMETERS PARENS(name##a, __VA_ARGS__))
-#define AGAIN_PARAMETERS() PARAMETERS
-#define ARGUMENTS(name, kind, ...) , name __VA_OPT__(AGAIN_ARGUMENTS PARENS(name##a, __VA_ARGS__))
-#define AGAIN_ARGUMENTS() ARGUMENTS
-
-#define OPERATION(name, ...)                                                                                 \
-    pd_status name(__VA_OPT__(EXPAND(PARAMETERS(a, __VA_ARGS__))))                                           \
-    {                                                                                                        \
-        return recorder::call<__VA_ARGS__>(#name __VA_OPT__(EXPAND(ARGUMENTS(a, __VA_ARGS__))));             \
+u64 tap::any_operation(unsigned operation, std::initializer_list<Value> values)
+{
+    using namespace recorder;
+    const tap::OperationRow &row = tap::operations()[operation];
+    const bool placed = placement && row.arguments.size() > 1 && row.arguments[0].kind == tap::Kind::opaque;
+    const Call call{row, values.begin(), placed ? *placement : answer};
+    switch (row.returns) {
+    case tap::Returns::nothing:
+        release(call.get<void *>(0));
+        return 0;
+    case tap::Returns::memory:
+        return reinterpret_cast<uintptr_t>(allocate(call));
+    case tap::Returns::integer:
+        return static_cast<u64>(values.size() == 0 ? debug_mode : write_log(call.values));
+    default:
+        keep(row.name, [&](Text &text) { put_arguments(text, call); });
+        give_all(call);
+        return row.returns == tap::Returns::selection ? next_state++ : answer_status();
     }
-
-using namespace recorder;
-
-#include "recorder_operations.h"
-
-// ---- What has no status -----------------------------------------------------------------------------------
-
-pd_word p4_pd_ms_init_state()
-{
-    keep(__func__, [](Text &) {});
-    return next_state++;
-}
-
-int bf_sys_dbg_mode()
-{
-    return debug_mode;
-}
-
-int bf_sys_log_and_trace(int module, int level, const char *format, ...)
-{
-    char text[512];
-    va_list arguments;
-    va_start(arguments, format);
-    std::vsnprintf(text, sizeof text, format, arguments);
-    va_end(arguments);
-    if (announce)
-        std::fprintf(stderr, "log %d %d [%s] %s\n", module, level, format, text);
-    recorder::log.push_back({module, level, format, text});
-    return -1; // a log that fails changes nothing
-}
-
-void *bf_sys_calloc(std::size_t count, std::size_t size)
-{
-    keep(__func__, [&](Text &text) {
-        Value<u64>::put(text, count, {});
-        Value<u64>::put(text, size, {});
-    });
-    return answer_status() != 0 && kept_lines == failing_call ? nullptr
-                                                              : block(nullptr) = std::calloc(count, size);
-}
-
-void bf_sys_free(void *memory)
-{
-    if (!memory)
-        std::abort();
-    std::free(std::exchange(block(memory), nullptr));
 }
 
 // ---- Counting allocations ---------------------------------------------------------------------------------
@@ -681,12 +628,14 @@ extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*)(const volatile
                                                          void (*)(const volatile void *));
 namespace {
 [[maybe_unused]] const int hooks = __sanitizer_install_malloc_and_free_hooks(
-    [](const volatile void *, std::size_t) { ++allocations; }, [](const volatile void *) {});
+    [](const volatile void *, std::size_t) { ++recorder::allocations; }, [](const volatile void *) {});
 } // namespace
 
 #else
 
 // In place of the C library's. operator new comes through malloc too.
+using recorder::allocations;
+
 extern "C" {
 
 void *__libc_malloc(std::size_t);

@@ -116,7 +116,6 @@ inline std::string hex(const u8 *bytes, std::size_t size)
 struct LogLine {
     int module;
     int level;
-    std::string format;
     std::string text;
 };
 
@@ -128,7 +127,7 @@ extern u64 allocations;          // of the process, by whatever function
 extern std::vector<LogLine> log; // since the last forget()
 
 extern pd_drv_client_callbacks callbacks; // of the last registration
-extern pipe_restore_state_cb restore;     // of the last restart
+extern pipe_restore_state_cb restore;     // the last callback that was handed over
 
 // One line of standard error, as the C library writes it, with nothing but `before` in front of it.
 inline std::string assertion(const char *directory, const std::string &function, const std::string &condition,
@@ -142,8 +141,7 @@ inline std::string assertion(const char *directory, const std::string &function,
 
 // Given whatever the status is. Images go into the caller's buffers.
 struct Answer {
-    u32 entry = 0;                // a new handle, or the first of a walk
-    std::array<u32, 4> numbers{}; // properties, counts, states, the rest of a walk
+    std::array<u32, 4> numbers{}; // all numbers and handles of a call in their order, or a walk
     Bytes value, mask;
     u16 num_bytes = 0;       // of the key
     bool null_value = false; // match_value becomes null
@@ -170,14 +168,13 @@ extern pd_status status;         // of every call, but for
 extern std::size_t failing_call; // the n-th since the last forget(), from 1; 0 for none
 extern pd_status failing_status; // an allocation that fails gives null
 extern pd_word next_state;       // the next handle of a state; counts up
-extern u32 client_handle;
 extern bool debug_mode;
 extern bool announce; // lines and log go to standard error as well: that is what a death test sees
 
 void forget(); // the lines and the log
 
-// Everything as it was at first: status 0, an empty answer, states from 1, client 0x77. Frees what the
-// library has left allocated.
+// Everything as it was at first: status 0, an empty answer, states from 1. Frees
+// what the library has left allocated.
 void reset();
 
 } // namespace recorder

@@ -56,7 +56,7 @@ TEST_F(Restore, WordsAreHandedOnWithTheCallback)
     const pd_word first = ~pd_word{1};
     const pipe_restore_state_cb callback = recorder::restore;
     expect_steps({{line("pipe_mgr_hitless_ha_restore_virtual_dev_state", first, first - 1, first - 2,
-                        first - 3, first - 4)}},
+                        first - 3, first - 4, "own")}},
                  [&] {
                      recorder::restore = nullptr;
                      return p4_pd_tessel_switch_restore_virtual_dev_state(first, first - 1, first - 2,

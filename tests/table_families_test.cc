@@ -40,7 +40,7 @@ protected:
         for (const pd_status status : sweep::statuses) {
             recorder::reset();
             recorder::status = status;
-            recorder::answer.entry = random.word();
+            recorder::answer.numbers[0] = random.word();
             const u64 allocated = recorder::allocations;
             const pd_status found = function();
             EXPECT_TRUE(status == 0 || recorder::allocations == allocated); // 0 is the first
@@ -55,7 +55,7 @@ protected:
     {
         u32 result = 0;
         check(expected, [&] { return function(&result); });
-        EXPECT_EQ(result, recorder::answer.entry);
+        EXPECT_EQ(result, recorder::answer.numbers[0]);
     }
 };
 
@@ -81,8 +81,7 @@ TEST_F(SmallFamilies, OfEveryTableForward)
             u32 handles[4] = {~0u, ~0u, ~0u, ~0u};
             check(line("pipe_mgr_get_next_entry_handles", sess, handle, target, entry, count),
                   [&] { return table->get_next_entry_handles(sess, target, entry, count, handles); });
-            EXPECT_EQ(handles[3], ~0u);
-            EXPECT_EQ(std::ranges::count(handles, 0u), count);
+            EXPECT_EQ(std::ranges::count(handles, ~0u), 4 - count);
         }
         check(line("pipe_mgr_plcmt_mat_data_get", words[0], words[1], handle),
               [&] { return table->get_plcmt_data(words[0], words[1]); });

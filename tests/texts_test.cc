@@ -490,7 +490,7 @@ TEST_F(Telling, Walks)
         for (const u32 of : walk.of_members ? profiles : tables) {
             recorder::reset();
             recorder::status = of % 3;
-            recorder::answer.entry = 0x77;
+            recorder::answer.numbers[0] = 0x77;
             recorder::answer.numbers = {0x77, 0x78, 0x79};
             u32 out[] = {0xa5, 0xa5, 0xa5};
             EXPECT_EQ(walk.run(of, out), of % 3);
