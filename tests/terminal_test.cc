@@ -29,6 +29,7 @@ public:
     {
         shell_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
         if (shell_ == 0) {
+            std::signal(SIGINT, SIG_DFL); // which a job in the background ignores
             setenv("XDG_STATE_HOME", folder.c_str(), 1);
             setenv("TERM", "dumb", 1);
             setenv("LC_ALL", "C", 1);
