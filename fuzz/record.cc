@@ -3,7 +3,7 @@
 #include <fstream>
 #include <vector>
 
-#include "record_reader.h"
+#include "explain.h"
 #include "sandbox.h"
 
 namespace {
@@ -71,8 +71,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     const auto record = tap::RecordReader::open(path, error);
     fuzz::expect(record || error.find('\n') == std::string::npos, "one line of what is wrong");
     fuzz::expect(!whole || (record && record->calls().size() == calls), "all whole calls");
-    if (record)
-        for (const tap::RecordedCall &call : record->calls())
-            fuzz::expect(!tap::line_of(call).empty(), "a line");
+    shell::Explainer explainer;
+    for (std::size_t at = 0; record && at < record->calls().size(); ++at) {
+        fuzz::expect(!tap::line_of(record->calls()[at]).empty(), "a line");
+        fuzz::expect(explainer.command(record->calls()[at]).find('\n') == std::string::npos,
+                     "a command is a line");
+    }
     return 0;
 }

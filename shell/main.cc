@@ -6,6 +6,7 @@
 #include <string>
 #include <unistd.h>
 
+#include "explain_command.h"
 #include "json.h"
 #include "session.h"
 #include "signals.h"
@@ -18,7 +19,8 @@ constexpr int bad_usage = 2;
 
 constexpr char help[] = R"(
 Carries out commands against the model driver of the switch program: those of FILE, those of standard input
-(-, or when it is no terminal), or interactively. 'help' lists the commands.
+(-, or when it is no terminal), or interactively. 'help' lists the commands. 
+'tessel-shell explain RECORD' prints what the tap has recorded as commands; it has a --help of its own.
 
   -k, --keep-going  carry on after a bad line; the number of bad lines is told at the end
   -v, --verbose     add tells the handle of each new entry
@@ -101,6 +103,8 @@ int main(int argc, char **argv)
         {"json", no_argument, nullptr, 'j'},       {"help", no_argument, nullptr, 'h'},
         {"version", no_argument, nullptr, 'V'},    {nullptr, 0, nullptr, 0}};
     std::ios::sync_with_stdio(false);
+    if (argc > 1 && std::string_view{argv[1]} == "explain")
+        return shell::run_explain(argc - 1, argv + 1);
     shell::SessionOptions options;
     if (isatty(STDERR_FILENO))
         options.terminal = &std::cerr;

@@ -74,6 +74,7 @@ TEST(ShellProgram, ReadsAndRefuses)
         {"--nonsense", "tessel-shell: bad option --nonsense" + usage},
         {"-kx", "tessel-shell: bad option -x" + usage},
         {"a b", "tessel-shell: more than one file" + usage},
+        {"explain --json /dev/null", "tessel-shell: /dev/null: is no record of the tap\n1"},
         {"/nonexistent/file", "tessel-shell: /nonexistent/file: cannot be opened\n1"},
         {"/", "tessel-shell: /: is a directory\n1"},
         {"/dev/zero", "tessel-shell: /dev/zero: has more than 64 MiB in line 1\n1"},

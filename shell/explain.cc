@@ -1,0 +1,568 @@
+#include "explain.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "images.h"
+#include "resources.h"
+#include "shown.h"
+
+namespace shell {
+
+namespace {
+
+using reflection::ProfileFunctions;
+using reflection::TableFunctions;
+
+// Room for a record, aligned for every member.
+std::vector<u64> record_of(std::size_t size)
+{
+    return std::vector<u64>(size / sizeof(u64) + 1);
+}
+
+// Whether each value fits its field: the library hands on what does not, but no command takes it.
+template <typename Fields>
+bool all_fit(const Fields &fields, const void *record)
+{
+    return std::ranges::all_of(fields, [&](const auto &field) {
+        const Value value = load(field.width, static_cast<const std::byte *>(record) + field.offset);
+        const Value most = ones(field.width);
+        return (value.high & ~most.high) == 0 && (value.low & ~most.low) == 0;
+    });
+}
+
+// Whether this key is what the images say: those of a prefix longer than its field are of no key that a
+// command takes.
+bool has_images(const pd::Table &table, const void *key, const pipe_match_spec &match)
+{
+    const KeyImages images = key_images(table, key);
+    const std::vector<u8> counted = full_mask(table);
+    for (std::size_t at = 0; at < counted.size(); ++at)
+        if (((images.value[at] ^ match.match_value[at]) | (images.mask[at] ^ match.match_mask[at])) &
+            counted[at])
+            return false;
+    return true;
+}
+
+// Empty where no command takes the key.
+std::string key_text(const TableFunctions &table, pipe_match_spec match)
+{
+    std::vector<u64> key = record_of(table.row->record_size);
+    table.unbuild_key(&match, key.data());
+    if (table.unbuild_mask)
+        table.unbuild_mask(&match, key.data());
+    if (!all_fit(table.row->key, key.data()) || !has_images(*table.row, key.data(), match))
+        return {};
+    std::string text = assignments(shown_fields(*table.row), key.data());
+    if (pd::has_priority(*table.row))
+        text += (text.empty() ? "priority=" : " priority=") + std::to_string(match.priority);
+    return text;
+}
+
+std::span<const pipe_res_spec> resources_of(const pipe_action_spec &spec)
+{
+    return {spec.resources,
+            std::min<std::size_t>(spec.resource_count, std::extent_v<decltype(spec.resources)>)};
+}
+
+// "setNextHop nextHop=7"; empty for an action that is none of these, and where a value does not fit.
+std::string action_text(std::span<const pd::Binding> actions, u32 handle, const pipe_action_spec &spec)
+{
+    const auto found = std::ranges::find(actions, handle, &pd::Binding::handle);
+    if (found == actions.end())
+        return {};
+    const pd::Action &action = *found->action;
+    std::string text = action.name;
+    if (action.parameters.empty())
+        return text;
+    std::vector<u64> parameters = record_of(action.record_size);
+    std::vector<pd_res_ref> resources;
+    for (const pipe_res_spec &resource : resources_of(spec))
+        resources.push_back({resource.res_handle, resource.res_index});
+    reflection::action_texts()[action.number].unbuild(&spec.action_data, resources.data(),
+                                                      static_cast<u32>(resources.size()), parameters.data());
+    if (!all_fit(action.parameters, parameters.data()))
+        return {};
+    append_assignments(text, shown_fields(action), parameters.data());
+    return text;
+}
+
+// Whether the images are as long as the table and the action say: a record may come from anywhere.
+bool fits(const TableFunctions &table, const pipe_match_spec &match)
+{
+    return match.num_bytes == pd::image_size(table.row->key).bytes && match.match_value && match.match_mask;
+}
+
+bool fits(std::span<const pd::Binding> actions, u32 handle, const pipe_action_spec &spec)
+{
+    const auto found = std::ranges::find(actions, handle, &pd::Binding::handle);
+    const u16 bytes = found == actions.end() ? 0 : pd::image_size(found->action->parameters).bytes;
+    return spec.action_data.num_bytes == bytes && (bytes == 0 || spec.action_data.data);
+}
+
+constexpr const char *meter_types[] = {"aware", "unaware"};
+
+// " meter=CR,CB,PR,PB,TYPE" where the entry gets one.
+std::string meter_text(const TableFunctions &table, const pipe_action_spec &spec)
+{
+    for (const pipe_res_spec &resource :
+         std::span(spec.resources)
+             .first(std::min<std::size_t>(spec.resource_count, std::size(spec.resources)))) {
+        if (table.row->direct_meter == 0 || resource.res_handle != table.row->direct_meter ||
+            resource.res_tag != PIPE_RES_ATTACH)
+            continue;
+        const pipe_meter_spec &meter = resource.res_data.meter;
+        std::string text = " meter=";
+        for (const u64 number :
+             {meter.committed_rate, meter.committed_burst, meter.peak_rate, meter.peak_burst})
+            text += std::to_string(number) + ',';
+        return text + meter_types[meter.meter_type & 1];
+    }
+    return {};
+}
+
+const ProfileFunctions *profile_of(u32 table)
+{
+    const auto found = std::ranges::find_if(reflection::profiles(), [&](const ProfileFunctions *profile) {
+        return profile->row->action_table == table || profile->row->selector == table;
+    });
+    return found != reflection::profiles().end() ? *found : nullptr;
+}
+
+// The name of one of the rows by its handle; empty for none.
+template <typename Functions>
+std::string name_of(std::span<const Functions> all, u32 handle)
+{
+    for (const Functions &functions : all)
+        if (functions.row->handle == handle)
+            return functions.row->name;
+    return {};
+}
+
+// Empty for a meter that is none of the program's.
+std::string meter_command(u32 handle, const std::string &cell, const pipe_meter_spec &meter)
+{
+    const std::string name = name_of(reflection::meters(), handle);
+    if (name.empty())
+        return name;
+    return "meter set " + name + ' ' + cell + " : committed_rate=" + std::to_string(meter.committed_rate) +
+           " committed_burst=" + std::to_string(meter.committed_burst) +
+           " peak_rate=" + std::to_string(meter.peak_rate) +
+           " peak_burst=" + std::to_string(meter.peak_burst) + " type=" + meter_types[meter.meter_type & 1];
+}
+
+std::string counts_text(const pipe_stat_data &counts)
+{
+    return " : packets=" + std::to_string(counts.first_count) +
+           " bytes=" + std::to_string(counts.second_count);
+}
+
+} // namespace
+
+// ---- Entries ----------------------------------------------------------------------------------------------
+
+// Whether the call is about an entry that no command has added.
+bool Explainer::has_no_command(const Call &call) const
+{
+    for (const char *name : {"entry", "first"}) {
+        const auto known = keys_.find({call.word("table"), call.word(name)});
+        if (known != keys_.end() && known->second.empty())
+            return true;
+    }
+    return false;
+}
+
+// The key where the record tells it, the handle elsewhere.
+std::string Explainer::entry(u32 table, u32 handle) const
+{
+    const auto known = keys_.find({table, handle});
+    return known != keys_.end() ? known->second : std::to_string(handle);
+}
+
+std::string Explainer::body(const TableFunctions &table, const pipe_action_spec &spec) const
+{
+    if (!table.indirect)
+        return {};
+    const pd::Profile &profile = *table.indirect->profile->row;
+    if (spec.action_kind == PIPE_ACTION_MEMBER)
+        return "member " + member(profile.action_table, spec.member_hdl);
+    return spec.action_kind == PIPE_ACTION_GROUP ? "group " + group(profile.selector, spec.group_hdl) : "";
+}
+
+// Of an operation that gives an entry its action: the command, the entry, and what it does.
+std::string Explainer::entry_command(const char *command, const Call &call) const
+{
+    const TableFunctions *table = reflection::find_table(call.word("table"));
+    if (!table)
+        return {};
+    const bool has_key = call.match.num_bytes != 0;
+    if (has_key && !fits(*table, call.match))
+        return {};
+    std::string body = this->body(*table, call.action);
+    if (body.empty() && fits(table->row->actions, call.word("action"), call.action))
+        body = action_text(table->row->actions, call.word("action"), call.action);
+    if (body.empty())
+        return {};
+    std::string text = std::string{command} + ' ' + table->row->name;
+    if (has_key) {
+        const std::string key = key_text(*table, call.match);
+        if (key.empty())
+            return {};
+        text += ' ' + key;
+    }
+    if (!has_key && call.number("entry") != 0 && std::string_view{command} == "modify")
+        text += ' ' + entry(table->row->handle, call.word("entry"));
+    return text + " : " + body + meter_text(*table, call.action);
+}
+
+std::string Explainer::add(const Call &call)
+{
+    std::string text = entry_command("add", call);
+    std::string &key = keys_[{call.word("table"), call.word("entry")}];
+    key.clear();
+    if (text.empty())
+        return text;
+    key = key_text(*reflection::find_table(call.word("table")), call.match);
+    if (call.number("ttl") != 0)
+        text += " ttl=" + std::to_string(call.number("ttl"));
+    return text;
+}
+
+std::string Explainer::modify(const Call &call)
+{
+    return entry_command("modify", call);
+}
+
+std::string Explainer::modify_by_key(const Call &call)
+{
+    return entry_command("modify", call);
+}
+
+std::string Explainer::remove(const Call &call)
+{
+    const TableFunctions *table = reflection::find_table(call.word("table"));
+    if (!table)
+        return {};
+    std::string text =
+        std::string{"delete "} + table->row->name + ' ' + entry(table->row->handle, call.word("entry"));
+    keys_.erase({table->row->handle, call.word("entry")});
+    return text;
+}
+
+std::string Explainer::remove_by_key(const Call &call)
+{
+    const TableFunctions *table = reflection::find_table(call.word("table"));
+    if (!table || !fits(*table, call.match))
+        return {};
+    const std::string key = key_text(*table, call.match);
+    if (key.empty())
+        return {};
+    std::erase_if(keys_, [&](const auto &known) {
+        return known.first.first == table->row->handle && known.second == key;
+    });
+    return std::string{"delete "} + table->row->name + ' ' + key;
+}
+
+std::string Explainer::set_default(const Call &call)
+{
+    return entry_command("default", call);
+}
+
+std::string Explainer::reset_default(const Call &call)
+{
+    const TableFunctions *table = reflection::find_table(call.word("table"));
+    return table ? std::string{"reset "} + table->row->name : std::string{};
+}
+
+std::string Explainer::set_property(const Call &call)
+{
+    const TableFunctions *table = reflection::find_table(call.word("table"));
+    if (!table)
+        return {};
+    std::string text = std::string{"property "} + table->row->name;
+    for (const char *name : {"property", "value", "second_value"})
+        text += ' ' + std::to_string(call.number(name));
+    return text;
+}
+
+// ---- Members and groups -----------------------------------------------------------------------------------
+
+// As the record's commands name it, or by its handle.
+std::string Explainer::label(char letter, u32 table, u32 handle) const
+{
+    std::string text;
+    if (named_.contains({table, handle}))
+        text += letter;
+    return text += std::to_string(handle);
+}
+
+std::string Explainer::member(u32 profile_table, u32 handle) const
+{
+    return label('m', profile_table, handle);
+}
+
+std::string Explainer::group(u32 selector, u32 handle) const
+{
+    return label('g', selector, handle);
+}
+
+std::string Explainer::add_member(const Call &call)
+{
+    const ProfileFunctions *profile = profile_of(call.word("table"));
+    if (!profile || !fits(profile->row->actions, call.word("action"), call.action))
+        return {};
+    named_.insert({call.word("table"), call.word("member")});
+    return std::string{"member add "} + profile->row->name + ' ' +
+           member(call.word("table"), call.word("member")) + " : " +
+           action_text(profile->row->actions, call.word("action"), call.action);
+}
+
+std::string Explainer::modify_member(const Call &call)
+{
+    const ProfileFunctions *profile = profile_of(call.word("table"));
+    if (!profile || !fits(profile->row->actions, call.word("action"), call.action))
+        return {};
+    return std::string{"member modify "} + profile->row->name + ' ' +
+           member(call.word("table"), call.word("member")) + " : " +
+           action_text(profile->row->actions, call.word("action"), call.action);
+}
+
+std::string Explainer::remove_member(const Call &call)
+{
+    const ProfileFunctions *profile = profile_of(call.word("table"));
+    if (!profile)
+        return {};
+    std::string text = std::string{"member delete "} + profile->row->name + ' ' +
+                       member(call.word("table"), call.word("member"));
+    named_.erase({call.word("table"), call.word("member")});
+    return text;
+}
+
+std::string Explainer::create_group(const Call &call)
+{
+    const ProfileFunctions *profile = profile_of(call.word("table"));
+    if (!profile)
+        return {};
+    named_.insert({call.word("table"), call.word("group")});
+    return std::string{"group create "} + profile->row->name + ' ' +
+           group(call.word("table"), call.word("group")) +
+           " size=" + std::to_string(call.number("max_group_size"));
+}
+
+std::string Explainer::delete_group(const Call &call)
+{
+    const ProfileFunctions *profile = profile_of(call.word("table"));
+    if (!profile)
+        return {};
+    std::string text = std::string{"group delete "} + profile->row->name + ' ' +
+                       group(call.word("table"), call.word("group"));
+    named_.erase({call.word("table"), call.word("group")});
+    return text;
+}
+
+std::string Explainer::group_command(const char *command, const Call &call, const char *behind) const
+{
+    const ProfileFunctions *profile = profile_of(call.word("table"));
+    if (!profile)
+        return {};
+    return std::string{"group "} + command + ' ' + profile->row->name + ' ' +
+           group(profile->row->selector, call.word("group")) + ' ' +
+           member(profile->row->action_table, call.word("member")) + behind;
+}
+
+std::string Explainer::join(const Call &call)
+{
+    return group_command("add", call);
+}
+
+std::string Explainer::leave(const Call &call)
+{
+    return group_command("remove", call);
+}
+
+std::string Explainer::activate(const Call &call)
+{
+    return group_command("state", call, " active");
+}
+
+std::string Explainer::deactivate(const Call &call)
+{
+    return group_command("state", call, " inactive");
+}
+
+std::string Explainer::set_fallback(const Call &call)
+{
+    const ProfileFunctions *profile = profile_of(call.word("table"));
+    return profile ? std::string{"group fallback "} + profile->row->name + ' ' +
+                         member(profile->row->action_table, call.word("member"))
+                   : std::string{};
+}
+
+std::string Explainer::reset_fallback(const Call &call)
+{
+    const ProfileFunctions *profile = profile_of(call.word("table"));
+    return profile ? std::string{"group fallback "} + profile->row->name + " none" : std::string{};
+}
+
+// ---- Resources --------------------------------------------------------------------------------------------
+
+std::string Explainer::write_counter(const Call &call)
+{
+    const std::string name = name_of(reflection::counters(), call.word("counter"));
+    return name.empty() ? name
+                        : "counter write " + name + ' ' + std::to_string(call.number("index")) +
+                              counts_text(call.counts);
+}
+
+std::string Explainer::write_direct_counter(const Call &call)
+{
+    const u32 table = call.word("table");
+    const std::string name = name_of(reflection::counters(), table);
+    return name.empty()
+               ? name
+               : "counter write " + name + ' ' + entry(table, call.word("entry")) + counts_text(call.counts);
+}
+
+std::string Explainer::set_meter(const Call &call)
+{
+    return meter_command(call.word("meter"), std::to_string(call.number("index")), call.meter);
+}
+
+std::string Explainer::set_direct_meter(const Call &call)
+{
+    if (call.resources.size() != 1 || call.resources.front().res_tag != PIPE_RES_ATTACH)
+        return {};
+    const pipe_res_spec &meter = call.resources.front();
+    return meter_command(meter.res_handle, entry(call.word("table"), call.word("entry")),
+                         meter.res_data.meter);
+}
+
+std::string Explainer::write_register(const Call &call)
+{
+    const std::string name = name_of(reflection::registers(), call.word("table"));
+    return name.empty() ? name
+                        : "register write " + name + ' ' + std::to_string(call.number("index")) + ' ' +
+                              std::to_string(call.value.bytes[0] & 1);
+}
+
+std::string Explainer::fill_registers(const Call &call)
+{
+    const std::string name = name_of(reflection::registers(), call.word("table"));
+    if (name.empty() || !call.has_value)
+        return name.empty() ? name : "register reset " + name;
+    return "register fill " + name + ' ' + std::to_string(call.value.bytes[0] & 1);
+}
+
+std::string Explainer::reset_registers(const Call &call)
+{
+    const std::string name = name_of(reflection::registers(), call.word("table"));
+    return name.empty() || call.has_value
+               ? std::string{}
+               : "register reset " + name + ' ' + std::to_string(call.number("start")) +
+                     " count=" + std::to_string(call.number("count"));
+}
+
+// ---- Idle time --------------------------------------------------------------------------------------------
+
+// One command makes both calls: it is told at the second.
+std::string Explainer::keep_idle_params(const Call &call)
+{
+    idle_params_[call.word("table")] = call.idle;
+    return {};
+}
+
+std::string Explainer::enable_idle(const Call &call)
+{
+    const TableFunctions *table = reflection::find_table(call.word("table"));
+    if (!table)
+        return {};
+    if (call.number("enable") == 0)
+        return std::string{"idle disable "} + table->row->name;
+    std::string text = std::string{"idle enable "} + table->row->name;
+    const auto known = idle_params_.find(call.word("table"));
+    if (known == idle_params_.end())
+        return text;
+    const pipe_idle_params &params = known->second;
+    text += " mode=" + std::to_string(params.idle_mode);
+    u32 number = 0;
+    for (const u32 param : {params.idle_param_1, params.idle_param_2, params.idle_param_3,
+                            params.idle_param_4, params.idle_param_5})
+        text += " param_" + std::to_string(++number) + '=' + std::to_string(param);
+    return text;
+}
+
+std::string Explainer::set_ttl(const Call &call)
+{
+    const TableFunctions *table = reflection::find_table(call.word("table"));
+    return table ? std::string{"idle ttl "} + table->row->name + ' ' +
+                       entry(table->row->handle, call.word("entry")) +
+                       " ttl=" + std::to_string(call.number("ttl"))
+                 : std::string{};
+}
+
+std::string Explainer::restart_ttl(const Call &call)
+{
+    const TableFunctions *table = reflection::find_table(call.word("table"));
+    return table ? std::string{"idle restart "} + table->row->name + ' ' +
+                       entry(table->row->handle, call.word("entry"))
+                 : std::string{};
+}
+
+std::string Explainer::set_hit_state(const Call &call)
+{
+    const TableFunctions *table = reflection::find_table(call.word("table"));
+    return table ? (call.number("second") != 0 ? std::string{"idle hit "} : std::string{"idle expire "}) +
+                       table->row->name + ' ' + entry(table->row->handle, call.word("first"))
+                 : std::string{};
+}
+
+// ---- Operations -------------------------------------------------------------------------------------------
+
+const Explainer::Row Explainer::rows[] = {
+    {"pipe_mgr_mat_ent_add", &Explainer::add},
+    {"pipe_mgr_mat_ent_set_action", &Explainer::modify},
+    {"pipe_mgr_mat_ent_set_action_by_match_spec", &Explainer::modify_by_key},
+    {"pipe_mgr_mat_ent_del", &Explainer::remove},
+    {"pipe_mgr_mat_ent_del_by_match_spec", &Explainer::remove_by_key},
+    {"pipe_mgr_mat_default_entry_set", &Explainer::set_default},
+    {"pipe_mgr_mat_tbl_default_entry_reset", &Explainer::reset_default},
+    {"pipe_mgr_tbl_set_property", &Explainer::set_property},
+    {"pipe_mgr_adt_ent_add", &Explainer::add_member},
+    {"pipe_mgr_adt_ent_set", &Explainer::modify_member},
+    {"pipe_mgr_adt_ent_del", &Explainer::remove_member},
+    {"pipe_mgr_sel_grp_add", &Explainer::create_group},
+    {"pipe_mgr_sel_grp_del", &Explainer::delete_group},
+    {"pipe_mgr_sel_grp_mbr_add", &Explainer::join},
+    {"pipe_mgr_sel_grp_mbr_del", &Explainer::leave},
+    {"pipe_mgr_sel_grp_mbr_enable", &Explainer::activate},
+    {"pipe_mgr_sel_grp_mbr_disable", &Explainer::deactivate},
+    {"pipe_mgr_sel_fallback_mbr_set", &Explainer::set_fallback},
+    {"pipe_mgr_sel_fallback_mbr_reset", &Explainer::reset_fallback},
+    {"pipe_mgr_mat_ent_set_resource", &Explainer::set_direct_meter},
+    {"pipe_mgr_stat_ent_set", &Explainer::write_counter},
+    {"pipe_mgr_mat_ent_direct_stat_set", &Explainer::write_direct_counter},
+    {"pipe_mgr_meter_ent_set", &Explainer::set_meter},
+    {"pipe_stful_ent_set", &Explainer::write_register},
+    {"pipe_stful_table_reset", &Explainer::fill_registers},
+    {"pipe_stful_table_reset_range", &Explainer::reset_registers},
+    {"pipe_mgr_idle_set_params", &Explainer::keep_idle_params},
+    {"pipe_mgr_idle_tmo_set_enable", &Explainer::enable_idle},
+    {"pipe_mgr_mat_ent_set_idle_ttl", &Explainer::set_ttl},
+    {"pipe_mgr_mat_ent_reset_idle_ttl", &Explainer::restart_ttl},
+    {"pipe_mgr_idle_time_update_hit_state", &Explainer::set_hit_state},
+};
+
+std::string Explainer::command(const tap::RecordedCall &call)
+{
+    const auto row = std::ranges::find(rows, std::string_view{call.operation().name}, &Row::operation);
+    if (row == std::end(rows) || call.header.result != 0 || call.header.depth != 0)
+        return {};
+    const Call arguments{call};
+    if (!arguments.ok())
+        return {};
+    const bool of_unknown = row->make != &Explainer::add && has_no_command(arguments);
+    const std::string text = (this->*row->make)(arguments);
+    return of_unknown ? std::string{} : text;
+}
+
+} // namespace shell

@@ -1,0 +1,179 @@
+#include "explain_command.h"
+
+#include <charconv>
+#include <cstdio>
+#include <getopt.h>
+#include <iostream>
+#include <optional>
+#include <string>
+
+#include "explain.h"
+#include "json.h"
+#include "words.h"
+
+namespace shell {
+
+namespace {
+
+constexpr char usage[] = "usage: tessel-shell explain [--table TABLE] [--operation NAME] [--failures] "
+                         "[--since SECONDS] [--until SECONDS] [--json] RECORD";
+constexpr char help[] = R"(
+Prints the driver calls that the tap has recorded as the commands that make them, with status, duration and time
+behind each; what no command makes, or failed, stands as a comment. The output is a script.
+
+  -t, --table TABLE       only calls about this table
+  -o, --operation NAME    only calls of this operation of the driver
+  -f, --failures          only calls whose status is not 0
+      --since SECONDS     only calls that began so long behind the first one, or later
+      --until SECONDS     only calls that began so long behind the first one at most
+  -j, --json              an object a line, with the call as the trace shows it
+  -h, --help              print this text
+
+Exit status: 0, 1 when the record cannot be read, 2 for a bad command line.
+)";
+constexpr int bad_usage = 2;
+
+struct Filter {
+    const reflection::TableFunctions *table = nullptr;
+    unsigned operation = tap::operation_count; // which is none
+    bool failures = false;
+    bool json = false;
+    double since = 0;
+    std::optional<double> until;
+};
+
+bool failed(const tap::RecordedCall &call)
+{
+    return call.operation().returns == tap::Returns::status && call.header.result != 0;
+}
+
+bool passes(const tap::RecordedCall &call, double seconds, const Filter &filter)
+{
+    return (!filter.table || tap::Arguments{call}.number("table") == filter.table->row->handle) &&
+           (filter.operation == tap::operation_count || filter.operation == call.header.operation) &&
+           (!filter.failures || failed(call)) && seconds >= filter.since &&
+           (!filter.until || seconds <= *filter.until);
+}
+
+void print(const tap::RecordedCall &call, const std::string &command, double seconds)
+{
+    char times[80];
+    std::snprintf(times, sizeof times, "%.9f s, %llu ns", seconds,
+                  static_cast<unsigned long long>(call.header.duration));
+    if (command.empty())
+        std::cout << "# " << tap::line_of(call) << " # " << times << '\n';
+    else
+        std::cout << command << " # status 0, " << times << '\n';
+}
+
+void print_json(const tap::RecordedCall &call, const std::string &command, double seconds)
+{
+    std::string line;
+    Json json{line};
+    json.open_object().key("nanoseconds").number(static_cast<u64>(seconds * 1e9 + 0.5));
+    json.key("duration").number(call.header.duration).key("thread").number(call.header.thread);
+    json.key("operation").text(call.operation().name).key("result").number(call.header.result);
+    json.key("refused").flag(call.refused()).key("command");
+    command.empty() ? json.null() : json.text(command);
+    json.key("call").text(tap::line_of(call)).close_object();
+    std::cout << line << '\n';
+}
+
+void warn(const std::string &path, const std::string &what)
+{
+    std::cerr << "tessel-shell: " << path << ": " << what << '\n';
+}
+
+int explain(const std::string &path, const Filter &filter)
+{
+    std::string error;
+    const auto record = tap::RecordReader::open(path, error);
+    if (!record) {
+        std::cerr << "tessel-shell: " << error << '\n';
+        return EXIT_FAILURE;
+    }
+    u64 first = ~u64{0};
+    for (const tap::RecordedCall &call : record->calls())
+        first = std::min(first, call.header.start);
+    Explainer explainer;
+    for (const tap::RecordedCall &call : record->calls()) {
+        const double seconds = static_cast<double>(call.header.start - first) / 1e9;
+        if (call.gap_before && !filter.json)
+            std::cout << "# calls are lost here\n";
+        const std::string command = explainer.command(call); // each, so that names are known
+        if (passes(call, seconds, filter))
+            (filter.json ? print_json : print)(call, command, seconds);
+    }
+    if (record->gap_at_end())
+        warn(path, "calls are lost behind the last one");
+    if (record->dropped() != 0)
+        warn(path, std::to_string(record->dropped()) + " calls did not fit and are lost");
+    if (!std::cout.flush()) {
+        std::cerr << "tessel-shell: the output cannot be written\n";
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
+}
+
+int wrong_usage(const std::string &what)
+{
+    std::cerr << "tessel-shell: " << what << "; " << usage << '\n';
+    return bad_usage;
+}
+
+bool parse_seconds(std::string_view text, double &seconds)
+{
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+    return error == std::errc{} && end == text.data() + text.size() && seconds >= 0;
+}
+
+} // namespace
+
+int run_explain(int argc, char **argv)
+{
+    enum { since = 256, until };
+    static constexpr option options[] = {
+        {"table", required_argument, nullptr, 't'},   {"operation", required_argument, nullptr, 'o'},
+        {"failures", no_argument, nullptr, 'f'},      {"since", required_argument, nullptr, since},
+        {"until", required_argument, nullptr, until}, {"json", no_argument, nullptr, 'j'},
+        {"help", no_argument, nullptr, 'h'},          {nullptr, 0, nullptr, 0}};
+    Filter filter;
+    double seconds = 0;
+    opterr = 0;
+    for (int choice; (choice = getopt_long(argc, argv, "t:o:fjh", options, nullptr)) != -1;) {
+        switch (choice) {
+        case 't':
+            filter.table = reflection::find_table(std::string_view{optarg});
+            if (!filter.table)
+                return wrong_usage("no table " + quoted(optarg));
+            break;
+        case 'o':
+            filter.operation = tap::find_operation(optarg);
+            if (filter.operation == tap::operation_count)
+                return wrong_usage("no operation " + quoted(optarg));
+            break;
+        case 'f':
+            filter.failures = true;
+            break;
+        case since:
+        case until:
+            if (!parse_seconds(optarg, seconds))
+                return wrong_usage(quoted(optarg) + " is no number of seconds");
+            choice == since ? void(filter.since = seconds) : void(filter.until = seconds);
+            break;
+        case 'j':
+            filter.json = true;
+            break;
+        case 'h':
+            std::cout << usage << '\n' << help;
+            return EXIT_SUCCESS;
+        default:
+            return wrong_usage("bad option " + quoted(argv[optind - 1]));
+        }
+    }
+    if (argc - optind != 1)
+        return wrong_usage(argc == optind ? "no record is named" : "more than one record");
+    return explain(argv[optind], filter);
+}
+
+} // namespace shell
