@@ -18,6 +18,19 @@
 
 namespace {
 
+bool disk_is_full = false;
+
+} // namespace
+
+// In place of the C library's.
+extern "C" int fsync(int)
+{
+    errno = ENOSPC;
+    return disk_is_full ? -1 : 0;
+}
+
+namespace {
+
 namespace fs = std::filesystem;
 
 const std::string saved = "# Written by save. Load it into empty tables.\ndefault l2SmacCheck : NoAction\n";
@@ -112,6 +125,10 @@ TEST_F(Shell, LeavesNoHalfWrittenFile)
         while_refused(operation, 99, [&] {
             EXPECT_EQ(run("save " + file).err, "t:1:1: the driver refused: unknown reason (status 99)\n");
         });
+    disk_is_full = true;
+    EXPECT_EQ(run("save " + file + " l2SmacCheck").err,
+              "t:1:6: '" + file + "' cannot be written: No space left on device\n");
+    disk_is_full = false;
     EXPECT_EQ(folder.read("saved"), "older");
     EXPECT_EQ(folder.files(), 1);
 }
@@ -137,8 +154,12 @@ TEST_F(Shell, SavesIntoWhatStandsThere)
     EXPECT_TRUE(is_link("link") && is_link("link to link"));
 
     ASSERT_EQ(symlink("new", folder.file("dangling").c_str()), 0);
+    const mode_t mask = umask(027);
     output_of(save + folder.file("dangling") + of);
+    umask(mask);
     EXPECT_EQ(folder.read("new"), saved);
+    ASSERT_EQ(stat(folder.file("new").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode, 0100640u);
     EXPECT_TRUE(is_link("dangling"));
 
     ASSERT_EQ(symlink("circle", folder.file("circle").c_str()), 0);
