@@ -1,21 +1,18 @@
-// The model's action profiles by themselves: members, groups, selection, entries that point at them, restart.
+// The model's action profiles by themselves: members, groups, entries that point at them.
 #include "model.h"
 
-#include <cjson/cJSON.h>
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <memory>
 
 #include "model_tables.h"
-#include "pd_ms.h"
 
 namespace {
 
 constexpr pd_dev_target target{0, PIPE_ALL_PIPES};
 constexpr u32 adt = 0x200001d, sel = 0x3000001; // of ecmpMemberActionProfile
 constexpr u32 next_hop = 0x200000bd, no_action = 0x200000be;
-constexpr u32 lag_adt = 0x2000037, set_physical_port = 0x2000012e; // of lagPortActionProfile
+constexpr u32 set_physical_port = 0x2000012e; // of lagPortActionProfile
 constexpr u8 of_member = PIPE_ACTION_MEMBER, of_group = PIPE_ACTION_GROUP;
 using Handles = std::vector<u32>;
 
@@ -259,67 +256,6 @@ TEST_F(Profiles, EachChangeFailsWithoutEffectOrIsTold)
     EXPECT_EQ(heard, expected);
 }
 
-TEST_F(Profiles, EntriesHoldWhatTheyPointAtUntilTheyLetGo)
-{
-    const auto references = [] {
-        return text({ts_model_references(0, adt, 1), ts_model_references(0, adt, 3),
-                     ts_model_references(0, sel, 1), ts_model_references(0, sel, 2)});
-    };
-    EXPECT_EQ(references(), "0 1 0 1 ");
-    point(1, of_member, 1, [](auto, auto spec, auto) {
-        return pipe_mgr_mat_ent_set_action(1, 0, indirect.handle, 1, next_hop, spec, 0);
-    });
-    EXPECT_EQ(references(), "1 1 0 0 ");
-    point(1, of_group, 1, [](auto match, auto spec, auto) {
-        return pipe_mgr_mat_ent_set_action_by_match_spec(1, target, indirect.handle, match, next_hop, spec,
-                                                         0);
-    });
-    EXPECT_EQ(references(), "0 1 1 0 ");
-    EXPECT_EQ(add_entry(1, of_member, 1), TS_MODEL_ALREADY_EXISTS);
-    EXPECT_EQ(references(), "0 1 1 0 ") << "of a refused entry";
-    pipe_mgr_mat_ent_del(1, 0, indirect.handle, 1, 0);
-    pipe_mgr_mat_tbl_default_entry_reset(1, target, indirect.handle, 0);
-    EXPECT_EQ(references(), "0 0 0 0 ");
-    EXPECT_EQ(del_member(3) + add(next_hop), TS_MODEL_OK);
-    EXPECT_EQ(text(walk(adt)), "1 2 4 5 ") << "handles are never used again";
-}
-
-TEST_F(Profiles, AHashPicksAmongActiveMembers)
-{
-    EXPECT_EQ(join(2, 3) + join(2, 1) + join(2, 4), TS_MODEL_OK);
-    const auto picks = [] {
-        // CRC-32 of the eight bytes: 0x6522df69, 0x0381177c, 0x2b2dbc4c, 0x6228c746
-        const u32 flows[][2] = {{0, 0}, {1, 2}, {0x0a000001, 0x01020304}, {0xffffffff, 7}};
-        Handles picked;
-        for (const auto &[first, second] : flows) {
-            pd_mbr_hdl member = 0, of_entry = 0;
-            const pd_status status =
-                pipe_mgr_sel_grp_mbr_get_from_hash(1, 0, sel, 2, first, second, word(&member));
-            EXPECT_EQ(status, member != 0 ? TS_MODEL_OK : TS_MODEL_UNKNOWN_OBJECT);
-            EXPECT_EQ(ts_model_lookup_member(0, indirect.handle, 1, first, second, &of_entry), status);
-            EXPECT_EQ(of_entry, member);
-            picked.push_back(member);
-        }
-        return text(picked);
-    };
-    EXPECT_EQ(picks(), "1 3 1 4 "); // remainders by three: 1 0 1 2
-    disable(2, 3);
-    EXPECT_EQ(picks(), "4 1 1 1 "); // by two: 1 0 0 0
-    u32 count = 0;
-    Handles active(3, 99);
-    pipe_mgr_get_word_llp_active_member_count(1, target, sel, 2, word(&count));
-    pipe_mgr_get_word_llp_active_members(1, target, sel, 2, 3, word(active.data()));
-    EXPECT_EQ(text({count}) + text(active), "2 1 4 0 ");
-    EXPECT_EQ(disable(2, 1) + disable(2, 4), TS_MODEL_OK);
-    EXPECT_EQ(picks(), "4 4 4 4 ") << "the fallback";
-    no_fallback();
-    EXPECT_EQ(picks(), "0 0 0 0 ");
-    EXPECT_EQ(enable(2, 4) + enable(2, 1) + enable(2, 3), TS_MODEL_OK);
-    EXPECT_EQ(picks(), "1 3 1 4 ") << "in the order of their addition";
-    EXPECT_EQ(ts_model_lookup_member(0, indirect.handle, TS_MODEL_DEFAULT_ENTRY, 1, 2, &count), TS_MODEL_OK);
-    EXPECT_EQ(count, 3u);
-}
-
 TEST_F(Profiles, HardwareCopyAndPlacement)
 {
     EXPECT_EQ(data_of(2, 1), "536871102 0 ");
@@ -342,62 +278,6 @@ TEST_F(Profiles, HardwareCopyAndPlacement)
     EXPECT_EQ(member, 1u);
     ts_model_free_plcmt_data(one.data);
     ts_model_free_plcmt_data(group.data);
-}
-
-// ---- Restart --------------------------------------------------------------------------------------------
-
-pd_word store = 0;
-Lines replayed;
-
-// What a client of the driver does with a replay, for one profile.
-void restore(pd_sess_hdl sess, u32 device, u32 table, u32 action, pd_grp_hdl group, pd_mbr_hdl member,
-             u32 resources)
-{
-    replayed.push_back(text({sess, table & 0xff, action & 0xff, group, member, resources}));
-    if (table != adt)
-        return;
-    if (group == 0) {
-        p4_pd_ms_new_mbr(sess, store, device, member);
-        p4_pd_ms_set_mbr_act(store, device, member, action);
-    } else if (member == 0) {
-        p4_pd_ms_new_grp(sess, store, device, group);
-    } else {
-        p4_pd_ms_add_mbr_to_grp(sess, store, device, member, group);
-        p4_pd_ms_set_grp_act(store, device, group, action);
-    }
-}
-
-std::string logged()
-{
-    const std::unique_ptr<cJSON, decltype(&cJSON_Delete)> document{cJSON_CreateObject(), cJSON_Delete};
-    p4_pd_ms_log_state(0, store, document.get());
-    return std::unique_ptr<char, decltype(&cJSON_free)>{cJSON_PrintUnformatted(document.get()), cJSON_free}
-        .get();
-}
-
-TEST_F(Profiles, ARestartReplaysWhatTheTablesHold)
-{
-    store = p4_pd_ms_init_state();
-    EXPECT_EQ(add(set_physical_port, 0, 0, lag_adt), TS_MODEL_OK);
-    // Group 2 keeps the action of member 4, which only member 3 has in the end.
-    EXPECT_EQ(join(2, 3) + join(1, 2, no_action) + join(2, 2, no_action) + join(2, 4) + leave(2, 4),
-              TS_MODEL_OK);
-    const auto replay = [] {
-        replayed.clear();
-        return pipe_mgr_hitless_ha_restore_virtual_dev_state(9, 0, 1, 2, 3, restore);
-    };
-    EXPECT_EQ(replay(), TS_MODEL_OK);
-    EXPECT_EQ(replayed, (Lines{"9 29 189 0 1 0 ", "9 29 190 0 2 0 ", "9 29 189 0 3 0 ", "9 29 189 0 4 0 ",
-                               "9 55 46 0 1 0 ", "9 29 0 1 0 0 ", "9 29 0 2 0 0 ", "9 29 189 1 1 0 ",
-                               "9 29 189 2 3 0 ", "9 29 190 1 2 0 ", "9 29 190 2 2 0 ", "9 29 189 2 3 0 "}));
-    const std::string before = logged();
-    const std::string tables = state();
-    EXPECT_EQ(ts_model_forget_selection(0), TS_MODEL_OK);
-    EXPECT_EQ(logged(), R"({"members":[],"groups":[]})");
-    EXPECT_EQ(state(), tables);
-    EXPECT_EQ(replay(), TS_MODEL_OK);
-    EXPECT_EQ(logged(), before);
-    EXPECT_EQ(pipe_mgr_hitless_ha_restore_virtual_dev_state(9, 0, 1, 2, 3, nullptr), TS_MODEL_BAD_ARGUMENT);
 }
 
 } // namespace
