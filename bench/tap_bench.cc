@@ -38,7 +38,7 @@ void run(benchmark::State &state, Add *add, const std::string &settings)
 // Past the tap, which stands before this definition.
 Add *bare()
 {
-    void *driver = dlopen("libbench_empty_driver.so", RTLD_LAZY | RTLD_NOLOAD);
+    void *driver = dlopen("libbench_operations.so", RTLD_LAZY | RTLD_NOLOAD);
     return driver != nullptr ? reinterpret_cast<Add *>(dlsym(driver, "pipe_mgr_mat_ent_add")) : nullptr;
 }
 

@@ -68,9 +68,9 @@ private:
     std::string group(u32 selector, u32 handle) const;
     std::string group_command(const char *command, const Call &call, const char *behind = "") const;
 
-    using Place = std::pair<u32, u32>; // table, handle
+    using Place = std::pair<u32, u32>;  // table, handle
     std::map<Place, std::string> keys_; // of entries; empty where no command adds them
-    std::set<Place> named_; // members and groups that the record has seen come
+    std::set<Place> named_;             // members and groups that the record has seen come
     std::map<u32, pipe_idle_params> idle_params_;
 };
 
