@@ -144,7 +144,7 @@ std::string meter_command(u32 handle, const std::string &cell, const pipe_meter_
 {
     const std::string name = name_of(reflection::meters(), handle);
     if (name.empty())
-        return name;
+        return {};
     return "meter set " + name + ' ' + cell + " : committed_rate=" + std::to_string(meter.committed_rate) +
            " committed_burst=" + std::to_string(meter.committed_burst) +
            " peak_rate=" + std::to_string(meter.peak_rate) +

@@ -42,6 +42,11 @@ struct Filter {
     std::optional<double> until;
 };
 
+double seconds_of(u64 nanoseconds)
+{
+    return static_cast<double>(nanoseconds) / 1e9;
+}
+
 bool failed(const tap::RecordedCall &call)
 {
     return call.operation().returns == tap::Returns::status && call.header.result != 0;
@@ -55,10 +60,10 @@ bool passes(const tap::RecordedCall &call, double seconds, const Filter &filter)
            (!filter.until || seconds <= *filter.until);
 }
 
-void print(const tap::RecordedCall &call, const std::string &command, double seconds)
+void print(const tap::RecordedCall &call, const std::string &command, u64 nanoseconds)
 {
     char times[80];
-    std::snprintf(times, sizeof times, "%.9f s, %llu ns", seconds,
+    std::snprintf(times, sizeof times, "%.9f s, %llu ns", seconds_of(nanoseconds),
                   static_cast<unsigned long long>(call.header.duration));
     if (command.empty())
         std::cout << "# " << tap::line_of(call) << " # " << times << '\n';
@@ -66,11 +71,11 @@ void print(const tap::RecordedCall &call, const std::string &command, double sec
         std::cout << command << " # status 0, " << times << '\n';
 }
 
-void print_json(const tap::RecordedCall &call, const std::string &command, double seconds)
+void print_json(const tap::RecordedCall &call, const std::string &command, u64 nanoseconds)
 {
     std::string line;
     Json json{line};
-    json.open_object().key("nanoseconds").number(static_cast<u64>(seconds * 1e9 + 0.5));
+    json.open_object().key("nanoseconds").number(nanoseconds);
     json.key("duration").number(call.header.duration).key("thread").number(call.header.thread);
     json.key("operation").text(call.operation().name).key("result").number(call.header.result);
     json.key("refused").flag(call.refused()).key("command");
@@ -97,12 +102,12 @@ int explain(const std::string &path, const Filter &filter)
         first = std::min(first, call.header.start);
     Explainer explainer;
     for (const tap::RecordedCall &call : record->calls()) {
-        const double seconds = static_cast<double>(call.header.start - first) / 1e9;
+        const u64 nanoseconds = call.header.start - first;
         if (call.gap_before && !filter.json)
             std::cout << "# calls are lost here\n";
         const std::string command = explainer.command(call); // each, so that names are known
-        if (passes(call, seconds, filter))
-            (filter.json ? print_json : print)(call, command, seconds);
+        if (passes(call, seconds_of(nanoseconds), filter))
+            (filter.json ? print_json : print)(call, command, nanoseconds);
     }
     if (record->gap_at_end())
         warn(path, "calls are lost behind the last one");

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Every header compiles alone, as the first line of a program, with all warnings as errors: the public ones as
+# Texts of the public headers that hang on numbers, and: every header compiles alone, as the first line of a program, with all warnings as errors: the public ones as
 # C99, C11, C++11 and C++20, those of the driver as C11 and C++20.
 # usage: headers_test.sh CC C_FLAGS CXX CXX_FLAGS PUBLIC_DIRECTORY GENERATED_DIRECTORY DRIVER_DIRECTORY
 set -eu
@@ -31,5 +31,14 @@ for header in "$driver"/*.h "$operations"/*.h; do
         alone "$header" $standard
     done
 done
+
+# says COUNT TEXT: how many lines of the generated headers have it.
+says() {
+    found=$(cat "$generated"/*.h | grep -cwF -- "$2" || true)
+    [ "$found" -eq "$1" ] || { echo "'$2' stands in $found lines instead of $1" >&2; wrong=$((wrong + 1)); }
+}
+says 0 '1 bits'
+says 3 'the index is 65535 without any resource'
+
 echo "$tried compilations, $wrong wrong"
 [ "$tried" -ge 100 ] && [ "$wrong" -eq 0 ]
