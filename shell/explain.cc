@@ -151,6 +151,27 @@ std::string meter_command(u32 handle, const std::string &cell, const pipe_meter_
            " peak_burst=" + std::to_string(meter.peak_burst) + " type=" + meter_types[meter.meter_type & 1];
 }
 
+// "delete ipv4Host dip=10.0.0.1"
+std::string joined(const char *command, const char *name, const std::string &rest)
+{
+    std::string text = std::string{command} + ' ' + name;
+    return rest.empty() ? text : text + ' ' + rest;
+}
+
+// A command about the table of the call; empty when the program has none with its handle.
+std::string table_command(const char *command, const tap::Arguments &call, const std::string &rest = {})
+{
+    const TableFunctions *table = reflection::find_table(call.word("table"));
+    return table ? joined(command, table->row->name, rest) : std::string{};
+}
+
+// Likewise about its action profile.
+std::string profile_command(const char *command, const tap::Arguments &call, const std::string &rest)
+{
+    const ProfileFunctions *profile = profile_of(call.word("table"));
+    return profile ? joined(command, profile->row->name, rest) : std::string{};
+}
+
 std::string counts_text(const pipe_stat_data &counts)
 {
     return " : packets=" + std::to_string(counts.first_count) +
@@ -233,19 +254,11 @@ std::string Explainer::modify(const Call &call)
     return entry_command("modify", call);
 }
 
-std::string Explainer::modify_by_key(const Call &call)
-{
-    return entry_command("modify", call);
-}
-
 std::string Explainer::remove(const Call &call)
 {
-    const TableFunctions *table = reflection::find_table(call.word("table"));
-    if (!table)
-        return {};
-    std::string text =
-        std::string{"delete "} + table->row->name + ' ' + entry(table->row->handle, call.word("entry"));
-    keys_.erase({table->row->handle, call.word("entry")});
+    const Place place{call.word("table"), call.word("entry")};
+    std::string text = table_command("delete", call, entry(place.first, place.second));
+    keys_.erase(place);
     return text;
 }
 
@@ -270,19 +283,15 @@ std::string Explainer::set_default(const Call &call)
 
 std::string Explainer::reset_default(const Call &call)
 {
-    const TableFunctions *table = reflection::find_table(call.word("table"));
-    return table ? std::string{"reset "} + table->row->name : std::string{};
+    return table_command("reset", call);
 }
 
 std::string Explainer::set_property(const Call &call)
 {
-    const TableFunctions *table = reflection::find_table(call.word("table"));
-    if (!table)
-        return {};
-    std::string text = std::string{"property "} + table->row->name;
-    for (const char *name : {"property", "value", "second_value"})
-        text += ' ' + std::to_string(call.number(name));
-    return text;
+    return table_command("property", call,
+                         std::to_string(call.number("property")) + ' ' +
+                             std::to_string(call.number("value")) + ' ' +
+                             std::to_string(call.number("second_value")));
 }
 
 // ---- Members and groups -----------------------------------------------------------------------------------
@@ -308,100 +317,95 @@ std::string Explainer::group(u32 selector, u32 handle) const
 
 std::string Explainer::add_member(const Call &call)
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
-    if (!profile || !fits(profile->row->actions, call.word("action"), call.action))
-        return {};
     named_.insert({call.word("table"), call.word("member")});
-    return std::string{"member add "} + profile->row->name + ' ' +
-           member(call.word("table"), call.word("member")) + " : " +
-           action_text(profile->row->actions, call.word("action"), call.action);
+    std::string text = member_command("member add", call);
+    if (text.empty())
+        named_.erase({call.word("table"), call.word("member")});
+    return text;
 }
 
 std::string Explainer::modify_member(const Call &call)
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
-    if (!profile || !fits(profile->row->actions, call.word("action"), call.action))
-        return {};
-    return std::string{"member modify "} + profile->row->name + ' ' +
-           member(call.word("table"), call.word("member")) + " : " +
-           action_text(profile->row->actions, call.word("action"), call.action);
+    return member_command("member modify", call);
 }
 
 std::string Explainer::remove_member(const Call &call)
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
-    if (!profile)
-        return {};
-    std::string text = std::string{"member delete "} + profile->row->name + ' ' +
-                       member(call.word("table"), call.word("member"));
-    named_.erase({call.word("table"), call.word("member")});
+    const Place place{call.word("table"), call.word("member")};
+    std::string text = profile_command("member delete", call, member(place.first, place.second));
+    named_.erase(place);
     return text;
 }
 
 std::string Explainer::create_group(const Call &call)
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
-    if (!profile)
-        return {};
-    named_.insert({call.word("table"), call.word("group")});
-    return std::string{"group create "} + profile->row->name + ' ' +
-           group(call.word("table"), call.word("group")) +
-           " size=" + std::to_string(call.number("max_group_size"));
+    const Place place{call.word("table"), call.word("group")};
+    named_.insert(place);
+    return profile_command("group create", call,
+                           group(place.first, place.second) +
+                               " size=" + std::to_string(call.number("max_group_size")));
 }
 
 std::string Explainer::delete_group(const Call &call)
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
-    if (!profile)
-        return {};
-    std::string text = std::string{"group delete "} + profile->row->name + ' ' +
-                       group(call.word("table"), call.word("group"));
-    named_.erase({call.word("table"), call.word("group")});
+    const Place place{call.word("table"), call.word("group")};
+    std::string text = profile_command("group delete", call, group(place.first, place.second));
+    named_.erase(place);
     return text;
+}
+
+// The command, the member, and its action, if that is one of the profile's.
+std::string Explainer::member_command(const char *command, const Call &call) const
+{
+    const ProfileFunctions *profile = profile_of(call.word("table"));
+    if (!profile || !fits(profile->row->actions, call.word("action"), call.action))
+        return {};
+    const std::string action = action_text(profile->row->actions, call.word("action"), call.action);
+    return action.empty() ? action
+                          : profile_command(command, call,
+                                            member(call.word("table"), call.word("member")) + " : " + action);
 }
 
 std::string Explainer::group_command(const char *command, const Call &call, const char *behind) const
 {
     const ProfileFunctions *profile = profile_of(call.word("table"));
-    if (!profile)
-        return {};
-    return std::string{"group "} + command + ' ' + profile->row->name + ' ' +
-           group(profile->row->selector, call.word("group")) + ' ' +
-           member(profile->row->action_table, call.word("member")) + behind;
+    return profile ? profile_command(command, call,
+                                     group(profile->row->selector, call.word("group")) + ' ' +
+                                         member(profile->row->action_table, call.word("member")) + behind)
+                   : std::string{};
 }
 
 std::string Explainer::join(const Call &call)
 {
-    return group_command("add", call);
+    return group_command("group add", call);
 }
 
 std::string Explainer::leave(const Call &call)
 {
-    return group_command("remove", call);
+    return group_command("group remove", call);
 }
 
 std::string Explainer::activate(const Call &call)
 {
-    return group_command("state", call, " active");
+    return group_command("group state", call, " active");
 }
 
 std::string Explainer::deactivate(const Call &call)
 {
-    return group_command("state", call, " inactive");
+    return group_command("group state", call, " inactive");
 }
 
 std::string Explainer::set_fallback(const Call &call)
 {
     const ProfileFunctions *profile = profile_of(call.word("table"));
-    return profile ? std::string{"group fallback "} + profile->row->name + ' ' +
-                         member(profile->row->action_table, call.word("member"))
+    return profile ? profile_command("group fallback", call,
+                                     member(profile->row->action_table, call.word("member")))
                    : std::string{};
 }
 
 std::string Explainer::reset_fallback(const Call &call)
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
-    return profile ? std::string{"group fallback "} + profile->row->name + " none" : std::string{};
+    return profile_command("group fallback", call, "none");
 }
 
 // ---- Resources --------------------------------------------------------------------------------------------
@@ -473,47 +477,36 @@ std::string Explainer::keep_idle_params(const Call &call)
 
 std::string Explainer::enable_idle(const Call &call)
 {
-    const TableFunctions *table = reflection::find_table(call.word("table"));
-    if (!table)
-        return {};
     if (call.number("enable") == 0)
-        return std::string{"idle disable "} + table->row->name;
-    std::string text = std::string{"idle enable "} + table->row->name;
+        return table_command("idle disable", call);
     const auto known = idle_params_.find(call.word("table"));
     if (known == idle_params_.end())
-        return text;
+        return table_command("idle enable", call);
     const pipe_idle_params &params = known->second;
-    text += " mode=" + std::to_string(params.idle_mode);
+    std::string text = "mode=" + std::to_string(params.idle_mode);
     u32 number = 0;
     for (const u32 param : {params.idle_param_1, params.idle_param_2, params.idle_param_3,
                             params.idle_param_4, params.idle_param_5})
         text += " param_" + std::to_string(++number) + '=' + std::to_string(param);
-    return text;
+    return table_command("idle enable", call, text);
 }
 
 std::string Explainer::set_ttl(const Call &call)
 {
-    const TableFunctions *table = reflection::find_table(call.word("table"));
-    return table ? std::string{"idle ttl "} + table->row->name + ' ' +
-                       entry(table->row->handle, call.word("entry")) +
-                       " ttl=" + std::to_string(call.number("ttl"))
-                 : std::string{};
+    return table_command("idle ttl", call,
+                         entry(call.word("table"), call.word("entry")) +
+                             " ttl=" + std::to_string(call.number("ttl")));
 }
 
 std::string Explainer::restart_ttl(const Call &call)
 {
-    const TableFunctions *table = reflection::find_table(call.word("table"));
-    return table ? std::string{"idle restart "} + table->row->name + ' ' +
-                       entry(table->row->handle, call.word("entry"))
-                 : std::string{};
+    return table_command("idle restart", call, entry(call.word("table"), call.word("entry")));
 }
 
 std::string Explainer::set_hit_state(const Call &call)
 {
-    const TableFunctions *table = reflection::find_table(call.word("table"));
-    return table ? (call.number("second") != 0 ? std::string{"idle hit "} : std::string{"idle expire "}) +
-                       table->row->name + ' ' + entry(table->row->handle, call.word("first"))
-                 : std::string{};
+    return table_command(call.number("second") != 0 ? "idle hit" : "idle expire", call,
+                         entry(call.word("table"), call.word("first")));
 }
 
 // ---- Operations -------------------------------------------------------------------------------------------
@@ -521,7 +514,7 @@ std::string Explainer::set_hit_state(const Call &call)
 const Explainer::Row Explainer::rows[] = {
     {"pipe_mgr_mat_ent_add", &Explainer::add},
     {"pipe_mgr_mat_ent_set_action", &Explainer::modify},
-    {"pipe_mgr_mat_ent_set_action_by_match_spec", &Explainer::modify_by_key},
+    {"pipe_mgr_mat_ent_set_action_by_match_spec", &Explainer::modify},
     {"pipe_mgr_mat_ent_del", &Explainer::remove},
     {"pipe_mgr_mat_ent_del_by_match_spec", &Explainer::remove_by_key},
     {"pipe_mgr_mat_default_entry_set", &Explainer::set_default},

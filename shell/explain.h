@@ -29,7 +29,6 @@ private:
 
     std::string add(const Call &call);
     std::string modify(const Call &call);
-    std::string modify_by_key(const Call &call);
     std::string remove(const Call &call);
     std::string remove_by_key(const Call &call);
     std::string set_default(const Call &call);
@@ -66,6 +65,7 @@ private:
     std::string label(char letter, u32 table, u32 handle) const;
     std::string member(u32 profile_table, u32 handle) const;
     std::string group(u32 selector, u32 handle) const;
+    std::string member_command(const char *command, const Call &call) const;
     std::string group_command(const char *command, const Call &call, const char *behind = "") const;
 
     using Place = std::pair<u32, u32>;  // table, handle
