@@ -8,7 +8,7 @@ namespace model {
 // Null for a handle that no table has.
 const ProgramTable *find_table(u32 handle);
 
-// One of the rows that have a handle and a name: a resource, digest or hash. Null for a handle that none has.
+// One of the rows that have a handle: a resource, digest or hash. Null for a handle that none has.
 template <typename Row>
 const Row *find_object(std::span<const Row> rows, u32 handle)
 {

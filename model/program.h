@@ -1,5 +1,5 @@
-// What the model has to know of the switch program it stands in for: which objects exist and what they are
-// called. The generator writes the one instance from the catalogue.
+// What the model has to know of the switch program it stands in for: which objects exist, and what they are
+// like. The generator writes the one instance from the catalogue.
 #pragma once
 
 #include <span>
@@ -12,7 +12,6 @@ enum class Key : u8 { none, exact, ternary, lpm };
 
 struct ProgramAction {
     u32 handle;
-    const char *name;
     u16 bits; // of the data image
     u16 bytes;
     bool entry;
@@ -21,11 +20,10 @@ struct ProgramAction {
 
 struct ProgramTable {
     u32 handle;
-    const char *name;
     Key key;
     u16 key_bits;
     u16 key_bytes;
-    std::span<const ProgramAction> actions; // by name; the profile's for an indirect table
+    std::span<const ProgramAction> actions; // the profile's for an indirect table
     u32 resource;                           // direct or indexed counter or meter, 0 for none
     bool direct_counter;                    // whether that resource is one
     bool direct_meter;                      // likewise
@@ -35,7 +33,6 @@ struct ProgramTable {
 };
 
 struct ProgramProfile {
-    const char *name;
     u32 action_table;
     u32 selector;
     std::span<const ProgramAction> actions;
@@ -44,18 +41,15 @@ struct ProgramProfile {
 // A counter, meter, register or parser value set.
 struct ProgramResource {
     u32 handle;
-    const char *name;
 };
 
 struct ProgramDigest {
     u32 handle;
-    const char *name;
     u16 entry_bytes;
 };
 
 struct ProgramHash {
     u32 handle;
-    const char *name;
     u32 input;
     u32 algorithm;
 };

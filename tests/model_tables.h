@@ -17,11 +17,10 @@ struct Table {
     u16 data_bytes;
 };
 
-inline constexpr Table exact{0x1000001, 9, 2, 0x20000000, 6};        // ingressPortMapping, setPhase0
-inline constexpr Table lpm{0x100003d, 40, 5, 0x200000ae, 4};         // ipv4ShortMaskLpm, setNextHop
-inline constexpr Table partitioned{0x100003c, 48, 6, 0x200000b2, 4}; // ipv4FinalResolve0, setNextHop0First
-inline constexpr Table indirect{0x1000047, 14, 2, 0x200000bd, 5};    // ecmpGroup, setEcmpNextHop
-inline constexpr Table metered{0x100005b, 57, 8, 0x200000ec, 0};     // l2LookupMiss, l2LookupBcastHit
+inline constexpr Table exact{0x1000001, 9, 2, 0x20000000, 6};     // ingressPortMapping, setPhase0
+inline constexpr Table lpm{0x100003d, 40, 5, 0x200000ae, 4};      // ipv4ShortMaskLpm, setNextHop
+inline constexpr Table indirect{0x1000047, 14, 2, 0x200000bd, 5}; // ecmpGroup, setEcmpNextHop
+inline constexpr Table metered{0x100005b, 57, 8, 0x200000ec, 0};  // l2LookupMiss, l2LookupBcastHit
 
 inline std::string hex(const Bytes &bytes)
 {

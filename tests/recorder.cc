@@ -297,14 +297,10 @@ bool is_capture(const Call &call, std::size_t at)
 template <typename T>
 void put_list(Text &text, const T *list, std::size_t count)
 {
-    if (!list)
-        return text.add("null");
-    text.add("[");
-    for (std::size_t i = 0; i < count; ++i) {
-        text.add(i ? " " : "");
-        put(text, list[i]);
-    }
-    text.add("]");
+    if (list)
+        put(text, std::span{list, count});
+    else
+        text.add("null");
 }
 
 // Puts the record that the argument points at; false for what is no record.
@@ -340,6 +336,9 @@ bool put_record(Text &text, const Call &call, std::size_t at)
         return put_at(call.get<pipe_stat_data *>(at));
     case Kind::counts_list:
         return put_at(*call.get<pipe_stat_data **>(at));
+    case Kind::document: // an element, which has a name
+        put(text, cJSON_GetObjectItem(call.get<cJSON *>(at), "name")->valuestring);
+        return true;
     default:
         return false;
     }
@@ -371,15 +370,13 @@ bool put_out(Text &text, const Call &call, std::size_t at)
     case Kind::meter_spec:
     case Kind::idle_params:
     case Kind::counts_list:
+    case Kind::document:
         return put_record(text, call, at);
     case Kind::query:
         put_queries(text, call.get<pipe_stful_query *>(at), 1);
         return true;
     case Kind::queries:
         put_queries(text, call.get<pipe_stful_query *>(at), call.count(row));
-        return true;
-    case Kind::document:
-        put(text, cJSON_GetObjectItem(call.get<cJSON *>(at), "name")->valuestring);
         return true;
     default: { // of a place nothing shows, but where there is none, or where it is the caller's own
         const bool shown = call.values[at].number() == 0 || (row.kind == Kind::bytes && row.written < 0);
@@ -408,8 +405,6 @@ void put_in(Text &text, const Call &call, std::size_t at)
         return put_list(text, call.get<pipe_hash_calc_input_field_attribute *>(at), count);
     case Kind::bytes:
         return text.add_bytes(call.get<u8 *>(at), count);
-    case Kind::document:
-        return put(text, cJSON_GetObjectItem(call.get<cJSON *>(at), "name")->valuestring);
     case Kind::client:
         return put(text, "client");
     default:
@@ -473,17 +468,26 @@ void give_queries(pipe_stful_query *queries, std::size_t count, const Answer &gi
     }
 }
 
-// How many elements a list got that says so.
-u32 written(const Call &call, std::size_t number)
+// The list whose number of elements goes to this place; null for any other number.
+const ArgumentRow *list_counted_by(const Call &call, std::size_t place)
 {
     for (const ArgumentRow &row : call.row.arguments)
-        if (row.written >= 0 && static_cast<std::size_t>(row.written) == number) {
-            if (row.kind == Kind::attributes)
-                return static_cast<u32>(std::min(call.count(row), call.given.attributes.size()));
-            if (row.kind == Kind::queries)
-                return static_cast<u32>(call.given.flags.size());
-        }
-    return call.given.numbers[1];
+        if (row.written >= 0 && static_cast<std::size_t>(row.written) == place)
+            return &row;
+    return nullptr;
+}
+
+// How many elements the list got.
+u32 written(const Call &call, const ArgumentRow &list)
+{
+    switch (list.kind) {
+    case Kind::attributes:
+        return static_cast<u32>(std::min(call.count(list), call.given.attributes.size()));
+    case Kind::queries:
+        return static_cast<u32>(call.given.flags.size());
+    default: // the members of a group
+        return call.given.numbers[1];
+    }
 }
 
 void give(const Call &call, std::size_t at, std::size_t &numbers)
@@ -542,11 +546,8 @@ void give(const Call &call, std::size_t at, std::size_t &numbers)
         cJSON_AddNumberToObject(call.get<cJSON *>(at), "state", static_cast<double>(call.values[1].number()));
         break;
     default: {
-        const bool is_written = std::ranges::any_of(call.row.arguments, [&](const ArgumentRow &list) {
-            return list.written >= 0 && static_cast<std::size_t>(list.written) == at;
-        });
-        const u32 number = is_written ? written(call, at) : given.numbers[numbers++];
-        *call.get<u32 *>(at) = number;
+        const ArgumentRow *const list = list_counted_by(call, at);
+        *call.get<u32 *>(at) = list ? written(call, *list) : given.numbers[numbers++];
     }
     }
 }

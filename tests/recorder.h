@@ -66,7 +66,7 @@ requires(std::is_class_v<Record> &&std::is_trivially_copyable_v<Record>) void pu
     text.add("}");
 }
 template <typename T>
-void put(Text &text, const std::vector<T> &list)
+void put(Text &text, std::span<const T> list)
 {
     text.add("[");
     for (std::size_t i = 0; i < list.size(); ++i) {
@@ -74,6 +74,11 @@ void put(Text &text, const std::vector<T> &list)
         put(text, list[i]);
     }
     text.add("]");
+}
+template <typename T>
+void put(Text &text, const std::vector<T> &list)
+{
+    put(text, std::span{list});
 }
 
 template <typename T>
