@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "images.h"
+#include "meters.h"
 #include "resources.h"
 #include "shown.h"
 
@@ -100,8 +101,6 @@ bool fits(std::span<const pd::Binding> actions, u32 handle, const pipe_action_sp
     return spec.action_data.num_bytes == bytes && (bytes == 0 || spec.action_data.data);
 }
 
-constexpr const char *meter_types[] = {"aware", "unaware"};
-
 // " meter=CR,CB,PR,PB,TYPE" where the entry gets one.
 std::string meter_text(const TableFunctions &table, const pipe_action_spec &spec)
 {
@@ -116,7 +115,7 @@ std::string meter_text(const TableFunctions &table, const pipe_action_spec &spec
         for (const u64 number :
              {meter.committed_rate, meter.committed_burst, meter.peak_rate, meter.peak_burst})
             text += std::to_string(number) + ',';
-        return text + meter_types[meter.meter_type & 1];
+        return text += meter_types[meter.meter_type & 1];
     }
     return {};
 }
@@ -148,7 +147,8 @@ std::string meter_command(u32 handle, const std::string &cell, const pipe_meter_
     return "meter set " + name + ' ' + cell + " : committed_rate=" + std::to_string(meter.committed_rate) +
            " committed_burst=" + std::to_string(meter.committed_burst) +
            " peak_rate=" + std::to_string(meter.peak_rate) +
-           " peak_burst=" + std::to_string(meter.peak_burst) + " type=" + meter_types[meter.meter_type & 1];
+           " peak_burst=" + std::to_string(meter.peak_burst) +
+           " type=" + std::string{meter_types[meter.meter_type & 1]};
 }
 
 // "delete ipv4Host dip=10.0.0.1"

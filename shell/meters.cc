@@ -20,15 +20,11 @@ namespace {
 using reflection::MeterFunctions;
 using MeterVerb = void(Session &session, Words &words, const MeterFunctions &meter);
 
-// By their numbers.
-constexpr std::string_view types[] = {"aware", "unaware"};
-static_assert(PD_METER_TYPE_COLOR_AWARE == 0 && PD_METER_TYPE_COLOR_UNAWARE == 1);
-
 constexpr Setting settings[] = {{"committed_rate"},
                                 {"committed_burst"},
                                 {"peak_rate"},
                                 {"peak_burst"},
-                                {.name = "type", .choices = types}};
+                                {.name = "type", .choices = meter_types}};
 
 void set(Session &, Words &words, const MeterFunctions &meter)
 {
@@ -50,7 +46,7 @@ void read(Session &session, Words &words, const MeterFunctions &meter)
     pd_meter_spec spec{};
     expect_success(meter.read(driver_session, device, cell, &spec));
     const u32 numbers[] = {spec.committed_rate, spec.committed_burst, spec.peak_rate, spec.peak_burst};
-    const std::string_view type = types[spec.requested_meter_type];
+    const std::string_view type = meter_types[spec.requested_meter_type];
     std::string line;
     if (session.json()) {
         Json json{line};
@@ -107,7 +103,7 @@ std::string meter_option(const reflection::TableFunctions &table, pd_entry_hdl e
         std::string text = "meter=";
         for (const u32 number : {spec.committed_rate, spec.committed_burst, spec.peak_rate, spec.peak_burst})
             text += std::to_string(number) + ',';
-        return text += types[spec.requested_meter_type];
+        return text += meter_types[spec.requested_meter_type];
     }
     return {};
 }

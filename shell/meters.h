@@ -2,10 +2,15 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "reflection.h"
 
 namespace shell {
+
+// By their numbers.
+inline constexpr std::string_view meter_types[] = {"aware", "unaware"};
+static_assert(PD_METER_TYPE_COLOR_AWARE == 0 && PD_METER_TYPE_COLOR_UNAWARE == 1);
 
 // "meter=CR,CB,PR,PB,TYPE" of an entry, or of the default entry; empty where no meter is attached, and in
 // tables without a direct meter. Throws BadLine when the driver refuses.

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "meters.h"
+
 namespace shell {
 
 namespace {
@@ -37,12 +39,6 @@ std::vector<std::string_view> taken(const Options &options)
     return names;
 }
 
-u32 parse_meter_type(std::string_view text)
-{
-    static constexpr std::string_view types[] = {"aware", "unaware"};
-    return choose(text, {"meter type"}, types) == 0 ? PD_METER_TYPE_COLOR_AWARE : PD_METER_TYPE_COLOR_UNAWARE;
-}
-
 pd_meter_spec parse_meter(std::string_view text)
 {
     static constexpr const char *names[] = {"committed rate", "committed burst", "peak rate", "peak burst"};
@@ -54,7 +50,7 @@ pd_meter_spec parse_meter(std::string_view text)
         numbers[i] = parse_u32(text.substr(0, comma), ~u32{0}, names[i]);
         text.remove_prefix(comma + 1);
     }
-    return {numbers[0], numbers[1], numbers[2], numbers[3], parse_meter_type(text)};
+    return {numbers[0], numbers[1], numbers[2], numbers[3], choose(text, {"meter type"}, meter_types)};
 }
 
 FlowHash parse_hash(std::string_view text)
