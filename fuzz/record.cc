@@ -4,6 +4,8 @@
 #include <vector>
 
 #include "explain.h"
+#include "model.h"
+#include "replay.h"
 #include "sandbox.h"
 
 namespace {
@@ -71,6 +73,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     const auto record = tap::RecordReader::open(path, error);
     fuzz::expect(record || error.find('\n') == std::string::npos, "one line of what is wrong");
     fuzz::expect(!whole || (record && record->calls().size() == calls), "all whole calls");
+    if (record)
+        shell::Replay{}.play(*record);
+    ts_model_reset();
     shell::Explainer explainer;
     for (std::size_t at = 0; record && at < record->calls().size(); ++at) {
         fuzz::expect(!tap::line_of(record->calls()[at]).empty(), "a line");

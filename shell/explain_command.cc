@@ -29,7 +29,7 @@ behind each; what no command makes, or failed, stands as a comment. The output i
   -j, --json              an object a line, with the call as the trace shows it
   -h, --help              print this text
 
-Exit status: 0, 1 when the record cannot be read, 2 for a bad command line.
+Exit status: 0, 1 when the record cannot be read as a whole, 2 for a bad command line.
 )";
 constexpr int bad_usage = 2;
 
@@ -109,12 +109,14 @@ int explain(const std::string &path, const Filter &filter)
         if (passes(call, seconds_of(nanoseconds), filter))
             (filter.json ? print_json : print)(call, command, nanoseconds);
     }
-    if (record->gap_at_end())
-        warn(path, "calls are lost behind the last one");
     if (record->dropped() != 0)
         warn(path, std::to_string(record->dropped()) + " calls did not fit and are lost");
     if (!std::cout.flush()) {
         std::cerr << "tessel-shell: the output cannot be written\n";
+        return EXIT_FAILURE;
+    }
+    if (record->lost_at()) {
+        warn(path, "calls are lost at byte " + std::to_string(*record->lost_at()));
         return EXIT_FAILURE;
     }
     return EXIT_SUCCESS;

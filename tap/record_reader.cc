@@ -46,7 +46,7 @@ bool RecordReader::read_header(std::string &error)
         return false;
     }
     if (bytes_.size() < file_header_bytes) {
-        error = "was cut short within its first page";
+        error = "was cut short at byte " + std::to_string(bytes_.size()) + ", within its first page";
         return false;
     }
     const u8 *header = bytes_.data();
@@ -84,12 +84,23 @@ void RecordReader::read_calls()
         at += whole ? call.header.length : 8;
     }
     std::ranges::sort(calls_, {}, [](const RecordedCall &found) { return found.header.position; });
+    find_gaps();
+}
+
+void RecordReader::find_gaps()
+{
+    if (head_ > capacity_ && bytes_.size() < file_header_bytes + capacity_)
+        lost_at_ = bytes_.size();
     u64 expected = 0;
     for (RecordedCall &found : calls_) {
         found.gap_before = found.header.position != expected;
+        const bool overwritten = expected == 0 && head_ > capacity_;
+        if (found.gap_before && !overwritten && !lost_at_)
+            lost_at_ = place(expected);
         expected = found.header.position + found.header.length;
     }
-    gap_at_end_ = head_ > expected;
+    if (head_ > expected && !lost_at_)
+        lost_at_ = place(expected);
 }
 
 bool RecordReader::read_call(u64 at, RecordedCall &call)
