@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "images.h"
+#include "profiles.h"
 #include "resources.h"
 #include "shown.h"
 
@@ -121,14 +122,6 @@ std::string meter_text(const TableFunctions &table, const pipe_action_spec &spec
     return {};
 }
 
-const ProfileFunctions *profile_of(u32 table)
-{
-    const auto found = std::ranges::find_if(reflection::profiles(), [&](const ProfileFunctions *profile) {
-        return profile->row->action_table == table || profile->row->selector == table;
-    });
-    return found != reflection::profiles().end() ? *found : nullptr;
-}
-
 // The name of one of the rows by its handle; empty for none.
 template <typename Functions>
 std::string name_of(std::span<const Functions> all, u32 handle)
@@ -137,18 +130,6 @@ std::string name_of(std::span<const Functions> all, u32 handle)
         if (functions.row->handle == handle)
             return functions.row->name;
     return {};
-}
-
-// Empty for a meter that is none of the program's.
-std::string meter_command(u32 handle, const std::string &cell, const pipe_meter_spec &meter)
-{
-    const std::string name = name_of(reflection::meters(), handle);
-    if (name.empty())
-        return {};
-    return "meter set " + name + ' ' + cell + " : committed_rate=" + std::to_string(meter.committed_rate) +
-           " committed_burst=" + std::to_string(meter.committed_burst) +
-           " peak_rate=" + std::to_string(meter.peak_rate) +
-           " peak_burst=" + std::to_string(meter.peak_burst) + " type=" + meter_types[meter.meter_type & 1];
 }
 
 // "delete ipv4Host dip=10.0.0.1"
@@ -168,8 +149,27 @@ std::string table_command(const char *command, const tap::Arguments &call, const
 // Likewise about its action profile.
 std::string profile_command(const char *command, const tap::Arguments &call, const std::string &rest)
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
+    const ProfileFunctions *profile = profile_by_table(call.word("table"));
     return profile ? joined(command, profile->row->name, rest) : std::string{};
+}
+
+// A command about a counter, meter or register that the program has.
+template <typename Functions>
+std::string named_command(const char *command, std::span<const Functions> all, u32 handle,
+                          const std::string &rest = {})
+{
+    const std::string name = name_of(all, handle);
+    return name.empty() ? name : joined(command, name.c_str(), rest);
+}
+
+// Empty for a meter that is none of the program's.
+std::string meter_command(u32 handle, const std::string &cell, const pipe_meter_spec &meter)
+{
+    return named_command("meter set", reflection::meters(), handle,
+                         cell + " : committed_rate=" + std::to_string(meter.committed_rate) +
+                             " committed_burst=" + std::to_string(meter.committed_burst) +
+                             " peak_rate=" + std::to_string(meter.peak_rate) + " peak_burst=" +
+                             std::to_string(meter.peak_burst) + " type=" + meter_types[meter.meter_type & 1]);
 }
 
 std::string counts_text(const pipe_stat_data &counts)
@@ -357,7 +357,7 @@ std::string Explainer::delete_group(const Call &call)
 // The command, the member, and its action, if that is one of the profile's.
 std::string Explainer::member_command(const char *command, const Call &call) const
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
+    const ProfileFunctions *profile = profile_by_table(call.word("table"));
     if (!profile || !fits(profile->row->actions, call.word("action"), call.action))
         return {};
     const std::string action = action_text(profile->row->actions, call.word("action"), call.action);
@@ -368,7 +368,7 @@ std::string Explainer::member_command(const char *command, const Call &call) con
 
 std::string Explainer::group_command(const char *command, const Call &call, const char *behind) const
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
+    const ProfileFunctions *profile = profile_by_table(call.word("table"));
     return profile ? profile_command(command, call,
                                      group(profile->row->selector, call.word("group")) + ' ' +
                                          member(profile->row->action_table, call.word("member")) + behind)
@@ -397,7 +397,7 @@ std::string Explainer::deactivate(const Call &call)
 
 std::string Explainer::set_fallback(const Call &call)
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
+    const ProfileFunctions *profile = profile_by_table(call.word("table"));
     return profile ? profile_command("group fallback", call,
                                      member(profile->row->action_table, call.word("member")))
                    : std::string{};
@@ -412,19 +412,15 @@ std::string Explainer::reset_fallback(const Call &call)
 
 std::string Explainer::write_counter(const Call &call)
 {
-    const std::string name = name_of(reflection::counters(), call.word("counter"));
-    return name.empty() ? name
-                        : "counter write " + name + ' ' + std::to_string(call.number("index")) +
-                              counts_text(call.counts);
+    return named_command("counter write", reflection::counters(), call.word("counter"),
+                         std::to_string(call.number("index")) + counts_text(call.counts));
 }
 
 std::string Explainer::write_direct_counter(const Call &call)
 {
     const u32 table = call.word("table");
-    const std::string name = name_of(reflection::counters(), table);
-    return name.empty()
-               ? name
-               : "counter write " + name + ' ' + entry(table, call.word("entry")) + counts_text(call.counts);
+    return named_command("counter write", reflection::counters(), table,
+                         entry(table, call.word("entry")) + counts_text(call.counts));
 }
 
 std::string Explainer::set_meter(const Call &call)
@@ -441,29 +437,49 @@ std::string Explainer::set_direct_meter(const Call &call)
                          meter.res_data.meter);
 }
 
+std::string Explainer::adjust_meter(const Call &call)
+{
+    return named_command("meter adjust", reflection::meters(), call.word("meter"),
+                         std::to_string(call.number("adjust")));
+}
+
+std::string Explainer::sync_counter(const Call &call)
+{
+    return named_command("counter sync", reflection::counters(), call.word("counter"));
+}
+
+std::string Explainer::sync_direct_counter(const Call &call)
+{
+    return named_command("counter sync", reflection::counters(), call.word("table"));
+}
+
 std::string Explainer::write_register(const Call &call)
 {
-    const std::string name = name_of(reflection::registers(), call.word("table"));
-    return name.empty() ? name
-                        : "register write " + name + ' ' + std::to_string(call.number("index")) + ' ' +
-                              std::to_string(call.value.bytes[0] & 1);
+    return named_command("register write", reflection::registers(), call.word("table"),
+                         std::to_string(call.number("index")) + ' ' +
+                             std::to_string(call.value.bytes[0] & 1));
 }
 
 std::string Explainer::fill_registers(const Call &call)
 {
-    const std::string name = name_of(reflection::registers(), call.word("table"));
-    if (name.empty() || !call.has_value)
-        return name.empty() ? name : "register reset " + name;
-    return "register fill " + name + ' ' + std::to_string(call.value.bytes[0] & 1);
+    if (!call.has_value)
+        return named_command("register reset", reflection::registers(), call.word("table"));
+    return named_command("register fill", reflection::registers(), call.word("table"),
+                         std::to_string(call.value.bytes[0] & 1));
 }
 
 std::string Explainer::reset_registers(const Call &call)
 {
-    const std::string name = name_of(reflection::registers(), call.word("table"));
-    return name.empty() || call.has_value
-               ? std::string{}
-               : "register reset " + name + ' ' + std::to_string(call.number("start")) +
-                     " count=" + std::to_string(call.number("count"));
+    if (call.has_value)
+        return {};
+    return named_command("register reset", reflection::registers(), call.word("table"),
+                         std::to_string(call.number("start")) +
+                             " count=" + std::to_string(call.number("count")));
+}
+
+std::string Explainer::sync_registers(const Call &call)
+{
+    return named_command("register sync", reflection::registers(), call.word("table"));
 }
 
 // ---- Idle time --------------------------------------------------------------------------------------------
@@ -509,6 +525,13 @@ std::string Explainer::set_hit_state(const Call &call)
                          entry(call.word("table"), call.word("first")));
 }
 
+// ---- Digests ----------------------------------------------------------------------------------------------
+
+std::string Explainer::set_digest_timeout(const Call &call)
+{
+    return "digest timeout " + std::to_string(call.number("timeout"));
+}
+
 // ---- Operations -------------------------------------------------------------------------------------------
 
 const Explainer::Row Explainer::rows[] = {
@@ -535,6 +558,11 @@ const Explainer::Row Explainer::rows[] = {
     {"pipe_mgr_stat_ent_set", &Explainer::write_counter},
     {"pipe_mgr_mat_ent_direct_stat_set", &Explainer::write_direct_counter},
     {"pipe_mgr_meter_ent_set", &Explainer::set_meter},
+    {"pipe_mgr_meter_set_bytecount_adjust", &Explainer::adjust_meter},
+    {"pipe_mgr_stat_database_sync", &Explainer::sync_counter},
+    {"pipe_mgr_direct_stat_database_sync", &Explainer::sync_direct_counter},
+    {"pipe_stful_database_sync", &Explainer::sync_registers},
+    {"pipe_mgr_flow_lrn_set_timeout", &Explainer::set_digest_timeout},
     {"pipe_stful_ent_set", &Explainer::write_register},
     {"pipe_stful_table_reset", &Explainer::fill_registers},
     {"pipe_stful_table_reset_range", &Explainer::reset_registers},
@@ -548,11 +576,13 @@ const Explainer::Row Explainer::rows[] = {
 std::string Explainer::command(const tap::RecordedCall &call)
 {
     const auto row = std::ranges::find(rows, std::string_view{call.operation().name}, &Row::operation);
-    if (row == std::end(rows) || call.header.result != 0 || call.header.depth != 0)
+    if (call.operation().returns != tap::Returns::status || call.header.result != 0 || call.header.depth != 0)
         return {};
     const Call arguments{call};
     if (!arguments.ok())
         return {};
+    if (row == std::end(rows))
+        return services_.command(call.operation().name, arguments);
     const bool of_unknown = row->make != &Explainer::add && has_no_command(arguments);
     const std::string text = (this->*row->make)(arguments);
     return of_unknown ? std::string{} : text;

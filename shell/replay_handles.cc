@@ -1,50 +1,32 @@
 #include "replay_handles.h"
 
-#include "reflection.h"
+#include "profiles.h"
 
 namespace shell {
 
-namespace {
-
-using reflection::ProfileFunctions;
-using tap::Kind;
-
-// A profile goes by its action data table, its selector, or the match table whose entries point into it.
-const ProfileFunctions *profile_of(u32 table)
+bool ReplayHandles::has(tap::Kind kind)
 {
-    if (const reflection::TableFunctions *found = reflection::find_table(table))
-        return found->indirect ? found->indirect->profile : nullptr;
-    for (const ProfileFunctions *profile : reflection::profiles())
-        if (profile->row->action_table == table || profile->row->selector == table)
-            return profile;
-    return nullptr;
+    return kind == tap::Kind::entry || kind == tap::Kind::entry_word || kind == tap::Kind::value_set_entry ||
+           kind == tap::Kind::member || kind == tap::Kind::group;
 }
 
-} // namespace
-
-bool ReplayHandles::has(Kind kind)
+ReplayHandles::Place ReplayHandles::place(tap::Kind kind, u32 table, u32 recorded)
 {
-    return kind == Kind::entry || kind == Kind::entry_word || kind == Kind::value_set_entry ||
-           kind == Kind::member || kind == Kind::group;
-}
-
-ReplayHandles::Place ReplayHandles::place(Kind kind, u32 table, u32 recorded)
-{
-    if (kind == Kind::entry_word)
-        kind = Kind::entry;
-    if (const ProfileFunctions *profile = profile_of(table))
-        table = kind == Kind::member  ? profile->row->action_table
-                : kind == Kind::group ? profile->row->selector
-                                      : table;
+    if (kind == tap::Kind::entry_word)
+        kind = tap::Kind::entry;
+    if (const reflection::ProfileFunctions *profile = profile_by_table(table))
+        table = kind == tap::Kind::member  ? profile->row->action_table
+                : kind == tap::Kind::group ? profile->row->selector
+                                           : table;
     return {kind, table, recorded};
 }
 
-void ReplayHandles::learn(Kind kind, u32 table, u32 recorded, u32 played)
+void ReplayHandles::learn(tap::Kind kind, u32 table, u32 recorded, u32 played)
 {
     played_[place(kind, table, recorded)] = played;
 }
 
-u32 ReplayHandles::find(Kind kind, u32 table, u32 recorded) const
+u32 ReplayHandles::find(tap::Kind kind, u32 table, u32 recorded) const
 {
     const auto known = played_.find(place(kind, table, recorded));
     return known != played_.end() ? known->second : recorded;
