@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "explain_records.h"
 #include "images.h"
 #include "profiles.h"
 #include "resources.h"
@@ -14,12 +15,6 @@ namespace {
 
 using reflection::ProfileFunctions;
 using reflection::TableFunctions;
-
-// Room for a record, aligned for every member.
-std::vector<u64> record_of(std::size_t size)
-{
-    return std::vector<u64>(size / sizeof(u64) + 1);
-}
 
 // Whether each value fits its field: the library hands on what does not, but no command takes it.
 template <typename Fields>
@@ -46,24 +41,15 @@ bool has_images(const pd::Table &table, const void *key, const pipe_match_spec &
 }
 
 // Empty where no command takes the key.
-std::string key_text(const TableFunctions &table, pipe_match_spec match)
+std::string key_text(const TableFunctions &table, const pipe_match_spec &match)
 {
-    std::vector<u64> key = record_of(table.row->record_size);
-    table.unbuild_key(&match, key.data());
-    if (table.unbuild_mask)
-        table.unbuild_mask(&match, key.data());
+    const CallerRecord key = key_record(table, match);
     if (!all_fit(table.row->key, key.data()) || !has_images(*table.row, key.data(), match))
         return {};
     std::string text = assignments(shown_fields(*table.row), key.data());
     if (pd::has_priority(*table.row))
         text += (text.empty() ? "priority=" : " priority=") + std::to_string(match.priority);
     return text;
-}
-
-std::span<const pipe_res_spec> resources_of(const pipe_action_spec &spec)
-{
-    return {spec.resources,
-            std::min<std::size_t>(spec.resource_count, std::extent_v<decltype(spec.resources)>)};
 }
 
 // "setNextHop nextHop=7"; empty for an action that is none of these, and where a value does not fit.
@@ -76,12 +62,7 @@ std::string action_text(std::span<const pd::Binding> actions, u32 handle, const 
     std::string text = action.name;
     if (action.parameters.empty())
         return text;
-    std::vector<u64> parameters = record_of(action.record_size);
-    std::vector<pd_res_ref> resources;
-    for (const pipe_res_spec &resource : resources_of(spec))
-        resources.push_back({resource.res_handle, resource.res_index});
-    reflection::action_texts()[action.number].unbuild(&spec.action_data, resources.data(),
-                                                      static_cast<u32>(resources.size()), parameters.data());
+    const CallerRecord parameters = parameter_record(action, spec);
     if (!all_fit(action.parameters, parameters.data()))
         return {};
     append_assignments(text, shown_fields(action), parameters.data());
@@ -106,20 +87,14 @@ constexpr const char *meter_types[] = {"aware", "unaware"};
 // " meter=CR,CB,PR,PB,TYPE" where the entry gets one.
 std::string meter_text(const TableFunctions &table, const pipe_action_spec &spec)
 {
-    for (const pipe_res_spec &resource :
-         std::span(spec.resources)
-             .first(std::min<std::size_t>(spec.resource_count, std::size(spec.resources)))) {
-        if (table.row->direct_meter == 0 || resource.res_handle != table.row->direct_meter ||
-            resource.res_tag != PIPE_RES_ATTACH)
-            continue;
-        const pipe_meter_spec &meter = resource.res_data.meter;
-        std::string text = " meter=";
-        for (const u64 number :
-             {meter.committed_rate, meter.committed_burst, meter.peak_rate, meter.peak_burst})
-            text += std::to_string(number) + ',';
-        return text + meter_types[meter.meter_type & 1];
-    }
-    return {};
+    const pipe_meter_spec *const meter = meter_of(table, spec);
+    if (!meter)
+        return {};
+    std::string text = " meter=";
+    for (const u64 number :
+         {meter->committed_rate, meter->committed_burst, meter->peak_rate, meter->peak_burst})
+        text += std::to_string(number) + ',';
+    return text + meter_types[meter->meter_type & 1];
 }
 
 // The name of one of the rows by its handle; empty for none.
