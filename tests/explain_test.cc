@@ -47,6 +47,7 @@ protected:
         EXPECT_EQ(replay.played() + replay.left_out(), first.calls().size());
         EXPECT_EQ(record(3).calls().size(), replay.played());
         EXPECT_EQ(output_of("save -"), renamed(state));
+        expect_in_c(commands);
         return commands;
     }
 
@@ -59,6 +60,12 @@ private:
         EXPECT_EQ(ts_tap_record(path.c_str(), 1 << 22), 0);
         use();
         EXPECT_EQ(ts_tap_record(nullptr, 0), 0);
+        return explained();
+    }
+
+    // The last record.
+    std::string explained() const
+    {
         std::string commands;
         shell::Explainer explainer;
         const tap::RecordReader made = record(records_);
@@ -66,6 +73,22 @@ private:
             if (const std::string command = explainer.command(call); !command.empty())
                 commands += command + '\n';
         return commands;
+    }
+
+    // The first record's program in C makes the same calls.
+    void expect_in_c(const std::string &commands)
+    {
+        const std::string in = "cd " + folder_.string() + " && ";
+        const auto run = [&](const std::string &command) {
+            EXPECT_EQ(std::system((in + command).c_str()), 0);
+        };
+        run(TS_BIN_DIR "/tessel-shell explain --as c 1 > calls.c");
+        run(TS_CC " " TS_C_FLAGS " -Wall -Werror calls.c -I" TS_SOURCE_DIR
+                  "/bf_tessel_switch_nat_static/include -I" TS_GENERATED_DIR "/include -L" TS_LIB_DIR
+                  " -Wl,-rpath," TS_LIB_DIR
+                  " -Wl,--no-as-needed -lts_bf_pd_nat_static -ltessel_tap -ltessel_model");
+        run("TESSEL_TAP=record:" + std::to_string(++records_) + " ./a.out");
+        EXPECT_EQ(explained(), commands);
     }
 
     tap::RecordReader record(int number) const
