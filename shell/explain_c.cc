@@ -56,6 +56,9 @@ constexpr char ending[] = R"(    return p4_pd_tessel_switch_cleanup() != PD_STAT
 
 bool points(const tap::Arguments &call)
 {
+    const TableFunctions *const table = reflection::find_table(call.word("table"));
+    if (!table || !table->indirect)
+        return false;
     return call.action.action_kind == PIPE_ACTION_MEMBER || call.action.action_kind == PIPE_ACTION_GROUP;
 }
 
@@ -272,13 +275,17 @@ const pd::Action &CProgram::action() const
     return *std::ranges::find(actions, call_->word("action"), &pd::Binding::handle)->action;
 }
 
-// "ipv4Host_entry_1"
+// "ipv4Host_entry_1"; the number where there is no such table.
 std::string CProgram::variable(const char *kind, u32 handle) const
 {
+    const u32 table = call_->word("table");
     std::string name = name_in(reflection::value_sets(), call_->word("set"));
-    if (name.empty())
-        name = std::string_view{kind} == "entry" ? table().row->name : profile().row->name;
-    return name + '_' + kind + '_' + std::to_string(handle);
+    if (const TableFunctions *found = reflection::find_table(table);
+        found && std::string_view{kind} == "entry")
+        name = found->row->name;
+    else if (const reflection::ProfileFunctions *profile = profile_by_table(table))
+        name = profile->row->name;
+    return name.empty() ? std::to_string(handle) : name + '_' + kind + '_' + std::to_string(handle);
 }
 
 std::string CProgram::handle(const char *kind, u32 handle) const

@@ -45,7 +45,7 @@ std::string ServiceExplainer::add(const ValueSet &set, const Call &call)
     const std::string key = key_text(call);
     entries_[{call.word("set"), call.word("entry")}] = key.empty() ? 0 : ++added_[call.word("set")];
     if (key.empty())
-        return key;
+        return {};
     std::string scope;
     for (const char *part : {"scope_a", "scope_b", "scope_c"})
         scope += (scope.empty() ? " scope=" : ",") + std::to_string(call.number(part));

@@ -24,10 +24,10 @@ public:
     // The calls that the tap refused, and those that mean nothing outside the process that was recorded.
     std::size_t left_out() const { return left_out_; }
 
-private:
-    // What came back; none for a call that is left out.
+    // One call; what came back, or none for a call that is left out.
     std::optional<pd_status> play(const tap::RecordedCall &call);
 
+private:
     ReplayHandles handles_;
     std::size_t played_ = 0;
     std::size_t left_out_ = 0;

@@ -190,7 +190,7 @@ Value ReplayValues::queries(u32 count, u32 elements)
 
 Value ReplayValues::cells(u32 count)
 {
-    auto **cells = make<pipe_stat_data *>(count);
+    auto **cells = reinterpret_cast<pipe_stat_data **>(make<u64>(count)); // room enough for pointers
     for (u32 at = 0; at < count; ++at)
         cells[at] = make<pipe_stat_data>();
     return Value::of(cells);
