@@ -51,18 +51,21 @@ bool RecordReader::read_header(std::string &error)
     }
     const u8 *header = bytes_.data();
     if (const u32 version = load<u32>(header + offsetof(FileHeader, version)); version != file_version) {
-        error = "has version " + std::to_string(version) + " of the format; this program reads version " +
-                std::to_string(file_version);
+        error = "has at byte 8 version " + std::to_string(version) +
+                " of the format; this program reads version " + std::to_string(file_version);
+        return false;
+    }
+    if (load<u32>(header + offsetof(FileHeader, header_bytes)) != file_header_bytes) {
+        error = "is damaged at byte 12";
         return false;
     }
     capacity_ = load<u64>(header + offsetof(FileHeader, capacity));
-    if (load<u32>(header + offsetof(FileHeader, header_bytes)) != file_header_bytes || capacity_ == 0 ||
-        capacity_ % file_header_bytes != 0 || capacity_ > u64{1} << 40) {
-        error = "has a damaged first page";
+    if (capacity_ == 0 || capacity_ % file_header_bytes != 0 || capacity_ > u64{1} << 40) {
+        error = "is damaged at byte 16";
         return false;
     }
     if (load<u64>(header + offsetof(FileHeader, operations)) != operations_fingerprint()) {
-        error = "was made by a tap with other operations";
+        error = "was made by a tap with other operations, as byte 24 tells";
         return false;
     }
     head_ = load<u64>(header + offsetof(FileHeader, head));

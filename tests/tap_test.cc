@@ -450,13 +450,13 @@ TEST_F(Tap, CutAndDamagedRecordsGiveTheirWholeCalls)
     EXPECT_EQ(refusal(""), ": is no record of the tap");
     EXPECT_EQ(refusal(whole.substr(0, 100)), ": was cut short at byte 100, within its first page");
     other[8] = 9;
-    EXPECT_EQ(refusal(other), ": has version 9 of the format; this program reads version 1");
+    EXPECT_EQ(refusal(other), ": has at byte 8 version 9 of the format; this program reads version 1");
     other = whole;
     other[16] = 1;
-    EXPECT_EQ(refusal(other), ": has a damaged first page");
+    EXPECT_EQ(refusal(other), ": is damaged at byte 16");
     other = whole;
     other[24] = static_cast<char>(~other[24]);
-    EXPECT_EQ(refusal(other), ": was made by a tap with other operations");
+    EXPECT_EQ(refusal(other), ": was made by a tap with other operations, as byte 24 tells");
 }
 
 TEST_F(Tap, TwoThreadsAndAForkedProcessShareARecord)
