@@ -4,6 +4,9 @@
 #include <vector>
 
 #include "explain.h"
+#include "explain_c.h"
+#include "model.h"
+#include "replay.h"
 #include "sandbox.h"
 
 namespace {
@@ -71,11 +74,17 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     const auto record = tap::RecordReader::open(path, error);
     fuzz::expect(record || error.find('\n') == std::string::npos, "one line of what is wrong");
     fuzz::expect(!whole || (record && record->calls().size() == calls), "all whole calls");
+    shell::Replay replay;
     shell::Explainer explainer;
+    shell::CProgram program;
     for (std::size_t at = 0; record && at < record->calls().size(); ++at) {
         fuzz::expect(!tap::line_of(record->calls()[at]).empty(), "a line");
-        fuzz::expect(explainer.command(record->calls()[at]).find('\n') == std::string::npos,
-                     "a command is a line");
+        replay.play(record->calls()[at]);
+        const std::string command = explainer.command(record->calls()[at]);
+        fuzz::expect(command.find('\n') == std::string::npos, "a command is a line");
+        program.keep(record->calls()[at]);
+        fuzz::expect(command.empty() || !program.statement(record->calls()[at]).empty(), "a statement");
     }
+    ts_model_reset();
     return 0;
 }

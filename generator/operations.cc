@@ -28,6 +28,8 @@ constexpr Kind kinds[] = {
     {"calculation", "u32", Form::value, types, "a hash calculation"},
     {"handle", "u32", Form::value, types, "a word best read in hexadecimal"},
     {"entry", "pd_entry_hdl", Form::value, types, "an entry of a match table"},
+    {"entry_word", "pd_word", Form::value, types, "an entry of a match table, in a word"},
+    {"value_set_entry", "u32", Form::value, types, "an entry of a parser value set"},
     {"member", "pd_mbr_hdl", Form::value, types, "a member of an action profile"},
     {"group", "pd_grp_hdl", Form::value, types, "a group of an action profile"},
     {"selection", "pd_word", Form::value, types, "a state of the member-selection store"},
@@ -98,6 +100,7 @@ Operation read_operation(RowReader &row)
     operation.note = row.text_or("note", "");
     operation.brief = row.text("brief");
     operation.returns = row.text_or("returns", "status");
+    operation.local = row.flag_or("local", false);
     row.rows("arguments", false, "arguments",
              [&](RowReader &argument) { operation.arguments.push_back(read_argument(argument)); });
     return operation;

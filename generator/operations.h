@@ -49,6 +49,7 @@ struct Operation {
     std::string note;    // comment above it
     std::string brief;
     std::string returns; // status, selection, integer, memory, nothing
+    bool local = false;  // means nothing outside the process that calls it
     std::vector<Argument> arguments;
 
     // Where an argument stands; none for a name that is not there.

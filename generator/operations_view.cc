@@ -84,6 +84,7 @@ data operation_view(const Operation &operation, std::size_t index)
     view.set("has_note", data(!operation.note.empty()));
     view.set("brief", operation.brief);
     view.set("returns", operation.returns);
+    view.set("local", operation.local ? "true" : "false");
     view.set("result_type", type);
     view.set("result", type + (type.ends_with('*') ? "" : " "));
     view.set("has_result", data(operation.returns != "nothing"));

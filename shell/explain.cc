@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <vector>
 
+#include "explain_records.h"
 #include "images.h"
 #include "meters.h"
+#include "profiles.h"
 #include "resources.h"
 #include "shown.h"
 
@@ -14,12 +16,6 @@ namespace {
 
 using reflection::ProfileFunctions;
 using reflection::TableFunctions;
-
-// Room for a record, aligned for every member.
-std::vector<u64> record_of(std::size_t size)
-{
-    return std::vector<u64>(size / sizeof(u64) + 1);
-}
 
 // Whether each value fits its field: the library hands on what does not, but no command takes it.
 template <typename Fields>
@@ -46,24 +42,15 @@ bool has_images(const pd::Table &table, const void *key, const pipe_match_spec &
 }
 
 // Empty where no command takes the key.
-std::string key_text(const TableFunctions &table, pipe_match_spec match)
+std::string key_text(const TableFunctions &table, const pipe_match_spec &match)
 {
-    std::vector<u64> key = record_of(table.row->record_size);
-    table.unbuild_key(&match, key.data());
-    if (table.unbuild_mask)
-        table.unbuild_mask(&match, key.data());
+    const CallerRecord key = key_record(table, match);
     if (!all_fit(table.row->key, key.data()) || !has_images(*table.row, key.data(), match))
         return {};
     std::string text = assignments(shown_fields(*table.row), key.data());
     if (pd::has_priority(*table.row))
         text += (text.empty() ? "priority=" : " priority=") + std::to_string(match.priority);
     return text;
-}
-
-std::span<const pipe_res_spec> resources_of(const pipe_action_spec &spec)
-{
-    return {spec.resources,
-            std::min<std::size_t>(spec.resource_count, std::extent_v<decltype(spec.resources)>)};
 }
 
 // "setNextHop nextHop=7"; empty for an action that is none of these, and where a value does not fit.
@@ -76,12 +63,7 @@ std::string action_text(std::span<const pd::Binding> actions, u32 handle, const 
     std::string text = action.name;
     if (action.parameters.empty())
         return text;
-    std::vector<u64> parameters = record_of(action.record_size);
-    std::vector<pd_res_ref> resources;
-    for (const pipe_res_spec &resource : resources_of(spec))
-        resources.push_back({resource.res_handle, resource.res_index});
-    reflection::action_texts()[action.number].unbuild(&spec.action_data, resources.data(),
-                                                      static_cast<u32>(resources.size()), parameters.data());
+    const CallerRecord parameters = parameter_record(action, spec);
     if (!all_fit(action.parameters, parameters.data()))
         return {};
     append_assignments(text, shown_fields(action), parameters.data());
@@ -104,28 +86,11 @@ bool fits(std::span<const pd::Binding> actions, u32 handle, const pipe_action_sp
 // " meter=CR,CB,PR,PB,TYPE" where the entry gets one.
 std::string meter_text(const TableFunctions &table, const pipe_action_spec &spec)
 {
-    for (const pipe_res_spec &resource :
-         std::span(spec.resources)
-             .first(std::min<std::size_t>(spec.resource_count, std::size(spec.resources)))) {
-        if (table.row->direct_meter == 0 || resource.res_handle != table.row->direct_meter ||
-            resource.res_tag != PIPE_RES_ATTACH)
-            continue;
-        const pipe_meter_spec &meter = resource.res_data.meter;
-        std::string text = " meter=";
-        for (const u64 number :
-             {meter.committed_rate, meter.committed_burst, meter.peak_rate, meter.peak_burst})
-            text += std::to_string(number) + ',';
-        return text += meter_types[meter.meter_type & 1];
-    }
-    return {};
-}
-
-const ProfileFunctions *profile_of(u32 table)
-{
-    const auto found = std::ranges::find_if(reflection::profiles(), [&](const ProfileFunctions *profile) {
-        return profile->row->action_table == table || profile->row->selector == table;
-    });
-    return found != reflection::profiles().end() ? *found : nullptr;
+    const pipe_meter_spec *const meter = meter_of(table, spec);
+    if (!meter)
+        return {};
+    return ' ' + meter_option(meter->committed_rate, meter->committed_burst, meter->peak_rate,
+                              meter->peak_burst, meter->meter_type & 1);
 }
 
 // The name of one of the rows by its handle; empty for none.
@@ -136,19 +101,6 @@ std::string name_of(std::span<const Functions> all, u32 handle)
         if (functions.row->handle == handle)
             return functions.row->name;
     return {};
-}
-
-// Empty for a meter that is none of the program's.
-std::string meter_command(u32 handle, const std::string &cell, const pipe_meter_spec &meter)
-{
-    const std::string name = name_of(reflection::meters(), handle);
-    if (name.empty())
-        return {};
-    return "meter set " + name + ' ' + cell + " : committed_rate=" + std::to_string(meter.committed_rate) +
-           " committed_burst=" + std::to_string(meter.committed_burst) +
-           " peak_rate=" + std::to_string(meter.peak_rate) +
-           " peak_burst=" + std::to_string(meter.peak_burst) +
-           " type=" + std::string{meter_types[meter.meter_type & 1]};
 }
 
 // "delete ipv4Host dip=10.0.0.1"
@@ -168,8 +120,28 @@ std::string table_command(const char *command, const tap::Arguments &call, const
 // Likewise about its action profile.
 std::string profile_command(const char *command, const tap::Arguments &call, const std::string &rest)
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
+    const ProfileFunctions *profile = profile_by_table(call.word("table"));
     return profile ? joined(command, profile->row->name, rest) : std::string{};
+}
+
+// A command about a counter, meter or register that the program has.
+template <typename Functions>
+std::string named_command(const char *command, std::span<const Functions> all, u32 handle,
+                          const std::string &rest = {})
+{
+    const std::string name = name_of(all, handle);
+    return name.empty() ? name : joined(command, name.c_str(), rest);
+}
+
+// Empty for a meter that is none of the program's.
+std::string meter_command(u32 handle, const std::string &cell, const pipe_meter_spec &meter)
+{
+    return named_command("meter set", reflection::meters(), handle,
+                         cell + " : committed_rate=" + std::to_string(meter.committed_rate) +
+                             " committed_burst=" + std::to_string(meter.committed_burst) +
+                             " peak_rate=" + std::to_string(meter.peak_rate) + " peak_burst=" +
+                             std::to_string(meter.peak_burst) + " type=" +
+                             std::string{meter_types[meter.meter_type & 1]});
 }
 
 std::string counts_text(const pipe_stat_data &counts)
@@ -357,7 +329,7 @@ std::string Explainer::delete_group(const Call &call)
 // The command, the member, and its action, if that is one of the profile's.
 std::string Explainer::member_command(const char *command, const Call &call) const
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
+    const ProfileFunctions *profile = profile_by_table(call.word("table"));
     if (!profile || !fits(profile->row->actions, call.word("action"), call.action))
         return {};
     const std::string action = action_text(profile->row->actions, call.word("action"), call.action);
@@ -368,7 +340,7 @@ std::string Explainer::member_command(const char *command, const Call &call) con
 
 std::string Explainer::group_command(const char *command, const Call &call, const char *behind) const
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
+    const ProfileFunctions *profile = profile_by_table(call.word("table"));
     return profile ? profile_command(command, call,
                                      group(profile->row->selector, call.word("group")) + ' ' +
                                          member(profile->row->action_table, call.word("member")) + behind)
@@ -397,7 +369,7 @@ std::string Explainer::deactivate(const Call &call)
 
 std::string Explainer::set_fallback(const Call &call)
 {
-    const ProfileFunctions *profile = profile_of(call.word("table"));
+    const ProfileFunctions *profile = profile_by_table(call.word("table"));
     return profile ? profile_command("group fallback", call,
                                      member(profile->row->action_table, call.word("member")))
                    : std::string{};
@@ -412,19 +384,15 @@ std::string Explainer::reset_fallback(const Call &call)
 
 std::string Explainer::write_counter(const Call &call)
 {
-    const std::string name = name_of(reflection::counters(), call.word("counter"));
-    return name.empty() ? name
-                        : "counter write " + name + ' ' + std::to_string(call.number("index")) +
-                              counts_text(call.counts);
+    return named_command("counter write", reflection::counters(), call.word("counter"),
+                         std::to_string(call.number("index")) + counts_text(call.counts));
 }
 
 std::string Explainer::write_direct_counter(const Call &call)
 {
     const u32 table = call.word("table");
-    const std::string name = name_of(reflection::counters(), table);
-    return name.empty()
-               ? name
-               : "counter write " + name + ' ' + entry(table, call.word("entry")) + counts_text(call.counts);
+    return named_command("counter write", reflection::counters(), table,
+                         entry(table, call.word("entry")) + counts_text(call.counts));
 }
 
 std::string Explainer::set_meter(const Call &call)
@@ -441,29 +409,49 @@ std::string Explainer::set_direct_meter(const Call &call)
                          meter.res_data.meter);
 }
 
+std::string Explainer::adjust_meter(const Call &call)
+{
+    return named_command("meter adjust", reflection::meters(), call.word("meter"),
+                         std::to_string(call.number("adjust")));
+}
+
+std::string Explainer::sync_counter(const Call &call)
+{
+    return named_command("counter sync", reflection::counters(), call.word("counter"));
+}
+
+std::string Explainer::sync_direct_counter(const Call &call)
+{
+    return named_command("counter sync", reflection::counters(), call.word("table"));
+}
+
 std::string Explainer::write_register(const Call &call)
 {
-    const std::string name = name_of(reflection::registers(), call.word("table"));
-    return name.empty() ? name
-                        : "register write " + name + ' ' + std::to_string(call.number("index")) + ' ' +
-                              std::to_string(call.value.bytes[0] & 1);
+    return named_command("register write", reflection::registers(), call.word("table"),
+                         std::to_string(call.number("index")) + ' ' +
+                             std::to_string(call.value.bytes[0] & 1));
 }
 
 std::string Explainer::fill_registers(const Call &call)
 {
-    const std::string name = name_of(reflection::registers(), call.word("table"));
-    if (name.empty() || !call.has_value)
-        return name.empty() ? name : "register reset " + name;
-    return "register fill " + name + ' ' + std::to_string(call.value.bytes[0] & 1);
+    if (!call.has_value)
+        return named_command("register reset", reflection::registers(), call.word("table"));
+    return named_command("register fill", reflection::registers(), call.word("table"),
+                         std::to_string(call.value.bytes[0] & 1));
 }
 
 std::string Explainer::reset_registers(const Call &call)
 {
-    const std::string name = name_of(reflection::registers(), call.word("table"));
-    return name.empty() || call.has_value
-               ? std::string{}
-               : "register reset " + name + ' ' + std::to_string(call.number("start")) +
-                     " count=" + std::to_string(call.number("count"));
+    if (call.has_value)
+        return {};
+    return named_command("register reset", reflection::registers(), call.word("table"),
+                         std::to_string(call.number("start")) +
+                             " count=" + std::to_string(call.number("count")));
+}
+
+std::string Explainer::sync_registers(const Call &call)
+{
+    return named_command("register sync", reflection::registers(), call.word("table"));
 }
 
 // ---- Idle time --------------------------------------------------------------------------------------------
@@ -509,6 +497,13 @@ std::string Explainer::set_hit_state(const Call &call)
                          entry(call.word("table"), call.word("first")));
 }
 
+// ---- Digests ----------------------------------------------------------------------------------------------
+
+std::string Explainer::set_digest_timeout(const Call &call)
+{
+    return "digest timeout " + std::to_string(call.number("timeout"));
+}
+
 // ---- Operations -------------------------------------------------------------------------------------------
 
 const Explainer::Row Explainer::rows[] = {
@@ -535,6 +530,11 @@ const Explainer::Row Explainer::rows[] = {
     {"pipe_mgr_stat_ent_set", &Explainer::write_counter},
     {"pipe_mgr_mat_ent_direct_stat_set", &Explainer::write_direct_counter},
     {"pipe_mgr_meter_ent_set", &Explainer::set_meter},
+    {"pipe_mgr_meter_set_bytecount_adjust", &Explainer::adjust_meter},
+    {"pipe_mgr_stat_database_sync", &Explainer::sync_counter},
+    {"pipe_mgr_direct_stat_database_sync", &Explainer::sync_direct_counter},
+    {"pipe_stful_database_sync", &Explainer::sync_registers},
+    {"pipe_mgr_flow_lrn_set_timeout", &Explainer::set_digest_timeout},
     {"pipe_stful_ent_set", &Explainer::write_register},
     {"pipe_stful_table_reset", &Explainer::fill_registers},
     {"pipe_stful_table_reset_range", &Explainer::reset_registers},
@@ -548,11 +548,13 @@ const Explainer::Row Explainer::rows[] = {
 std::string Explainer::command(const tap::RecordedCall &call)
 {
     const auto row = std::ranges::find(rows, std::string_view{call.operation().name}, &Row::operation);
-    if (row == std::end(rows) || call.header.result != 0 || call.header.depth != 0)
+    if (call.operation().returns != tap::Returns::status || call.header.result != 0 || call.header.depth != 0)
         return {};
     const Call arguments{call};
     if (!arguments.ok())
         return {};
+    if (row == std::end(rows))
+        return services_.command(call.operation().name, arguments);
     const bool of_unknown = row->make != &Explainer::add && has_no_command(arguments);
     const std::string text = (this->*row->make)(arguments);
     return of_unknown ? std::string{} : text;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "arguments.h"
+#include "explain_services.h"
 #include "reflection.h"
 
 namespace shell {
@@ -49,9 +50,14 @@ private:
     std::string write_direct_counter(const Call &call);
     std::string set_meter(const Call &call);
     std::string set_direct_meter(const Call &call);
+    std::string adjust_meter(const Call &call);
+    std::string sync_counter(const Call &call);
+    std::string sync_direct_counter(const Call &call);
     std::string write_register(const Call &call);
     std::string fill_registers(const Call &call);
     std::string reset_registers(const Call &call);
+    std::string sync_registers(const Call &call);
+    std::string set_digest_timeout(const Call &call);
     std::string keep_idle_params(const Call &call);
     std::string enable_idle(const Call &call);
     std::string set_ttl(const Call &call);
@@ -72,6 +78,7 @@ private:
     std::map<Place, std::string> keys_; // of entries; empty where no command adds them
     std::set<Place> named_;             // members and groups that the record has seen come
     std::map<u32, pipe_idle_params> idle_params_;
+    ServiceExplainer services_;
 };
 
 } // namespace shell

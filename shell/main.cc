@@ -8,6 +8,7 @@
 
 #include "explain_command.h"
 #include "json.h"
+#include "replay_command.h"
 #include "session.h"
 #include "signals.h"
 #include "terminal_lines.h"
@@ -20,7 +21,8 @@ constexpr int bad_usage = 2;
 constexpr char help[] = R"(
 Carries out commands against the model driver of the switch program: those of FILE, those of standard input
 (-, or when it is no terminal), or interactively. 'help' lists the commands. 
-'tessel-shell explain RECORD' prints what the tap has recorded as commands; it has a --help of its own.
+'tessel-shell explain RECORD' prints what the tap has recorded as commands, 'tessel-shell replay RECORD' plays
+it again; both have a --help of their own.
 
   -k, --keep-going  carry on after a bad line; the number of bad lines is told at the end
   -v, --verbose     add tells the handle of each new entry
@@ -105,6 +107,8 @@ int main(int argc, char **argv)
     std::ios::sync_with_stdio(false);
     if (argc > 1 && std::string_view{argv[1]} == "explain")
         return shell::run_explain(argc - 1, argv + 1);
+    if (argc > 1 && std::string_view{argv[1]} == "replay")
+        return shell::run_replay(argc - 1, argv + 1);
     shell::SessionOptions options;
     if (isatty(STDERR_FILENO))
         options.terminal = &std::cerr;

@@ -100,12 +100,18 @@ std::string meter_option(const reflection::TableFunctions &table, pd_entry_hdl e
         if (status == TS_MODEL_UNKNOWN_OBJECT)
             return {};
         expect_success(status);
-        std::string text = "meter=";
-        for (const u32 number : {spec.committed_rate, spec.committed_burst, spec.peak_rate, spec.peak_burst})
-            text += std::to_string(number) + ',';
-        return text += meter_types[spec.requested_meter_type];
+        return meter_option(spec.committed_rate, spec.committed_burst, spec.peak_rate, spec.peak_burst,
+                            spec.requested_meter_type);
     }
     return {};
+}
+
+std::string meter_option(u64 committed_rate, u64 committed_burst, u64 peak_rate, u64 peak_burst, u32 type)
+{
+    std::string text = "meter=";
+    for (const u64 number : {committed_rate, committed_burst, peak_rate, peak_burst})
+        text += std::to_string(number) + ',';
+    return text += meter_types[type];
 }
 
 void run_meter(Session &session, Words &words)

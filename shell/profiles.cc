@@ -57,6 +57,16 @@ const reflection::TableFunctions &table_of(const ProfileFunctions &profile)
     });
 }
 
+const ProfileFunctions *profile_by_table(u32 handle)
+{
+    if (const reflection::TableFunctions *table = reflection::find_table(handle))
+        return table->indirect ? table->indirect->profile : nullptr;
+    const auto found = std::ranges::find_if(reflection::profiles(), [&](const ProfileFunctions *profile) {
+        return profile->row->action_table == handle || profile->row->selector == handle;
+    });
+    return found != reflection::profiles().end() ? *found : nullptr;
+}
+
 // ---- Words ----------------------------------------------------------------------------------------------
 
 const ProfileFunctions &take_profile(Words &words)

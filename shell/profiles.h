@@ -18,6 +18,9 @@ class Session;
 std::vector<std::string_view> profile_names();
 // The table whose entries point at the profile's members and groups.
 const reflection::TableFunctions &table_of(const reflection::ProfileFunctions &profile);
+// By the handle of its members' table, of its groups' or of the table whose entries point at them; null for
+// none.
+const reflection::ProfileFunctions *profile_by_table(u32 handle);
 
 // ---- Words. Each takes the next one and throws BadLine when it names nothing. ----
 

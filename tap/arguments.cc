@@ -17,6 +17,16 @@ bool take_record(Cursor &from, Record &record)
     return there;
 }
 
+// Empty for a null list.
+template <typename Record>
+bool take_list(Cursor &from, std::vector<Record> &list)
+{
+    const bool there = get_presence(from);
+    for (u32 left = there ? from.count() : 0; left > 0; --left)
+        get_record(from, list.emplace_back());
+    return there;
+}
+
 } // namespace
 
 Arguments::Arguments(const RecordedCall &call)
@@ -67,13 +77,16 @@ void Arguments::take(Cursor &from, const ArgumentRow &row)
         has_value = take_record(from, value);
         return;
     case Kind::resources:
-        ok_ = get_presence(from);
-        for (u32 left = ok_ ? from.count() : 0; left > 0; --left)
-            get_record(from, resources.emplace_back());
+        ok_ = take_list(from, resources);
         return;
-    case Kind::action_data:
+    case Kind::attributes:
+        take_list(from, attributes);
+        return;
     case Kind::property_value:
+        return get_record(from, property);
     case Kind::property_args:
+        return get_record(from, property_args);
+    case Kind::action_data:
     case Kind::wred_spec:
     case Kind::query:
     case Kind::client:
@@ -81,7 +94,6 @@ void Arguments::take(Cursor &from, const ArgumentRow &row)
     case Kind::numbers:
     case Kind::members:
     case Kind::bytes:
-    case Kind::attributes:
     case Kind::queries:
     case Kind::counts_list:
     case Kind::text:

@@ -29,8 +29,11 @@ public:
     pipe_meter_spec meter{};
     pipe_stat_data counts{};
     pipe_idle_params idle{};
+    pipe_pvs_property_value property{};
+    pipe_pvs_property_args property_args{};
     pipe_stful_value value{};
     std::vector<pipe_res_spec> resources;
+    std::vector<pipe_hash_calc_input_field_attribute> attributes;
     bool has_value = false; // a register's value may be left out
 
 private:

@@ -277,6 +277,7 @@ private:
         case Kind::calculation:
         case Kind::handle:
         case Kind::entry:
+        case Kind::value_set_entry:
         case Kind::member:
         case Kind::group:
         case Kind::number:
@@ -284,6 +285,7 @@ private:
         case Kind::device_byte:
         case Kind::byte:
             return number<u8>(at);
+        case Kind::entry_word:
         case Kind::selection:
         case Kind::word:
             return number<pd_word>(at);

@@ -384,6 +384,8 @@ private:
         case Kind::device:
         case Kind::device_byte:
         case Kind::entry:
+        case Kind::entry_word:
+        case Kind::value_set_entry:
         case Kind::member:
         case Kind::group:
         case Kind::selection:

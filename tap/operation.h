@@ -26,6 +26,8 @@ enum class Kind : u8 {
     calculation,
     handle,
     entry,
+    entry_word,
+    value_set_entry,
     member,
     group,
     selection,
@@ -77,6 +79,7 @@ struct OperationRow {
     const char *name;
     Returns returns;
     std::span<const ArgumentRow> arguments;
+    bool local; // means nothing outside the process that calls it
 };
 
 std::span<const OperationRow> operations();

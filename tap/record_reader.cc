@@ -46,23 +46,26 @@ bool RecordReader::read_header(std::string &error)
         return false;
     }
     if (bytes_.size() < file_header_bytes) {
-        error = "was cut short within its first page";
+        error = "was cut short at byte " + std::to_string(bytes_.size()) + ", within its first page";
         return false;
     }
     const u8 *header = bytes_.data();
     if (const u32 version = load<u32>(header + offsetof(FileHeader, version)); version != file_version) {
-        error = "has version " + std::to_string(version) + " of the format; this program reads version " +
-                std::to_string(file_version);
+        error = "has at byte 8 version " + std::to_string(version) +
+                " of the format; this program reads version " + std::to_string(file_version);
+        return false;
+    }
+    if (load<u32>(header + offsetof(FileHeader, header_bytes)) != file_header_bytes) {
+        error = "is damaged at byte 12";
         return false;
     }
     capacity_ = load<u64>(header + offsetof(FileHeader, capacity));
-    if (load<u32>(header + offsetof(FileHeader, header_bytes)) != file_header_bytes || capacity_ == 0 ||
-        capacity_ % file_header_bytes != 0 || capacity_ > u64{1} << 40) {
-        error = "has a damaged first page";
+    if (capacity_ == 0 || capacity_ % file_header_bytes != 0 || capacity_ > u64{1} << 40) {
+        error = "is damaged at byte 16";
         return false;
     }
     if (load<u64>(header + offsetof(FileHeader, operations)) != operations_fingerprint()) {
-        error = "was made by a tap with other operations";
+        error = "was made by a tap with other operations, as byte 24 tells";
         return false;
     }
     head_ = load<u64>(header + offsetof(FileHeader, head));
@@ -84,12 +87,23 @@ void RecordReader::read_calls()
         at += whole ? call.header.length : 8;
     }
     std::ranges::sort(calls_, {}, [](const RecordedCall &found) { return found.header.position; });
+    find_gaps();
+}
+
+void RecordReader::find_gaps()
+{
+    if (head_ > capacity_ && bytes_.size() < file_header_bytes + capacity_)
+        lost_at_ = bytes_.size();
     u64 expected = 0;
     for (RecordedCall &found : calls_) {
         found.gap_before = found.header.position != expected;
+        const bool overwritten = expected == 0 && head_ > capacity_;
+        if (found.gap_before && !overwritten && !lost_at_)
+            lost_at_ = place(expected);
         expected = found.header.position + found.header.length;
     }
-    gap_at_end_ = head_ > expected;
+    if (head_ > expected && !lost_at_)
+        lost_at_ = place(expected);
 }
 
 bool RecordReader::read_call(u64 at, RecordedCall &call)

@@ -32,13 +32,17 @@ public:
     u64 real_time(const RecordedCall &call) const { return call.header.start - monotonic_ + real_time_; }
     // Calls that were too long for the ring, or for which there was no memory.
     u64 dropped() const { return dropped_; }
-    // Whether calls behind the last one are lost.
-    bool gap_at_end() const { return gap_at_end_; }
+    // Where in the file the first call is missing that should be there: not one that a later has overwritten.
+    std::optional<u64> lost_at() const { return lost_at_; }
+    // Where in the file a call stands.
+    u64 place(const RecordedCall &call) const { return place(call.header.position); }
 
 private:
     bool read_header(std::string &error);
     void read_calls();
     bool read_call(u64 at, RecordedCall &call);
+    void find_gaps();
+    u64 place(u64 position) const { return file_header_bytes + position % capacity_; }
 
     std::vector<u8> bytes_;               // of the file
     std::vector<std::vector<u8>> joined_; // calls that the end of the ring has divided
@@ -49,7 +53,7 @@ private:
     u64 real_time_ = 0;
     u64 dropped_ = 0;
     u32 process_ = 0;
-    bool gap_at_end_ = false;
+    std::optional<u64> lost_at_;
 };
 
 // The call as the trace shows it.

@@ -24,7 +24,7 @@ import re, subprocess, sys, tempfile, textwrap
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-PROGRAMS = re.compile(r"(gcc|time|tessel-shell|examples/\w+)\s[^[]*$|\(cat ")
+PROGRAMS = re.compile(r"(TESSEL_TAP=\S+ )?(gcc|time|tessel-shell|examples/\w+)\s[^[]*$|\(cat ")
 BLOCK = re.compile(r"^(?:<!-- ((?:shell|output|not run)\b[^>]*?)-->\n\n?)?((?:(?:    .*)?\n)*    .*\n)", re.M)
 failures = 0
 

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
@@ -88,6 +89,9 @@ TEST(ShellProgram, ReadsAndRefuses)
         {"-kx", "tessel-shell: bad option -x" + usage},
         {"a b", "tessel-shell: more than one file" + usage},
         {"explain --json /dev/null", "tessel-shell: /dev/null: is no record of the tap\n1"},
+        {"replay /dev/null", "tessel-shell: /dev/null: is no record of the tap\n1"},
+        {"replay a b",
+         "tessel-shell: more than one record; usage: tessel-shell replay [--to-driver] RECORD\n2"},
         {"/nonexistent/file", "tessel-shell: /nonexistent/file: cannot be opened\n1"},
         {"/", "tessel-shell: /: is a directory\n1"},
         {"/dev/zero", "tessel-shell: /dev/zero: has more than 64 MiB in line 1\n1"},
@@ -103,6 +107,37 @@ TEST(ShellProgram, ReadsAndRefuses)
         EXPECT_EQ(program(arguments), output) << arguments;
     EXPECT_TRUE(program("--help").starts_with("usage: tessel-shell "));
     EXPECT_TRUE(program("--version").ends_with("\n0"));
+}
+
+TEST(ShellProgram, ExplainsAndReplaysRecords)
+{
+    const Folder folder;
+    const std::string file = folder.write("record", "");
+    const auto run = [&](const std::string &arguments, const char *tap) {
+        setenv("TESSEL_TAP", tap, 1);
+        const std::string output = program(arguments + ' ' + file);
+        return std::regex_replace(output, std::regex{"at byte [0-9]+|[.0-9]+ n?s\\b"}, "N");
+    };
+    const auto replayed = [&](const char *tap) { return run("replay", tap); };
+    const std::string refused =
+        "# pipe_mgr_mat_ent_add(sess=0, dev=0, pipe=0xffff, table=0x100000c l2SmacCheck, "
+        "match={value=000000000000 mask=000000000000 partition=0 priority=1 bits=48 bytes=6}, "
+        "action=0x2000000f NoAction, spec={kind=1 bits=0 bytes=0 data=-}, ttl=0, flags=0) = 5";
+    setenv("TESSEL_TAP", ("record:" + file + ",size=64K").c_str(), 1);
+    EXPECT_EQ(
+        program("- <<'.'\nadd l2SmacCheck priority=1 : NoAction\nadd l2SmacCheck priority=1 : NoAction\n.\n"),
+        "<stdin>:2:1: the driver refused: already exists (status 5)\n1");
+    EXPECT_EQ(run("explain --operation pipe_mgr_mat_ent_add", ""),
+              "add l2SmacCheck priority=1 : NoAction # status 0, N, N\n" + refused + " # N, N\n0");
+    EXPECT_EQ(run("explain --table l2SmacCheck --failures", ""), refused + " # N, N\n0");
+    EXPECT_EQ(replayed(""), "2 calls as recorded, 8 left out\n0");
+    const std::string differs = replayed("fail:pipe_mgr_mat_ent_add,nth=2,status=4");
+    EXPECT_TRUE(differs.starts_with("tessel-shell: " + file +
+                                    ": N: status 4 in place of the record's: pipe_mgr_mat_ent_add("));
+    EXPECT_TRUE(differs.ends_with(" = 5\n1"));
+    std::filesystem::resize_file(file, 4200);
+    EXPECT_EQ(replayed(""), "tessel-shell: " + file + ": calls are lost N\n1");
+    unsetenv("TESSEL_TAP");
 }
 
 TEST_F(Shell, HelpsWithEveryCommand)

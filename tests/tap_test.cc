@@ -308,7 +308,7 @@ TEST_F(Tap, EveryOperationGoesThroughAndIsToldAndRecorded)
         EXPECT_FALSE(call.gap_before || call.refused());
         before = call.header.start + call.header.duration;
     }
-    EXPECT_FALSE(reader.gap_at_end());
+    EXPECT_FALSE(reader.lost_at());
     EXPECT_EQ(reader.process(), static_cast<u32>(getpid()));
 }
 
@@ -401,7 +401,7 @@ TEST_F(Tap, RingKeepsTheLastCalls)
     const tap::RecordReader reader = read();
     ASSERT_GT(reader.calls().size(), 300u);
     EXPECT_TRUE(reader.calls().front().gap_before);
-    EXPECT_FALSE(reader.gap_at_end());
+    EXPECT_FALSE(reader.lost_at());
     u32 expected = calls - static_cast<u32>(reader.calls().size());
     for (const tap::RecordedCall &call : reader.calls()) {
         EXPECT_NE(tap::line_of(call).find("ttl=" + std::to_string(expected++) + ","), std::string::npos);
@@ -428,7 +428,8 @@ TEST_F(Tap, CutAndDamagedRecordsGiveTheirWholeCalls)
         const tap::RecordReader reader = read();
         const auto expected = std::ranges::count_if(ends, [&](u64 end) { return end <= length; });
         EXPECT_EQ(reader.calls().size(), static_cast<std::size_t>(expected)) << length;
-        EXPECT_EQ(reader.gap_at_end(), expected != calls);
+        const u64 end = expected == 0 ? tap::file_header_bytes : ends[expected - 1];
+        EXPECT_EQ(reader.lost_at(), expected == calls ? std::nullopt : std::optional{end}) << length;
     }
     for (u64 at = ends[3]; at < ends[4]; ++at) {
         std::string damaged = whole;
@@ -437,6 +438,7 @@ TEST_F(Tap, CutAndDamagedRecordsGiveTheirWholeCalls)
         const tap::RecordReader reader = read();
         ASSERT_EQ(reader.calls().size(), calls - 1) << at;
         EXPECT_TRUE(reader.calls()[4].gap_before);
+        EXPECT_EQ(reader.lost_at(), ends[3]);
     }
     const auto refusal = [&](const std::string &text) {
         rewrite(text);
@@ -446,15 +448,15 @@ TEST_F(Tap, CutAndDamagedRecordsGiveTheirWholeCalls)
     };
     std::string other = whole;
     EXPECT_EQ(refusal(""), ": is no record of the tap");
-    EXPECT_EQ(refusal(whole.substr(0, 100)), ": was cut short within its first page");
+    EXPECT_EQ(refusal(whole.substr(0, 100)), ": was cut short at byte 100, within its first page");
     other[8] = 9;
-    EXPECT_EQ(refusal(other), ": has version 9 of the format; this program reads version 1");
+    EXPECT_EQ(refusal(other), ": has at byte 8 version 9 of the format; this program reads version 1");
     other = whole;
     other[16] = 1;
-    EXPECT_EQ(refusal(other), ": has a damaged first page");
+    EXPECT_EQ(refusal(other), ": is damaged at byte 16");
     other = whole;
     other[24] = static_cast<char>(~other[24]);
-    EXPECT_EQ(refusal(other), ": was made by a tap with other operations");
+    EXPECT_EQ(refusal(other), ": was made by a tap with other operations, as byte 24 tells");
 }
 
 TEST_F(Tap, TwoThreadsAndAForkedProcessShareARecord)

@@ -1,0 +1,526 @@
+#include "explain_c.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "explain_records.h"
+#include "profiles.h"
+#include "resources.h"
+#include "services.h"
+#include "values.h"
+
+namespace shell {
+
+// How the library is called for an operation, where `applies` says so or is null. What stands in braces is
+// filled in: a number of the call by its name; what the record keeps otherwise in capitals, with the comma
+// before it where it may be missing.
+struct CProgram::Form {
+    std::string_view operation;
+    bool (*applies)(const tap::Arguments &call);
+    std::string_view form;
+};
+
+namespace {
+
+using reflection::TableFunctions;
+
+constexpr char beginning[] = R"(/* Made by tessel-shell explain --as c. */
+#include <stdio.h>
+
+#include "pd.h"
+
+static int failures;
+
+static inline void synced(u32 device, pd_word cookie)
+{
+    (void)device;
+    (void)cookie;
+}
+
+static inline void expect(pd_status status, int line)
+{
+    if (status == PD_STATUS_SUCCESS)
+        return;
+    fprintf(stderr, __FILE__ ":%d: status %u\n", line, (unsigned)status);
+    ++failures;
+}
+
+int main(void)
+{
+    p4_pd_tessel_switch_init();
+)";
+
+constexpr char ending[] = R"(    return p4_pd_tessel_switch_cleanup() != PD_STATUS_SUCCESS || failures != 0;
+}
+)";
+
+bool points(const tap::Arguments &call)
+{
+    const TableFunctions *const table = reflection::find_table(call.word("table"));
+    if (!table || !table->indirect)
+        return false;
+    return call.action.action_kind == PIPE_ACTION_MEMBER || call.action.action_kind == PIPE_ACTION_GROUP;
+}
+
+bool enables(const tap::Arguments &call)
+{
+    return call.number("enable") != 0;
+}
+
+bool has_value(const tap::Arguments &call)
+{
+    return call.has_value;
+}
+
+// As a constant of C that is wide enough without a warning.
+std::string decimal(u64 number)
+{
+    return std::to_string(number) + (number >> 63 ? "u" : "");
+}
+
+std::string hexadecimal(u64 number)
+{
+    char text[20];
+    std::snprintf(text, sizeof text, "0x%llx", static_cast<unsigned long long>(number));
+    return text;
+}
+
+std::string target_text(u32 device, u32 pipe)
+{
+    std::string text = "(pd_dev_target){" + std::to_string(device) + ", ";
+    text += hexadecimal(pipe);
+    return text + '}';
+}
+
+std::string counts_text(const pipe_stat_data &counts)
+{
+    std::string text = "(pd_counter_value){" + decimal(counts.first_count) + ", ";
+    text += decimal(counts.second_count);
+    return text + '}';
+}
+
+// The bytes of a wide member, the number in others.
+std::string literal(unsigned width, const void *member)
+{
+    const Value value = load(width, member);
+    if (width <= 32)
+        return std::to_string(value.low);
+    std::vector<u8> bytes(pd::bytes_of(width));
+    write_image(value, width, bytes.data());
+    std::string text;
+    for (const u8 byte : bytes) {
+        text += text.empty() ? "{" : ", ";
+        text += hexadecimal(byte);
+    }
+    return text + '}';
+}
+
+// ".name = VALUE, "
+void append_member(std::string &to, const std::string &name, const std::string &value)
+{
+    to += '.';
+    to += name;
+    to += " = ";
+    to += value;
+    to += ", ";
+}
+
+// "const TYPE NAME = {MEMBERS};"
+std::string declared(const std::string &type, const char *name, std::string members)
+{
+    members.resize(members.size() - 2);
+    return "        const " + type + ' ' + name + " = {" + members + "};\n";
+}
+
+template <typename Functions>
+std::string name_in(std::span<const Functions> all, u32 handle)
+{
+    const auto found = std::ranges::find(all, handle, [](const Functions &one) { return one.row->handle; });
+    return found != all.end() ? found->row->name : "";
+}
+
+} // namespace
+
+const char *CProgram::begin()
+{
+    return beginning;
+}
+
+const char *CProgram::end()
+{
+    return ending;
+}
+
+// No comment begins or ends within it.
+std::string CProgram::comment(const std::string &text)
+{
+    std::string inside = text;
+    for (std::size_t at = 1; at < inside.size(); ++at)
+        if ((inside[at - 1] == '/' && inside[at] == '*') || (inside[at - 1] == '*' && inside[at] == '/'))
+            inside[at] = ' ';
+    return "    /* " + inside + " */\n";
+}
+
+// ---- Records ----------------------------------------------------------------------------------------------
+
+std::string CProgram::key()
+{
+    const pd::Table &row = *table().row;
+    const CallerRecord record = key_record(table(), call_->match);
+    const auto *const bytes = reinterpret_cast<const std::byte *>(record.data());
+    std::string members;
+    for (const pd::Field &field : row.key) {
+        append_member(members, field.name, literal(field.width, bytes + field.offset));
+        if (field.match != pd::Match::exact)
+            append_member(
+                members, field.twin,
+                literal(field.match == pd::Match::lpm ? 16 : field.width, bytes + field.twin_offset));
+    }
+    records_ += declared(std::string{"p4_pd_tessel_switch_"} + row.name + "_match_spec_t", "key", members);
+    return pd::has_priority(row) ? "&key, " + std::to_string(call_->match.priority) : "&key";
+}
+
+std::string CProgram::parameters()
+{
+    const pd::Action &action = this->action();
+    if (action.parameters.empty())
+        return {};
+    const CallerRecord record = parameter_record(action, call_->action);
+    const auto *const bytes = reinterpret_cast<const std::byte *>(record.data());
+    std::string members;
+    for (const pd::Parameter &parameter : action.parameters)
+        append_member(members, std::string{"action_"} + parameter.name,
+                      literal(parameter.width, bytes + parameter.offset));
+    records_ +=
+        declared(std::string{"p4_pd_tessel_switch_"} + action.name + "_action_spec_t", "action", members);
+    return ", &action";
+}
+
+std::string CProgram::meter(const pipe_meter_spec &spec)
+{
+    std::string members;
+    append_member(members, "committed_rate", std::to_string(spec.committed_rate));
+    append_member(members, "committed_burst", std::to_string(spec.committed_burst));
+    append_member(members, "peak_rate", std::to_string(spec.peak_rate));
+    append_member(members, "peak_burst", std::to_string(spec.peak_burst));
+    append_member(members, "requested_meter_type", std::to_string(spec.meter_type & 1));
+    records_ += declared("pd_meter_spec", "meter", members);
+    return "&meter";
+}
+
+// Null where the entry gets none; nothing for a table without meters.
+std::string CProgram::entry_meter()
+{
+    if (table().row->direct_meter == 0)
+        return {};
+    const pipe_meter_spec *const spec = meter_of(table(), call_->action);
+    return ", " + (spec ? meter(*spec) : std::string{"NULL"});
+}
+
+std::string CProgram::ttl() const
+{
+    return table().row->ttl_on_add ? ", " + decimal(call_->number("ttl")) : std::string{};
+}
+
+std::string CProgram::attributes()
+{
+    if (call_->attributes.empty())
+        return "0, NULL";
+    std::string elements;
+    for (const pipe_hash_calc_input_field_attribute &attribute : call_->attributes) {
+        elements += '{';
+        for (const u32 number : {attribute.input_field, attribute.attr_type})
+            elements += std::to_string(number) + ", ";
+        elements += std::to_string(attribute.attr_value) + "}, ";
+    }
+    records_ += declared("hash_input_field_attribute", "attributes[]", elements);
+    return std::to_string(call_->attributes.size()) + ", attributes";
+}
+
+std::string CProgram::register_value()
+{
+    records_ += declared("u8", "value[]", std::to_string(call_->value.bytes[0] & 1) + ", ");
+    return "value";
+}
+
+std::string CProgram::idle_params() const
+{
+    const auto known = idle_params_.find(call_->word("table"));
+    if (known == idle_params_.end())
+        return "(pd_idle_params){.idle_mode = 1}";
+    const pipe_idle_params &params = known->second;
+    std::string text = "(pd_idle_params){";
+    for (const u32 number : {params.idle_mode, params.idle_param_1, params.idle_param_2, params.idle_param_3,
+                             params.idle_param_4, params.idle_param_5})
+        text += std::to_string(number) + ", ";
+    return text + "0}";
+}
+
+// ---- Handles ----------------------------------------------------------------------------------------------
+
+const TableFunctions &CProgram::table() const
+{
+    return *reflection::find_table(call_->word("table"));
+}
+
+const reflection::ProfileFunctions &CProgram::profile() const
+{
+    return *profile_by_table(call_->word("table"));
+}
+
+const pd::Action &CProgram::action() const
+{
+    const TableFunctions *const of_entries = reflection::find_table(call_->word("table"));
+    const auto actions = of_entries ? of_entries->row->actions : profile().row->actions;
+    return *std::ranges::find(actions, call_->word("action"), &pd::Binding::handle)->action;
+}
+
+// "ipv4Host_entry_1"; the number where there is no such table.
+std::string CProgram::variable(const char *kind, u32 handle) const
+{
+    const u32 table = call_->word("table");
+    std::string name = name_in(reflection::value_sets(), call_->word("set"));
+    if (const TableFunctions *found = reflection::find_table(table);
+        found && std::string_view{kind} == "entry")
+        name = found->row->name;
+    else if (const reflection::ProfileFunctions *profile = profile_by_table(table))
+        name = profile->row->name;
+    return name.empty() ? std::to_string(handle) : name + '_' + kind + '_' + std::to_string(handle);
+}
+
+std::string CProgram::handle(const char *kind, u32 handle) const
+{
+    std::string name = variable(kind, handle);
+    return variables_.contains(name) ? name : std::to_string(handle);
+}
+
+bool CProgram::points_at_group() const
+{
+    return call_->action.action_kind == PIPE_ACTION_GROUP;
+}
+
+std::string CProgram::pointed() const
+{
+    return points_at_group() ? handle("group", call_->action.group_hdl)
+                             : handle("member", call_->action.member_hdl);
+}
+
+std::string CProgram::made(const char *kind)
+{
+    const std::string name = variable(kind, call_->word(kind));
+    if (variables_.insert(name).second)
+        handles_ += "    u32 " + name + " = 0;\n";
+    return '&' + name;
+}
+
+// ---- Forms ------------------------------------------------------------------------------------------------
+
+const CProgram::Form CProgram::forms[] = {
+    {"pipe_mgr_mat_ent_add", points,
+     "{TABLE}_add_entry{SUFFIX}({sess}, {TARGET}, {KEY}, {POINTED}, {NEW ENTRY})"},
+    {"pipe_mgr_mat_ent_add", nullptr,
+     "{TABLE}_table_add_with_{ACTION}({sess}, {TARGET}, {KEY}{PARAMETERS}{TTL}{ENTRY METER}, {NEW ENTRY})"},
+    {"pipe_mgr_mat_ent_set_action", points,
+     "{TABLE}_modify_entry{SUFFIX}({sess}, {device_id}, {ENTRY}, {POINTED})"},
+    {"pipe_mgr_mat_ent_set_action", nullptr,
+     "{TABLE}_table_modify_with_{ACTION}({sess}, {device_id}, {ENTRY}{PARAMETERS}{ENTRY METER})"},
+    {"pipe_mgr_mat_ent_set_action_by_match_spec", points,
+     "{TABLE}_modify_entry{SUFFIX}_by_match_spec({sess}, {TARGET}, {KEY}, {POINTED})"},
+    {"pipe_mgr_mat_ent_set_action_by_match_spec", nullptr,
+     "{TABLE}_table_modify_with_{ACTION}_by_match_spec({sess}, {TARGET}, {KEY}{PARAMETERS}{ENTRY METER})"},
+    {"pipe_mgr_mat_ent_del", nullptr, "{TABLE}_table_delete({sess}, {device_id}, {ENTRY})"},
+    {"pipe_mgr_mat_ent_del_by_match_spec", nullptr,
+     "{TABLE}_table_delete_by_match_spec({sess}, {TARGET}, {KEY})"},
+    {"pipe_mgr_mat_default_entry_set", points,
+     "{TABLE}_set_default_entry{SUFFIX}({sess}, {TARGET}, {POINTED}, {NEW ENTRY})"},
+    {"pipe_mgr_mat_default_entry_set", nullptr,
+     "{TABLE}_set_default_action_{ACTION}({sess}, {TARGET}{PARAMETERS}{ENTRY METER}, {NEW ENTRY})"},
+    {"pipe_mgr_mat_tbl_default_entry_reset", nullptr, "{TABLE}_table_reset_default_entry({sess}, {TARGET})"},
+    {"pipe_mgr_tbl_set_property", nullptr,
+     "{TABLE}_set_property({sess}, {device_id}, {property}, {value}, {second_value})"},
+    {"pipe_mgr_adt_ent_add", nullptr,
+     "{PROFILE}_add_member_with_{ACTION}({sess}, {TARGET}{PARAMETERS}, {NEW MEMBER})"},
+    {"pipe_mgr_adt_ent_set", nullptr,
+     "{PROFILE}_modify_member_with_{ACTION}({sess}, {device_id}, {MEMBER}{PARAMETERS})"},
+    {"pipe_mgr_adt_ent_del", nullptr, "{PROFILE}_del_member({sess}, {device_id}, {MEMBER})"},
+    {"pipe_mgr_sel_grp_add", nullptr,
+     "{PROFILE}_create_group({sess}, {TARGET}, {max_group_size}, {NEW GROUP})"},
+    {"pipe_mgr_sel_grp_del", nullptr, "{PROFILE}_del_group({sess}, {device_id}, {GROUP})"},
+    {"pipe_mgr_sel_grp_mbr_add", nullptr,
+     "{PROFILE}_add_member_to_group({sess}, {device_id}, {GROUP}, {MEMBER})"},
+    {"pipe_mgr_sel_grp_mbr_del", nullptr,
+     "{PROFILE}_del_member_from_group({sess}, {device_id}, {GROUP}, {MEMBER})"},
+    {"pipe_mgr_sel_grp_mbr_enable", nullptr,
+     "{PROFILE}_group_member_state_set({sess}, {device_id}, {GROUP}, {MEMBER}, P4_PD_GRP_MBR_STATE_ACTIVE)"},
+    {"pipe_mgr_sel_grp_mbr_disable", nullptr,
+     "{PROFILE}_group_member_state_set({sess}, {device_id}, {GROUP}, {MEMBER}, "
+     "P4_PD_GRP_MBR_STATE_INACTIVE)"},
+    {"pipe_mgr_sel_fallback_mbr_set", nullptr,
+     "{PROFILE}_set_dynamic_action_selection_fallback_member({sess}, {TARGET}, {MEMBER})"},
+    {"pipe_mgr_sel_fallback_mbr_reset", nullptr,
+     "{PROFILE}_reset_dynamic_action_selection_fallback_member({sess}, {TARGET})"},
+    {"pipe_mgr_mat_ent_set_resource", nullptr,
+     "meter_set_{ENTRY METER NAME}({sess}, {DEVICE}, {ENTRY}, {RESOURCE METER})"},
+    {"pipe_mgr_stat_ent_set", nullptr, "counter_write_{COUNTER}({sess}, {TARGET}, {index}, {COUNTS})"},
+    {"pipe_mgr_mat_ent_direct_stat_set", nullptr,
+     "counter_write_{ENTRY COUNTER}({sess}, {DEVICE}, {ENTRY}, {COUNTS})"},
+    {"pipe_mgr_stat_database_sync", nullptr, "counter_hw_sync_{COUNTER}({sess}, {TARGET}, synced, 0)"},
+    {"pipe_mgr_direct_stat_database_sync", nullptr,
+     "counter_hw_sync_{ENTRY COUNTER}({sess}, {TARGET}, synced, 0)"},
+    {"pipe_mgr_meter_ent_set", nullptr, "meter_set_{METER}({sess}, {TARGET}, {index}, {SPEC})"},
+    {"pipe_mgr_meter_set_bytecount_adjust", nullptr,
+     "meter_bytecount_adjust_set_{METER}({sess}, {TARGET}, {adjust})"},
+    {"pipe_stful_ent_set", nullptr, "register_write_{REGISTER}({sess}, {TARGET}, {index}, {VALUE})"},
+    {"pipe_stful_table_reset", has_value, "register_write_all_{REGISTER}({sess}, {TARGET}, {VALUE})"},
+    {"pipe_stful_table_reset", nullptr, "register_reset_all_{REGISTER}({sess}, {TARGET})"},
+    {"pipe_stful_table_reset_range", nullptr,
+     "register_range_reset_{REGISTER}({sess}, {TARGET}, {start}, {count})"},
+    {"pipe_stful_database_sync", nullptr, "register_hw_sync_{REGISTER}({sess}, {TARGET}, synced, 0)"},
+    {"pipe_mgr_idle_tmo_set_enable", enables, "{TABLE}_idle_tmo_enable({sess}, {device_id}, {IDLE})"},
+    {"pipe_mgr_idle_tmo_set_enable", nullptr, "{TABLE}_idle_tmo_disable({sess}, {device_id})"},
+    {"pipe_mgr_mat_ent_set_idle_ttl", nullptr, "{TABLE}_set_ttl({sess}, {device_id}, {ENTRY}, {ttl})"},
+    {"pipe_mgr_mat_ent_reset_idle_ttl", nullptr, "{TABLE}_reset_ttl({sess}, {device_id}, {ENTRY})"},
+    {"pipe_mgr_idle_time_update_hit_state", nullptr,
+     "{TABLE}_update_hit_state({sess}, {device_id}, {FIRST}, {second})"},
+    {"pipe_mgr_flow_lrn_set_timeout", nullptr, "set_learning_timeout({sess}, {device_id}, {timeout})"},
+    {"pipe_mgr_pvs_entry_add", nullptr,
+     "pvs_{SET}_entry_add({sess}, {device_id}, {scope_a}, {scope_b}, {scope_c}, {key}, {key_mask}, {NEW "
+     "ENTRY})"},
+    {"pipe_mgr_pvs_entry_modify", nullptr,
+     "pvs_{SET}_entry_modify({sess}, {device_id}, {ENTRY}, {key}, {key_mask})"},
+    {"pipe_mgr_pvs_entry_delete", nullptr, "pvs_{SET}_entry_delete({sess}, {device_id}, {ENTRY})"},
+    {"pipe_mgr_pvs_set_property", nullptr,
+     "pvs_{SET}_set_property({sess}, {device_id}, {property}, {PROPERTY VALUE}, {PROPERTY ARGUMENT})"},
+    {"pipe_mgr_hash_calc_input_set", nullptr, "hash_calc_{HASH}_input_set({sess}, {device_id}, 0)"},
+    {"pipe_mgr_hash_calc_algorithm_set", nullptr, "hash_calc_{HASH}_algorithm_set({sess}, {device_id}, 0)"},
+    {"pipe_mgr_hash_calc_seed_set", nullptr,
+     "hash_calc_{HASH}_seed_set({sess}, {device_id}, {first}, {second})"},
+    {"pipe_mgr_hash_calc_input_field_attribute_set", nullptr,
+     "hash_calc_{HASH}_input_field_attribute_set({sess}, {device_id}, 0, {ATTRIBUTES})"},
+};
+
+std::string CProgram::value_of(std::string_view place)
+{
+    using Make = std::string (*)(CProgram & program);
+    static constexpr std::pair<std::string_view, Make> values[] = {
+        {"TABLE", [](CProgram &program) -> std::string { return program.table().row->name; }},
+        {"PROFILE", [](CProgram &program) -> std::string { return program.profile().row->name; }},
+        {"ACTION", [](CProgram &program) -> std::string { return program.action().name; }},
+        {"COUNTER",
+         [](CProgram &program) -> std::string {
+             return name_in(reflection::counters(), program.call_->word("counter"));
+         }},
+        {"ENTRY COUNTER",
+         [](CProgram &program) -> std::string {
+             return name_in(reflection::counters(), program.call_->word("table"));
+         }},
+        {"METER",
+         [](CProgram &program) -> std::string {
+             return name_in(reflection::meters(), program.call_->word("meter"));
+         }},
+        {"ENTRY METER NAME",
+         [](CProgram &program) -> std::string {
+             return name_in(reflection::meters(), program.call_->resources.front().res_handle);
+         }},
+        {"REGISTER",
+         [](CProgram &program) -> std::string {
+             return name_in(reflection::registers(), program.call_->word("table"));
+         }},
+        {"SET",
+         [](CProgram &program) -> std::string {
+             return name_in(reflection::value_sets(), program.call_->word("set"));
+         }},
+        {"HASH",
+         [](CProgram &program) -> std::string {
+             return name_in(reflection::hashes(), program.call_->word("calculation"));
+         }},
+        {"TARGET",
+         [](CProgram &program) -> std::string {
+             return target_text(program.call_->target.device_id, program.call_->target.pipe_id);
+         }},
+        {"DEVICE",
+         [](CProgram &program) -> std::string {
+             return target_text(program.call_->word("device_id"), PIPE_ALL_PIPES);
+         }},
+        {"KEY", [](CProgram &program) -> std::string { return program.key(); }},
+        {"PARAMETERS", [](CProgram &program) -> std::string { return program.parameters(); }},
+        {"TTL", [](CProgram &program) -> std::string { return program.ttl(); }},
+        {"ENTRY METER", [](CProgram &program) -> std::string { return program.entry_meter(); }},
+        {"RESOURCE METER",
+         [](CProgram &program) -> std::string {
+             return program.meter(program.call_->resources.front().res_data.meter);
+         }},
+        {"SPEC", [](CProgram &program) -> std::string { return program.meter(program.call_->meter); }},
+        {"VALUE", [](CProgram &program) -> std::string { return program.register_value(); }},
+        {"IDLE", [](CProgram &program) -> std::string { return program.idle_params(); }},
+        {"ATTRIBUTES", [](CProgram &program) -> std::string { return program.attributes(); }},
+        {"COUNTS", [](CProgram &program) -> std::string { return counts_text(program.call_->counts); }},
+        {"PROPERTY VALUE",
+         [](CProgram &program) -> std::string { return decimal(program.call_->property.value); }},
+        {"PROPERTY ARGUMENT",
+         [](CProgram &program) -> std::string { return decimal(program.call_->property_args.argument); }},
+        {"SUFFIX",
+         [](CProgram &program) -> std::string { return program.points_at_group() ? "_with_selector" : ""; }},
+        {"POINTED", [](CProgram &program) -> std::string { return program.pointed(); }},
+        {"ENTRY",
+         [](CProgram &program)
+             -> std::string { return program.handle("entry", program.call_->word("entry")); }},
+        {"FIRST",
+         [](CProgram &program)
+             -> std::string { return program.handle("entry", program.call_->word("first")); }},
+        {"MEMBER",
+         [](CProgram &program)
+             -> std::string { return program.handle("member", program.call_->word("member")); }},
+        {"GROUP",
+         [](CProgram &program)
+             -> std::string { return program.handle("group", program.call_->word("group")); }},
+        {"NEW ENTRY", [](CProgram &program) -> std::string { return program.made("entry"); }},
+        {"NEW MEMBER", [](CProgram &program) -> std::string { return program.made("member"); }},
+        {"NEW GROUP", [](CProgram &program) -> std::string { return program.made("group"); }},
+    };
+    const auto found = std::ranges::find(values, place, &std::pair<std::string_view, Make>::first);
+    return found != std::end(values) ? found->second(*this) : decimal(call_->number(place));
+}
+
+std::string CProgram::filled(std::string_view form)
+{
+    std::string text;
+    while (!form.empty()) {
+        const std::size_t end = form.find('}');
+        const std::size_t begin = form.rfind('{', end);
+        if (end == std::string_view::npos || begin == std::string_view::npos)
+            return text.append(form);
+        text.append(form.substr(0, begin));
+        text += value_of(form.substr(begin + 1, end - begin - 1));
+        form.remove_prefix(end + 1);
+    }
+    return text;
+}
+
+void CProgram::keep(const tap::RecordedCall &call)
+{
+    if (call.operation().name != std::string_view{"pipe_mgr_idle_set_params"} || call.header.result != 0)
+        return;
+    const tap::Arguments arguments{call};
+    idle_params_[arguments.word("table")] = arguments.idle;
+}
+
+std::string CProgram::statement(const tap::RecordedCall &call)
+{
+    const tap::Arguments arguments{call};
+    const std::string_view operation = call.operation().name;
+    call_ = &arguments;
+    const auto form = std::ranges::find_if(forms, [&](const Form &one) {
+        return one.operation == operation && (!one.applies || one.applies(arguments));
+    });
+    if (form == std::end(forms))
+        return {};
+    records_.clear();
+    handles_.clear();
+    std::string text = "expect(p4_pd_tessel_switch_" + filled(form->form) + ", __LINE__);\n";
+    if (records_.empty())
+        return handles_ + "    " + text;
+    return handles_ + "    {\n" + records_ + "        " + text + "    }\n";
+}
+
+} // namespace shell
