@@ -65,6 +65,8 @@ void Checker::check_argument(const Operation &operation, const Argument &argumen
         wrong(argument.place, subject, "a callback needs its type");
     if (kind->form != Form::callback && !argument.type.empty())
         wrong(argument.place, subject, "only a callback has a type of its own");
+    if (argument.optional && !is_pointer(argument))
+        wrong(argument.place, subject, "only a pointer is optional");
     if (argument.kind == "format" && &argument != &operation.arguments.back())
         wrong(argument.place, subject, "a format comes last: what it asks for stands behind it");
     if (kind->form == Form::list)

@@ -66,6 +66,7 @@ constexpr Output outputs[] = {
     {"operation_calls.mustache", "operations/calls.cc"},
     {"any_driver.mustache", "operations/any_driver.cc"},
     {"empty_driver.mustache", "operations/empty_driver.cc"},
+    {"model_operations.mustache", "model/operations.cc"},
     {"tap_definitions.mustache", "tap/definitions.cc"},
     {"handle_names.mustache", "tap/handle_names.cc"},
 };

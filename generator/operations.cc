@@ -48,7 +48,7 @@ constexpr Kind kinds[] = {
     {"action_data", "pipe_action_data", Form::record, records, "an action's image; read, it brings room"},
     {"meter_spec", "pipe_meter_spec", Form::record, records, "a meter record"},
     {"wred_spec", "pipe_wred_spec", Form::record, records, "a WRED record"},
-    {"register_value", "pipe_stful_value", Form::record, records, "one element of a register; may be null"},
+    {"register_value", "pipe_stful_value", Form::record, records, "one element of a register"},
     {"query", "pipe_stful_query", Form::record, records, "the elements of one index; read, it brings room"},
     {"counts", "pipe_stat_data", Form::record, records, "the two counts of a cell"},
     {"client", "pd_drv_client_callbacks", Form::record, callbacks, "what a client wants to be called for"},
@@ -87,6 +87,7 @@ Argument read_argument(RowReader &row)
     argument.count = row.text_or("count", "");
     argument.written = row.text_or("written", "");
     argument.size = row.number_if_any("size");
+    argument.optional = row.flag_or("optional", false);
     return argument;
 }
 
@@ -112,6 +113,11 @@ const Kind *find_kind(const std::string &name)
 {
     const auto found = std::ranges::find_if(kinds, [&](const Kind &kind) { return name == kind.name; });
     return found == std::end(kinds) ? nullptr : &*found;
+}
+
+bool is_pointer(const Argument &argument)
+{
+    return find_kind(argument.kind)->form != Form::value || argument.direction == "out";
 }
 
 const char *result_type(const std::string &returns)

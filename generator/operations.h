@@ -40,6 +40,7 @@ struct Argument {
     std::string count;                 // of a list: the argument that counts its elements, or its room
     std::string written;               // of an out list: the out argument that tells how many were written
     std::optional<std::uint32_t> size; // of a list that always has this many elements
+    bool optional = false;             // may be null
 };
 
 struct Operation {
@@ -63,6 +64,9 @@ struct DriverHeader {
     std::string text;
     std::vector<Operation> operations;
 };
+
+// Whether what is handed over is a pointer, and so may be null where the row says it. The kind is known.
+bool is_pointer(const Argument &argument);
 
 // The C type of what an operation returns. Null for what cannot be returned.
 const char *result_type(const std::string &returns);

@@ -21,8 +21,7 @@ std::string parameter_type(const Argument &argument)
     if (kind.form == Form::callback)
         return argument.type + " ";
     const std::string type = kind.type;
-    const bool by_pointer = kind.form == Form::record || kind.form == Form::list ||
-                            (kind.form == Form::value && argument.direction == "out");
+    const bool by_pointer = is_pointer(argument) && kind.form != Form::pointer;
     return type + (type.ends_with('*') ? "" : " ") + (by_pointer ? "*" : "");
 }
 
@@ -68,6 +67,8 @@ data argument_view(const Operation &operation, const Argument &argument)
     view.set("is_sized", data(argument.size.has_value()));
     view.set("is_format", data(argument.kind == "format"));
     view.set("size", std::to_string(argument.size.value_or(0)));
+    view.set("is_required", data(is_pointer(argument) && !argument.optional));
+    view.set("is_optional", data(argument.optional));
     view.set("last", data(&argument == &operation.arguments.back()));
     return view;
 }
@@ -87,6 +88,7 @@ data operation_view(const Operation &operation, std::size_t index)
     view.set("local", operation.local ? "true" : "false");
     view.set("result_type", type);
     view.set("result", type + (type.ends_with('*') ? "" : " "));
+    view.set("returns_status", data(operation.returns == "status"));
     view.set("has_result", data(operation.returns != "nothing"));
     view.set("parameters", parameters(operation));
     view.set("has_arguments", data(!operation.arguments.empty()));

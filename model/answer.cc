@@ -12,25 +12,24 @@ std::optional<EntryView> read_copy(const Table &table, pd_entry_hdl entry, u8 fr
     return from_hw != 0 ? table.hardware(entry) : table.software(entry);
 }
 
-bool has_buffers(const pipe_match_spec *match, const EntryView &entry)
+bool has_buffers(const pipe_match_spec &match, const EntryView &entry)
 {
-    return match != nullptr &&
-           (entry.value.empty() || (match->match_value != nullptr && match->match_mask != nullptr));
+    return entry.value.empty() || (match.match_value != nullptr && match.match_mask != nullptr);
 }
 
-bool has_buffers(const pipe_action_spec *spec, const EntryView &entry)
+bool has_buffers(const pipe_action_spec &spec, const EntryView &entry)
 {
-    return spec != nullptr && (entry.data.empty() || spec->action_data.data != nullptr);
+    return entry.data.empty() || spec.action_data.data != nullptr;
 }
 
-bool has_room(const pipe_match_spec *match, const EntryView &entry)
+bool has_room(const pipe_match_spec &match, const EntryView &entry)
 {
-    return has_buffers(match, entry) && match->num_bytes >= entry.value.size();
+    return has_buffers(match, entry) && match.num_bytes >= entry.value.size();
 }
 
-bool has_room(const pipe_action_spec *spec, const EntryView &entry)
+bool has_room(const pipe_action_spec &spec, const EntryView &entry)
 {
-    return has_buffers(spec, entry) && spec->action_data.num_bytes >= entry.data.size();
+    return has_buffers(spec, entry) && spec.action_data.num_bytes >= entry.data.size();
 }
 
 void answer_match(const ProgramTable &table, const EntryView &entry, pipe_match_spec &match)

@@ -48,34 +48,33 @@ bool resource_fits(const ProgramTable &table, const pipe_res_spec &resource)
            resource.res_tag <= PIPE_RES_DETACH;
 }
 
-pd_status check_match(const ProgramTable &table, const pipe_match_spec *match)
+pd_status check_match(const ProgramTable &table, const pipe_match_spec &match)
 {
-    if (table.key == Key::none || match == nullptr || match->match_value == nullptr ||
-        match->match_mask == nullptr)
+    if (table.key == Key::none || match.match_value == nullptr || match.match_mask == nullptr)
         return bad_argument;
-    if (match->num_bytes != table.key_bytes || match->num_valid_bits != table.key_bits)
+    if (match.num_bytes != table.key_bytes || match.num_valid_bits != table.key_bits)
         return bad_argument;
-    const bool whole_key = std::all_of(match->match_mask, match->match_mask + table.key_bytes,
+    const bool whole_key = std::all_of(match.match_mask, match.match_mask + table.key_bytes,
                                        [](u8 byte) { return byte == 0xff; });
     return table.key == Key::exact && !whole_key ? bad_argument : ok;
 }
 
 pd_status check_action(const ProgramTable &table, pd_entry_hdl entry, u32 action,
-                       const pipe_action_spec *spec)
+                       const pipe_action_spec &spec)
 {
     const ProgramAction *found = find_action(table.actions, action);
-    const bool fits = spec != nullptr && found != nullptr && action_fits(table, *found, entry) &&
-                      kind_fits(table, *found, *spec) && resources_fit(table, *spec);
+    const bool fits = found != nullptr && action_fits(table, *found, entry) &&
+                      kind_fits(table, *found, spec) && resources_fit(table, spec);
     return fits ? ok : bad_argument;
 }
 
-pd_status check_member(const ProgramProfile &profile, u32 action, const pipe_action_spec *spec)
+pd_status check_member(const ProgramProfile &profile, u32 action, const pipe_action_spec &spec)
 {
     const ProgramAction *found = find_action(profile.actions, action);
-    if (found == nullptr || spec == nullptr)
+    if (found == nullptr)
         return bad_argument;
-    const pipe_action_data &data = spec->action_data;
-    const bool fits = spec->action_kind == PIPE_ACTION_NONE && spec->resource_count == 0 &&
+    const pipe_action_data &data = spec.action_data;
+    const bool fits = spec.action_kind == PIPE_ACTION_NONE && spec.resource_count == 0 &&
                       data.data != nullptr && data.num_bytes == found->bytes &&
                       data.num_valid_bits == found->bits;
     return fits ? ok : bad_argument;

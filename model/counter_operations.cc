@@ -36,8 +36,6 @@ pd_status with_direct_cell(u32 device_id, u32 table, pd_entry_hdl entry, Use use
 
 pd_status read_cells(const CounterCells &cells, const u32 *indices, u32 count, pipe_stat_data *const *data)
 {
-    if (count != 0 && (indices == nullptr || data == nullptr))
-        return bad_argument;
     if (std::any_of(data, data + count, [](const pipe_stat_data *cell) { return cell == nullptr; }))
         return bad_argument;
     for (u32 at = 0; at < count; ++at)
@@ -58,7 +56,7 @@ void count_hit(Device &device, Table &table, pd_entry_hdl entry, u64 packets, u6
 
 } // namespace
 
-extern "C" {
+namespace model {
 
 // ---- Indexed counters -----------------------------------------------------------------------------------
 
@@ -77,7 +75,7 @@ pd_status pipe_mgr_stat_ent_query(pd_sess_hdl, pd_dev_target target, u32 counter
                                   pipe_stat_data **data)
 {
     const auto read = [&](const CounterCells &cells) {
-        if (indices != nullptr && !std::all_of(indices, indices + count, has_cell))
+        if (!std::all_of(indices, indices + count, has_cell))
             return unknown_object;
         return read_cells(cells, indices, count, data);
     };
@@ -88,8 +86,6 @@ pd_status pipe_mgr_stat_ent_set(pd_sess_hdl, pd_dev_target target, u32 counter, 
                                 pipe_stat_data *data)
 {
     const auto set = [&](CounterCells &cells) {
-        if (data == nullptr)
-            return bad_argument;
         if (!has_cell(index))
             return unknown_object;
         cells.write(index, *data);
@@ -125,8 +121,6 @@ pd_status pipe_mgr_mat_ent_direct_stat_query(pd_sess_hdl, u32 device_id, u32 tab
                                              pipe_stat_data *data)
 {
     const auto read = [&](const CounterCells &cells) {
-        if (data == nullptr)
-            return bad_argument;
         *data = cells.read(entry);
         return ok;
     };
@@ -137,8 +131,6 @@ pd_status pipe_mgr_mat_ent_direct_stat_set(pd_sess_hdl, u32 device_id, u32 table
                                            pipe_stat_data *data)
 {
     const auto set = [&](CounterCells &cells) {
-        if (data == nullptr)
-            return bad_argument;
         cells.write(entry, *data);
         return ok;
     };
@@ -155,6 +147,10 @@ pd_status pipe_mgr_direct_stat_database_sync(pd_sess_hdl, pd_dev_target target, 
     return run_sync({callback, target.device_id, cookie},
                     [&] { return with_direct_counter(target.device_id, table, sync); });
 }
+
+} // namespace model
+
+extern "C" {
 
 // ---- Control --------------------------------------------------------------------------------------------
 

@@ -5,15 +5,13 @@
 
 using namespace model;
 
-extern "C" {
+namespace model {
 
 pd_status pipe_mgr_mat_default_entry_set(pd_sess_hdl, pd_dev_target target, u32 table, u32 action,
                                          pipe_action_spec *spec, u32, pd_entry_hdl *entry)
 {
     const auto set = [&](Table &found, News &news) {
-        if (entry == nullptr)
-            return bad_argument;
-        if (const pd_status status = set_action(found, TS_MODEL_DEFAULT_ENTRY, action, spec, news))
+        if (const pd_status status = set_action(found, TS_MODEL_DEFAULT_ENTRY, action, *spec, news))
             return status;
         *entry = TS_MODEL_DEFAULT_ENTRY;
         return ok;
@@ -25,8 +23,6 @@ pd_status pipe_mgr_table_get_default_entry_handle(pd_sess_hdl, pd_dev_target tar
                                                   pd_entry_hdl *entry)
 {
     const auto tell = [&](Table &) {
-        if (entry == nullptr)
-            return bad_argument;
         *entry = TS_MODEL_DEFAULT_ENTRY;
         return ok;
     };
@@ -40,7 +36,7 @@ pd_status pipe_mgr_table_get_default_entry(pd_sess_hdl, pd_dev_target target, u3
         const auto contents = read_copy(found, TS_MODEL_DEFAULT_ENTRY, from_hw);
         if (!contents)
             return unknown_object;
-        if (!has_room(spec, *contents) || action == nullptr)
+        if (!has_room(*spec, *contents))
             return bad_argument;
         answer_action(found.program(), *contents, *spec, *action);
         return ok;
@@ -57,4 +53,4 @@ pd_status pipe_mgr_mat_tbl_default_entry_reset(pd_sess_hdl, pd_dev_target target
     return change_table(target.device_id, table, reset);
 }
 
-} // extern "C"
+} // namespace model

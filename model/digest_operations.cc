@@ -26,16 +26,14 @@ pd_status acknowledge(pd_sess_hdl sess, u32 digest, pd_word message)
 
 } // namespace
 
-extern "C" {
+namespace model {
 
 // ---- Driver operations ----------------------------------------------------------------------------------
 
 pd_status pipe_mgr_lrn_digest_notification_register(pd_sess_hdl sess, u8 device_id, u32 digest,
                                                     pipe_lrn_digest_cb callback, pd_word cookie)
 {
-    const auto add = [&](Digests &digests) {
-        return callback != nullptr ? digests.add_listener(digest, {sess, callback, cookie}) : bad_argument;
-    };
+    const auto add = [&](Digests &digests) { return digests.add_listener(digest, {sess, callback, cookie}); };
     return with_digests(device_id, digest, add);
 }
 
@@ -58,6 +56,10 @@ pd_status pipe_mgr_flow_lrn_set_timeout(pd_sess_hdl, u8 device_id, u32 timeout)
     };
     return with_device(device_id, set);
 }
+
+} // namespace model
+
+extern "C" {
 
 // ---- Control --------------------------------------------------------------------------------------------
 

@@ -31,7 +31,7 @@ pd_status with_input(u32 device_id, u32 calculation, u32 input, Use use)
 
 } // namespace
 
-extern "C" {
+namespace model {
 
 // ---- Input, algorithm, seed -----------------------------------------------------------------------------
 
@@ -44,8 +44,6 @@ pd_status pipe_mgr_hash_calc_input_set(pd_sess_hdl, u32 device_id, u32 calculati
 pd_status pipe_mgr_hash_calc_input_get(pd_sess_hdl, u32 device_id, u32 calculation, u32 *input)
 {
     const auto get = [&](const HashCalculation &found) {
-        if (input == nullptr)
-            return bad_argument;
         *input = found.input();
         return ok;
     };
@@ -63,8 +61,6 @@ pd_status pipe_mgr_hash_calc_algorithm_get(pd_sess_hdl, u32 device_id, u32 calcu
                                            pd_word, pd_word)
 {
     const auto get = [&](const HashCalculation &found) {
-        if (algorithm == nullptr)
-            return bad_argument;
         *algorithm = found.algorithm();
         return ok;
     };
@@ -85,8 +81,6 @@ pd_status pipe_mgr_hash_calc_seed_get(pd_sess_hdl, u32 device_id, u32 calculatio
 {
     auto *out = static_cast<ts_model_hash_seed *>(seed);
     const auto get = [&](const HashCalculation &found) {
-        if (out == nullptr)
-            return bad_argument;
         *out = found.seed;
         return ok;
     };
@@ -100,8 +94,6 @@ pd_status pipe_mgr_hash_calc_input_field_attribute_set(pd_sess_hdl, u32 device_i
                                                        pipe_hash_calc_input_field_attribute *attributes)
 {
     const auto set = [&](HashCalculation &found) {
-        if (attributes == nullptr && count != 0)
-            return bad_argument;
         found.attributes.assign(attributes, attributes + count);
         return ok;
     };
@@ -112,8 +104,6 @@ pd_status pipe_mgr_hash_calc_input_field_attribute_count_get(pd_sess_hdl, u32 de
                                                              u32 input, u32 *count)
 {
     const auto get = [&](const HashCalculation &found) {
-        if (count == nullptr)
-            return bad_argument;
         *count = static_cast<u32>(found.attributes.size());
         return ok;
     };
@@ -126,8 +116,6 @@ pd_status pipe_mgr_hash_calc_input_field_attribute_get(pd_sess_hdl, u32 device_i
                                                        u32 *count)
 {
     const auto get = [&](const HashCalculation &found) {
-        if (count == nullptr || (attributes == nullptr && capacity != 0))
-            return bad_argument;
         *count = std::min(capacity, static_cast<u32>(found.attributes.size()));
         std::copy_n(found.attributes.begin(), *count, attributes);
         return ok;
@@ -141,12 +129,10 @@ pd_status pipe_mgr_hash_calc_calculate_hash_value(pd_sess_hdl, u32 device_id, u3
                                                   u32 stream_bytes, u8 *hash, u32 hash_size)
 {
     const auto calculate = [&](const HashCalculation &found) {
-        if ((stream == nullptr && stream_bytes != 0) || (hash == nullptr && hash_size != 0))
-            return bad_argument;
         found.hash({stream, stream_bytes}, {hash, hash_size});
         return ok;
     };
     return with_calculation(device_id, calculation, calculate);
 }
 
-} // extern "C"
+} // namespace model

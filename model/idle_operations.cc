@@ -57,7 +57,7 @@ std::vector<Expired> age_tables(Device &device, u32 ticks)
 
 } // namespace
 
-extern "C" {
+namespace model {
 
 // ---- Tables ---------------------------------------------------------------------------------------------
 
@@ -73,8 +73,6 @@ pd_status pipe_mgr_idle_set_params(pd_sess_hdl, u32 device_id, u32 table, pipe_i
 pd_status pipe_mgr_idle_get_params(pd_sess_hdl, u32 device_id, u32 table, pipe_idle_params *params)
 {
     const auto get = [&](const Table &found) {
-        if (params == nullptr)
-            return bad_argument;
         *params = found.idle.params;
         return ok;
     };
@@ -116,8 +114,6 @@ pd_status pipe_mgr_mat_ent_set_idle_ttl(pd_sess_hdl, u32 device_id, u32 table, p
 pd_status pipe_mgr_mat_ent_get_idle_ttl(pd_sess_hdl, u32 device_id, u32 table, pd_entry_hdl entry, u32 *ttl)
 {
     const auto get = [&](const Table &found) {
-        if (ttl == nullptr)
-            return bad_argument;
         *ttl = found.software(entry)->ttl;
         return ok;
     };
@@ -145,13 +141,15 @@ pd_status pipe_mgr_idle_time_get_hit_state(pd_sess_hdl, u32 device_id, u32 table
                                            u32 *hit_state)
 {
     const auto get = [&](const Table &found) {
-        if (hit_state == nullptr)
-            return bad_argument;
         *hit_state = found.idle.is_idle(entry) ? 0 : 1;
         return ok;
     };
     return with_ageing_entry(device_id, table, entry, get);
 }
+
+} // namespace model
+
+extern "C" {
 
 // ---- Control --------------------------------------------------------------------------------------------
 

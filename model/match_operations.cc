@@ -22,19 +22,17 @@ pd_status look_up(ts_model_hit (Table::*copy)(const u8 *, u32), u32 device_id, u
 
 // ---- Driver operations ----------------------------------------------------------------------------------
 
-extern "C" {
+namespace model {
 
 pd_status pipe_mgr_mat_ent_add(pd_sess_hdl, pd_dev_target target, u32 table, pipe_match_spec *match,
                                u32 action, pipe_action_spec *spec, u32 ttl, u32, pd_entry_hdl *entry)
 {
     const auto add = [&](Table &found, News &news) {
-        if (const pd_status status = check_match(found.program(), match))
+        if (const pd_status status = check_match(found.program(), *match))
             return status;
         constexpr pd_entry_hdl not_yet = 0;
-        if (const pd_status status = check_action(found.program(), not_yet, action, spec))
+        if (const pd_status status = check_action(found.program(), not_yet, action, *spec))
             return status;
-        if (entry == nullptr)
-            return bad_argument;
         return found.add(*match, action, *spec, ttl, capacity_of(found.program()), *entry, news);
     };
     return change_table(target.device_id, table, add);
@@ -44,7 +42,7 @@ pd_status pipe_mgr_mat_ent_set_action(pd_sess_hdl, u32 device_id, u32 table, pd_
                                       pipe_action_spec *spec, u32)
 {
     return change_table(device_id, table, [&](Table &found, News &news) {
-        return set_action(found, entry, action, spec, news);
+        return set_action(found, entry, action, *spec, news);
     });
 }
 
@@ -53,8 +51,8 @@ pd_status pipe_mgr_mat_ent_set_action_by_match_spec(pd_sess_hdl, pd_dev_target t
                                                     pipe_action_spec *spec, u32)
 {
     const auto set = [&](Table &found, News &news) {
-        return with_entry(found, match,
-                          [&](pd_entry_hdl entry) { return set_action(found, entry, action, spec, news); });
+        return with_entry(found, *match,
+                          [&](pd_entry_hdl entry) { return set_action(found, entry, action, *spec, news); });
     };
     return change_table(target.device_id, table, set);
 }
@@ -69,7 +67,7 @@ pd_status pipe_mgr_mat_ent_del_by_match_spec(pd_sess_hdl, pd_dev_target target, 
                                              pipe_match_spec *match, u32)
 {
     const auto remove = [&](Table &found, News &news) {
-        return with_entry(found, match, [&](pd_entry_hdl entry) { return found.remove(entry, news); });
+        return with_entry(found, *match, [&](pd_entry_hdl entry) { return found.remove(entry, news); });
     };
     return change_table(target.device_id, table, remove);
 }
@@ -78,13 +76,15 @@ pd_status pipe_mgr_match_spec_to_ent_hdl(pd_sess_hdl, pd_dev_target target, u32 
                                          pd_entry_hdl *entry, u32)
 {
     const auto tell = [&](pd_entry_hdl found) {
-        if (entry == nullptr)
-            return bad_argument;
         *entry = found;
         return ok;
     };
-    return with_table(target.device_id, table, [&](Table &found) { return with_entry(found, match, tell); });
+    return with_table(target.device_id, table, [&](Table &found) { return with_entry(found, *match, tell); });
 }
+
+} // namespace model
+
+extern "C" {
 
 // ---- Control --------------------------------------------------------------------------------------------
 

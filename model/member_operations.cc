@@ -20,9 +20,9 @@ void answer(const MemberData &member, pipe_action_data &data, u32 &action)
     std::ranges::copy(member.data, data.data);
 }
 
-bool has_buffer(const MemberData &member, const pipe_action_data *data, const u32 *action)
+bool has_buffer(const MemberData &member, const pipe_action_data &data)
 {
-    return data != nullptr && action != nullptr && (member.data.empty() || data->data != nullptr);
+    return member.data.empty() || data.data != nullptr;
 }
 
 std::span<const u8> image_of(const pipe_action_spec &spec)
@@ -32,7 +32,7 @@ std::span<const u8> image_of(const pipe_action_spec &spec)
 
 } // namespace
 
-extern "C" {
+namespace model {
 
 // ---- Driver operations ----------------------------------------------------------------------------------
 
@@ -40,10 +40,8 @@ pd_status pipe_mgr_adt_ent_add(pd_sess_hdl, pd_dev_target target, u32 table, u32
                                pipe_action_spec *spec, pd_mbr_hdl *member, u32)
 {
     const auto add = [&](Profile &profile, ProfileNews &news) {
-        if (const pd_status status = check_member(profile.program(), action, spec))
+        if (const pd_status status = check_member(profile.program(), action, *spec))
             return status;
-        if (member == nullptr)
-            return bad_argument;
         *member = profile.add_member(action, image_of(*spec), news);
         return ok;
     };
@@ -54,7 +52,7 @@ pd_status pipe_mgr_adt_ent_set(pd_sess_hdl, u32 device_id, u32 table, pd_mbr_hdl
                                pipe_action_spec *spec, u32)
 {
     const auto set = [&](Profile &profile, ProfileNews &news) {
-        if (const pd_status status = check_member(profile.program(), action, spec))
+        if (const pd_status status = check_member(profile.program(), action, *spec))
             return status;
         return profile.set_member(member, action, image_of(*spec), news);
     };
@@ -76,7 +74,7 @@ pd_status pipe_mgr_get_action_data_entry(u32 table, pd_dev_target target, pd_mbr
         if (found == nullptr)
             return unknown_object;
         const MemberData &copy = found->copy(from_hw != 0);
-        if (!has_buffer(copy, data, action) || data->num_bytes < copy.data.size())
+        if (!has_buffer(copy, *data) || data->num_bytes < copy.data.size())
             return bad_argument;
         answer(copy, *data, *action);
         return ok;
@@ -111,11 +109,15 @@ pd_status pipe_mgr_plcmt_adt_data_get(pd_word first, pd_word second, u32 table)
 pd_status pipe_mgr_plcmt_adt_data_get_entry(void *plcmt_data, pipe_action_data *data, u32 *action)
 {
     const auto *const placement = placement_of<MemberPlacement>(plcmt_data);
-    if (placement == nullptr || !has_buffer(placement->contents, data, action))
+    if (placement == nullptr || !has_buffer(placement->contents, *data))
         return bad_argument;
     answer(placement->contents, *data, *action);
     return ok;
 }
+
+} // namespace model
+
+extern "C" {
 
 // ---- Control --------------------------------------------------------------------------------------------
 

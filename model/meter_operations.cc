@@ -28,28 +28,24 @@ pd_status with_adjust(u32 device_id, u32 meter, Use use)
 }
 
 // The meter that is attached to the entry.
-pd_status read_attached(const Table &table, pd_entry_hdl entry, pipe_meter_spec *spec)
+pd_status read_attached(const Table &table, pd_entry_hdl entry, pipe_meter_spec &spec)
 {
     const auto contents = table.software(entry);
     if (!table.program().direct_meter || !contents || contents->resource == nullptr ||
         contents->resource->res_tag != PIPE_RES_ATTACH)
         return unknown_object;
-    if (spec == nullptr)
-        return bad_argument;
-    *spec = contents->resource->res_data.meter;
+    spec = contents->resource->res_data.meter;
     return ok;
 }
 
 } // namespace
 
-extern "C" {
+namespace model {
 
 pd_status pipe_mgr_meter_ent_set(pd_sess_hdl, pd_dev_target target, u32 meter, u32 index,
                                  pipe_meter_spec *spec, u32)
 {
     const auto set = [&](MeterCells &cells) {
-        if (spec == nullptr)
-            return bad_argument;
         if (!has_cell(index))
             return unknown_object;
         cells[index] = *spec;
@@ -62,8 +58,6 @@ pd_status pipe_mgr_meter_read_entry_idx(pd_sess_hdl, pd_dev_target target, u32 m
                                         pipe_meter_spec *spec, u32)
 {
     const auto read = [&](const MeterCells &cells) {
-        if (spec == nullptr)
-            return bad_argument;
         if (!has_cell(index))
             return unknown_object;
         *spec = read_cell(cells, index);
@@ -75,7 +69,7 @@ pd_status pipe_mgr_meter_read_entry_idx(pd_sess_hdl, pd_dev_target target, u32 m
 pd_status pipe_mgr_meter_read_entry(pd_sess_hdl, pd_dev_target target, u32 table, pd_entry_hdl entry,
                                     pipe_meter_spec *spec)
 {
-    const auto read = [&](const Table &found) { return read_attached(found, entry, spec); };
+    const auto read = [&](const Table &found) { return read_attached(found, entry, *spec); };
     return with_table(target.device_id, table, read);
 }
 
@@ -91,8 +85,6 @@ pd_status pipe_mgr_meter_set_bytecount_adjust(pd_sess_hdl, pd_dev_target target,
 pd_status pipe_mgr_meter_get_bytecount_adjust(pd_sess_hdl, pd_dev_target target, u32 meter, u32 *adjust)
 {
     const auto get = [&](u32 kept) {
-        if (adjust == nullptr)
-            return bad_argument;
         *adjust = kept;
         return ok;
     };
@@ -103,8 +95,6 @@ pd_status pipe_mgr_wred_ent_set(pd_sess_hdl, pd_dev_target target, u32 wred, u32
                                 u32)
 {
     const auto set = [&](Device &device) {
-        if (spec == nullptr)
-            return bad_argument;
         if (!has_cell(index))
             return unknown_object;
         device.wreds[wred][index] = *spec;
@@ -112,6 +102,10 @@ pd_status pipe_mgr_wred_ent_set(pd_sess_hdl, pd_dev_target target, u32 wred, u32
     };
     return with_device(target.device_id, set);
 }
+
+} // namespace model
+
+extern "C" {
 
 pd_status ts_model_get_wred(u32 device_id, u32 wred, u32 index, u32 words[4])
 {

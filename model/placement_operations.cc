@@ -6,7 +6,7 @@
 
 using namespace model;
 
-extern "C" {
+namespace model {
 
 pd_status pipe_mgr_plcmt_mat_data_get(pd_word first, pd_word second, u32 table)
 {
@@ -28,12 +28,16 @@ pd_status pipe_mgr_plcmt_mat_data_get_entry(void *plcmt_data, pipe_match_spec *m
     if (placement == nullptr)
         return bad_argument;
     const EntryView entry = placement->contents.view();
-    if (!has_buffers(match, entry) || !has_buffers(spec, entry) || action == nullptr)
+    if (!has_buffers(*match, entry) || !has_buffers(*spec, entry))
         return bad_argument;
     answer_match(placement->table, entry, *match);
     answer_action(placement->table, entry, *spec, *action);
     return ok;
 }
+
+} // namespace model
+
+extern "C" {
 
 void ts_model_free_plcmt_data(void *data)
 {

@@ -4,7 +4,7 @@
 
 using namespace model;
 
-extern "C" {
+namespace model {
 
 pd_status pipe_mgr_tbl_set_property(pd_sess_hdl, u32 device_id, u32 table, u32 property, u32 value,
                                     u32 second_value, u32)
@@ -20,8 +20,6 @@ pd_status pipe_mgr_tbl_get_property(pd_sess_hdl, u32 device_id, u32 table, u32 p
                                     u32 *second_value)
 {
     const auto get = [&](Table &found) {
-        if (value == nullptr || second_value == nullptr)
-            return bad_argument;
         const auto known = found.properties.find(property);
         if (known == found.properties.end())
             return unknown_object;
@@ -42,4 +40,4 @@ pd_status pipe_register_mat_update_cb(pd_sess_hdl sess, u32 device_id, u32 table
     return with_table(device_id, table, set);
 }
 
-} // extern "C"
+} // namespace model

@@ -7,7 +7,7 @@
 
 using namespace model;
 
-extern "C" {
+namespace model {
 
 // ---- Driver operations ----------------------------------------------------------------------------------
 
@@ -19,7 +19,7 @@ pd_status pipe_mgr_get_entry(pd_sess_hdl, u32 table, pd_dev_target target, pd_en
         const auto contents = read_copy(found, entry, from_hw);
         if (!contents)
             return unknown_object;
-        if (!has_room(match, *contents) || !has_room(spec, *contents) || action == nullptr)
+        if (!has_room(*match, *contents) || !has_room(*spec, *contents))
             return bad_argument;
         answer_match(found.program(), *contents, *match);
         answer_action(found.program(), *contents, *spec, *action);
@@ -31,8 +31,6 @@ pd_status pipe_mgr_get_entry(pd_sess_hdl, u32 table, pd_dev_target target, pd_en
 pd_status pipe_mgr_get_entry_count(pd_sess_hdl, pd_dev_target target, u32 table, u32, u32 *count)
 {
     const auto tell = [&](const auto &found) {
-        if (count == nullptr)
-            return bad_argument;
         *count = found.count();
         return ok;
     };
@@ -42,8 +40,6 @@ pd_status pipe_mgr_get_entry_count(pd_sess_hdl, pd_dev_target target, u32 table,
 pd_status pipe_mgr_get_first_entry_handle(pd_sess_hdl, u32 table, pd_dev_target target, u32 *first)
 {
     const auto tell = [&](const auto &found) {
-        if (first == nullptr)
-            return bad_argument;
         *first = found.next(0);
         return ok;
     };
@@ -54,8 +50,6 @@ pd_status pipe_mgr_get_next_entry_handles(pd_sess_hdl, u32 table, pd_dev_target 
                                           u32 *next)
 {
     const auto tell = [&](const auto &found) {
-        if (next == nullptr)
-            return bad_argument;
         u32 handle = found.next(after);
         for (u32 at = 0; at < count; ++at) {
             next[at] = handle;
@@ -65,6 +59,10 @@ pd_status pipe_mgr_get_next_entry_handles(pd_sess_hdl, u32 table, pd_dev_target 
     };
     return with_any_table(target.device_id, table, tell);
 }
+
+} // namespace model
+
+extern "C" {
 
 // ---- Control --------------------------------------------------------------------------------------------
 

@@ -30,9 +30,9 @@ pipe_stful_value flag_of(const pipe_stful_value *value)
     return value != nullptr ? pipe_stful_value{{value->bytes[0]}} : pipe_stful_value{};
 }
 
-bool has_room(const pipe_stful_query *query, Pipes pipes)
+bool has_room(const pipe_stful_query &query, Pipes pipes)
 {
-    return query != nullptr && query->elements != nullptr && query->count >= pipes.count;
+    return query.elements != nullptr && query.count >= pipes.count;
 }
 
 // The query has room.
@@ -53,9 +53,7 @@ pd_status read_range(const RegisterCells &cells, u32 start, u32 count, Pipes pip
 {
     const u32 there =
         std::min(count, TS_MODEL_REGISTER_CELLS - std::min<u32>(start, TS_MODEL_REGISTER_CELLS));
-    if (there != 0 && queries == nullptr)
-        return bad_argument;
-    if (!std::all_of(queries, queries + there, [&](const auto &query) { return has_room(&query, pipes); }))
+    if (!std::all_of(queries, queries + there, [&](const auto &query) { return has_room(query, pipes); }))
         return bad_argument;
     for (u32 at = 0; at < there; ++at)
         answer(cells, start + at, pipes, from_hw, queries[at]);
@@ -65,15 +63,13 @@ pd_status read_range(const RegisterCells &cells, u32 start, u32 count, Pipes pip
 
 } // namespace
 
-extern "C" {
+namespace model {
 
 // ---- Indexed registers ----------------------------------------------------------------------------------
 
 pd_status pipe_stful_query_get_sizes(pd_sess_hdl, u32 device_id, u32 table, u32 *count)
 {
     const auto tell = [&](const RegisterCells &) {
-        if (count == nullptr)
-            return bad_argument;
         *count = TS_MODEL_PIPES;
         return ok;
     };
@@ -87,7 +83,7 @@ pd_status pipe_stful_ent_query(pd_sess_hdl, pd_dev_target target, u32 table, u32
         const Pipes pipes = pipes_of(target.pipe_id);
         if (!has_cells(index, 1))
             return unknown_object;
-        if (!has_room(query, pipes))
+        if (!has_room(*query, pipes))
             return bad_argument;
         answer(cells, index, pipes, from_hw != 0, *query);
         return ok;
@@ -99,8 +95,6 @@ pd_status pipe_stful_ent_query_range(pd_sess_hdl, pd_dev_target target, u32 tabl
                                      pipe_stful_query *queries, u32 *indices_read, u32 from_hw)
 {
     const auto read = [&](const RegisterCells &cells) {
-        if (indices_read == nullptr)
-            return bad_argument;
         return read_range(cells, start, count, pipes_of(target.pipe_id), from_hw != 0, queries,
                           *indices_read);
     };
@@ -111,8 +105,6 @@ pd_status pipe_stful_ent_set(pd_sess_hdl, pd_dev_target target, u32 table, u32 i
                              u32)
 {
     const auto set = [&](RegisterCells &cells) {
-        if (value == nullptr)
-            return bad_argument;
         if (!has_cells(index, 1))
             return unknown_object;
         cells.write(index, pipes_of(target.pipe_id), flag_of(value));
@@ -174,13 +166,17 @@ pd_status pipe_stful_direct_ent_query(pd_sess_hdl, u32 device_id, u32 table, pd_
     const auto read = [&](const Table &found) {
         if (!found.has(entry))
             return unknown_object;
-        if (!has_room(query, all_pipes))
+        if (!has_room(*query, all_pipes))
             return bad_argument;
         answer(found.registers, entry, all_pipes, from_hw != 0, *query);
         return ok;
     };
     return with_table(device_id, table, read);
 }
+
+} // namespace model
+
+extern "C" {
 
 // ---- Control --------------------------------------------------------------------------------------------
 

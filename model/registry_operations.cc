@@ -13,24 +13,27 @@ using Document = std::unique_ptr<cJSON, decltype(&cJSON_Delete)>;
 
 } // namespace
 
-extern "C" {
+namespace model {
+
 pd_status bf_drv_register(const char *client_name, u32 *handle)
 {
-    if (client_name == nullptr || handle == nullptr)
-        return bad_argument;
     *handle = registry().add(client_name);
     return ok;
 }
 
 pd_status bf_drv_client_register_callbacks(u32 handle, pd_drv_client_callbacks *callbacks, u32)
 {
-    return callbacks != nullptr ? registry().set_callbacks(handle, *callbacks) : bad_argument;
+    return registry().set_callbacks(handle, *callbacks);
 }
 
 pd_status bf_drv_deregister(u32 handle)
 {
     return registry().remove(handle);
 }
+
+} // namespace model
+
+extern "C" {
 
 void ts_model_remove_device(u32 device_id)
 {

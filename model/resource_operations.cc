@@ -45,7 +45,7 @@ pd_status set_resources(Table &table, pd_entry_hdl entry, std::span<const pipe_r
 // A direct resource has no index, so callers leave the word as it happens to be.
 std::vector<pipe_res_spec> with_clean_indices(u32 table_handle, const pipe_res_spec *resources, u32 count)
 {
-    if (resources == nullptr || count > most_resources)
+    if (count > most_resources)
         return {};
     std::vector<pipe_res_spec> cleaned(resources, resources + count);
     const ProgramTable *table = find_table(table_handle);
@@ -58,7 +58,7 @@ std::vector<pipe_res_spec> with_clean_indices(u32 table_handle, const pipe_res_s
 
 } // namespace
 
-extern "C" {
+namespace model {
 
 pd_status pipe_mgr_mat_ent_set_resource(pd_sess_hdl, u32 device_id, u32 table, pd_entry_hdl entry,
                                         pipe_res_spec *resources, u32 count, u32)
@@ -69,4 +69,4 @@ pd_status pipe_mgr_mat_ent_set_resource(pd_sess_hdl, u32 device_id, u32 table, p
     });
 }
 
-} // extern "C"
+} // namespace model

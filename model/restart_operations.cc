@@ -78,15 +78,13 @@ std::vector<Replayed> walk_over(Device &device)
 
 } // namespace
 
-extern "C" {
+namespace model {
 
 pd_status pipe_mgr_hitless_ha_restore_virtual_dev_state(pd_word first, pd_word second, pd_word, pd_word,
                                                         pd_word, pipe_restore_state_cb restore)
 {
     const auto sess = static_cast<pd_sess_hdl>(first);
     const auto device_id = static_cast<u32>(second);
-    if (restore == nullptr)
-        return bad_argument;
     std::vector<Replayed> walk;
     const pd_status status = with_device(device_id, [&](Device &device) {
         walk = walk_over(device);
@@ -97,6 +95,10 @@ pd_status pipe_mgr_hitless_ha_restore_virtual_dev_state(pd_word first, pd_word s
         restore(sess, device_id, action_table, action, group, member, no_resources);
     return status;
 }
+
+} // namespace model
+
+extern "C" {
 
 pd_status ts_model_forget_selection(u32 device_id)
 {

@@ -29,8 +29,6 @@ pd_status with_state(pd_word state, u32 device_id, Use use)
 // This program's members have no resources, so both words of a known object are 0.
 pd_status no_resources(bool known, pd_word *resources, pd_word *count)
 {
-    if (resources == nullptr || count == nullptr)
-        return bad_argument;
     if (!known)
         return unknown_object;
     *resources = 0;
@@ -45,7 +43,7 @@ void model::reset_selection_states()
     last_state = 0;
 }
 
-extern "C" {
+namespace model {
 
 // ---- Life -----------------------------------------------------------------------------------------------
 
@@ -54,7 +52,7 @@ pd_status p4_pd_ms_init(void)
     return ok;
 }
 
-pd_word p4_pd_ms_init_state(void)
+extern "C" pd_word p4_pd_ms_init_state(void)
 {
     return ++last_state;
 }
@@ -76,8 +74,6 @@ pd_status p4_pd_ms_destroy_txn_state_for_dev(u32 device_id)
 pd_status p4_pd_ms_log_state(u32 device_id, pd_word state, cJSON *document)
 {
     const auto log = [&](const SelectionState &store) {
-        if (document == nullptr)
-            return bad_argument;
         store.log(document);
         return ok;
     };
@@ -109,9 +105,7 @@ pd_status p4_pd_ms_set_mbr_act(pd_word state, u32 device_id, pd_mbr_hdl member, 
 
 pd_status p4_pd_ms_get_mbr_act(pd_word state, u32 device_id, pd_mbr_hdl member, u32 *action)
 {
-    const auto get = [&](const SelectionState &store) {
-        return action != nullptr ? store.member_action(member, *action) : bad_argument;
-    };
+    const auto get = [&](const SelectionState &store) { return store.member_action(member, *action); };
     return with_state(state, device_id, get);
 }
 
@@ -132,8 +126,8 @@ pd_status p4_pd_ms_mbr_apply_to_grps(pd_word state, u32 device_id, pd_mbr_hdl me
         groups = store.groups_of(member);
         return store.has_member(member) ? ok : unknown_object;
     });
-    if (status != ok || callback == nullptr)
-        return status != ok ? status : bad_argument;
+    if (status != ok)
+        return status;
     for (const pd_grp_hdl group : groups)
         if (const pd_status failure = callback(device_id, group, cookie))
             return failure;
@@ -147,13 +141,9 @@ pd_status p4_pd_ms_new_grp(pd_sess_hdl, pd_word state, u32 device_id, pd_grp_hdl
     return with_state(state, device_id, [&](auto &store) { return store.add_group(group); });
 }
 
-pd_status p4_pd_ms_del_grp(pd_sess_hdl, pd_word state, u32 device_id, pd_grp_hdl group, u32 count,
-                           pd_mbr_hdl *members)
+pd_status p4_pd_ms_del_grp(pd_sess_hdl, pd_word state, u32 device_id, pd_grp_hdl group, u32, pd_mbr_hdl *)
 {
-    const auto remove = [&](SelectionState &store) {
-        return count == 0 || members != nullptr ? store.remove_group(group) : bad_argument;
-    };
-    return with_state(state, device_id, remove);
+    return with_state(state, device_id, [&](auto &store) { return store.remove_group(group); });
 }
 
 pd_status p4_pd_ms_add_mbr_to_grp(pd_sess_hdl, pd_word state, u32 device_id, pd_mbr_hdl member,
@@ -176,9 +166,7 @@ pd_status p4_pd_ms_set_grp_act(pd_word state, u32 device_id, pd_grp_hdl group, u
 
 pd_status p4_pd_ms_get_grp_act(pd_word state, u32 device_id, pd_grp_hdl group, u32 *action)
 {
-    const auto get = [&](const SelectionState &store) {
-        return action != nullptr ? store.group_action(group, *action) : bad_argument;
-    };
+    const auto get = [&](const SelectionState &store) { return store.group_action(group, *action); };
     return with_state(state, device_id, get);
 }
 
@@ -199,4 +187,4 @@ pd_status p4_pd_ms_grp_update_res(u32 device_id, pd_grp_hdl group, pd_word cooki
     return with_state(cookie, device_id, known);
 }
 
-} // extern "C"
+} // namespace model

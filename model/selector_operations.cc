@@ -50,7 +50,7 @@ pd_status listen(pd_sess_hdl sess, u32 device_id, u32 table, Listeners Profile::
 
 } // namespace
 
-extern "C" {
+namespace model {
 
 // ---- Groups ---------------------------------------------------------------------------------------------
 
@@ -58,8 +58,6 @@ pd_status pipe_mgr_sel_grp_add(pd_sess_hdl, pd_dev_target target, u32 table, u32
                                pd_grp_hdl *group, u32)
 {
     const auto add = [&](Profile &profile, ProfileNews &news) {
-        if (group == nullptr)
-            return bad_argument;
         *group = profile.add_group(max_group_size, news);
         return ok;
     };
@@ -76,8 +74,6 @@ pd_status pipe_mgr_sel_grp_del(pd_sess_hdl, u32 device_id, u32 table, pd_grp_hdl
 pd_status pipe_mgr_get_sel_grp_mbr_count(pd_sess_hdl, u32 device_id, u32 table, pd_grp_hdl group, u32 *count)
 {
     const auto tell = [&](const GroupTable &, const Group &found) {
-        if (count == nullptr)
-            return bad_argument;
         *count = found.size;
         return ok;
     };
@@ -88,8 +84,6 @@ pd_status pipe_mgr_sel_grp_mbrs_get(pd_sess_hdl, u32 device_id, u32 table, pd_gr
                                     pd_mbr_hdl *members, u8 *states, u32 *written, u32)
 {
     const auto list = [&](const GroupTable &groups, const Group &found) {
-        if (members == nullptr || states == nullptr || written == nullptr)
-            return bad_argument;
         *written = 0;
         for (const Membership &membership : groups.chain(found.first, count)) {
             members[*written] = membership.member;
@@ -104,8 +98,6 @@ pd_status pipe_mgr_get_first_group_member(pd_sess_hdl, u32 table, u32 device_id,
                                           pd_mbr_hdl *first)
 {
     const auto tell = [&](const GroupTable &groups, const Group &found) {
-        if (first == nullptr)
-            return bad_argument;
         const auto members = groups.chain(found.first, 1);
         *first = members.empty() ? 0 : members.front().member;
         return ok;
@@ -120,8 +112,6 @@ pd_status pipe_mgr_get_next_group_members(pd_sess_hdl, u32 table, u32 device_id,
         const Membership *const from = groups.find(group, after);
         if (from == nullptr)
             return unknown_object;
-        if (next == nullptr)
-            return bad_argument;
         const auto members = groups.chain(from->next, count);
         std::fill_n(std::ranges::transform(members, next, &Membership::member).out, count - members.size(),
                     0);
@@ -167,8 +157,6 @@ pd_status pipe_mgr_sel_grp_mbr_state_get(pd_sess_hdl, u32 device_id, u32 table, 
         const Membership *const found = groups.find(group, member);
         if (found == nullptr)
             return unknown_object;
-        if (state == nullptr)
-            return bad_argument;
         *state = state_of(*found);
         return ok;
     };
@@ -259,4 +247,4 @@ pd_status pipe_mgr_plcmt_sel_data_get(pd_word first, pd_word second, u32 table)
                           [&] { return with_group(request->device_id, table, request->entry, get); });
 }
 
-} // extern "C"
+} // namespace model

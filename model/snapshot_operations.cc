@@ -33,7 +33,7 @@ pd_status create(pd_word device_id, pd_word pipe, u8 first_stage, u8 last_stage,
 
 } // namespace
 
-extern "C" {
+namespace model {
 
 // ---- Driver operations ----------------------------------------------------------------------------------
 
@@ -52,8 +52,6 @@ pd_status bf_snapshot_delete(u32 snapshot)
 pd_status bf_snapshot_capture_trigger_set(u32 snapshot, u8 *spec, u8 *mask)
 {
     const auto set = [&](Snapshot &found) {
-        if (spec == nullptr || mask == nullptr)
-            return bad_argument;
         found.set_trigger(spec, mask);
         return ok;
     };
@@ -63,8 +61,6 @@ pd_status bf_snapshot_capture_trigger_set(u32 snapshot, u8 *spec, u8 *mask)
 pd_status bf_snapshot_capture_phv_fields_dict_size(u32 snapshot, u32 *total_bytes, u32 *stage_bytes)
 {
     const auto tell = [&](const Snapshot &found) {
-        if (total_bytes == nullptr || stage_bytes == nullptr)
-            return bad_argument;
         *total_bytes = found.stages() * program.snapshot_bytes;
         *stage_bytes = program.snapshot_bytes;
         return ok;
@@ -75,14 +71,16 @@ pd_status bf_snapshot_capture_phv_fields_dict_size(u32 snapshot, u32 *total_byte
 pd_status bf_snapshot_capture_get(u32 snapshot, pd_word, void *buffer, pd_word, u32 *count)
 {
     const auto get = [&](const Snapshot &found) {
-        if (buffer == nullptr || count == nullptr)
-            return bad_argument;
         std::ranges::copy(found.records(), static_cast<u8 *>(buffer));
         *count = found.captured();
         return ok;
     };
     return with_snapshot(snapshot, get);
 }
+
+} // namespace model
+
+extern "C" {
 
 // ---- Control --------------------------------------------------------------------------------------------
 

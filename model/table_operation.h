@@ -19,20 +19,20 @@ pd_status change_table(u32 device_id, u32 table, Change change)
 
 // Runs `use` on the handle of the entry with this key.
 template <typename Use>
-pd_status with_entry(Table &table, const pipe_match_spec *match, Use use)
+pd_status with_entry(Table &table, const pipe_match_spec &match, Use use)
 {
     if (const pd_status status = check_match(table.program(), match))
         return status;
-    const pd_entry_hdl entry = table.find(*match);
+    const pd_entry_hdl entry = table.find(match);
     return entry != 0 ? use(entry) : unknown_object;
 }
 
-inline pd_status set_action(Table &table, pd_entry_hdl entry, u32 action, const pipe_action_spec *spec,
+inline pd_status set_action(Table &table, pd_entry_hdl entry, u32 action, const pipe_action_spec &spec,
                             News &news)
 {
     if (const pd_status status = check_action(table.program(), entry, action, spec))
         return status;
-    return table.set_action(entry, action, *spec, news);
+    return table.set_action(entry, action, spec, news);
 }
 
 } // namespace model

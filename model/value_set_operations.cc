@@ -25,7 +25,7 @@ void tell(Value *out, Value value)
 
 } // namespace
 
-extern "C" {
+namespace model {
 
 // ---- Properties -----------------------------------------------------------------------------------------
 
@@ -43,8 +43,6 @@ pd_status pipe_mgr_pvs_get_property(pd_sess_hdl, u32 device_id, u32 set, u32 pro
                                     pipe_pvs_property_args args)
 {
     const auto read = [&](const ValueSet &found) {
-        if (value == nullptr)
-            return bad_argument;
         const auto known = found.properties.find({property, args.argument});
         if (known == found.properties.end())
             return unknown_object;
@@ -60,9 +58,7 @@ pd_status pipe_mgr_pvs_entry_add(pd_sess_hdl, u32 device_id, u32 set, u32 scope_
                                  u32 key, u32 key_mask, u32 *entry)
 {
     const ValueSetScope scope{scope_a, scope_b, scope_c};
-    const auto add = [&](ValueSet &found) {
-        return entry != nullptr ? found.add(scope, {key, key_mask}, *entry) : bad_argument;
-    };
+    const auto add = [&](ValueSet &found) { return found.add(scope, {key, key_mask}, *entry); };
     return with_set(device_id, set, add);
 }
 
@@ -85,8 +81,6 @@ pd_status pipe_mgr_pvs_entry_get(pd_sess_hdl, u32 device_id, u32 set, u32 entry,
         const ValueSet::Entry *known = found.get(entry);
         if (known == nullptr)
             return unknown_object;
-        if (key == nullptr || key_mask == nullptr)
-            return bad_argument;
         *key = known->key.value;
         *key_mask = known->key.mask;
         tell(scope_a, known->scope.a);
@@ -102,8 +96,6 @@ pd_status pipe_mgr_pvs_entry_handle_get(pd_sess_hdl, u32 device_id, u32 set, u32
 {
     const ValueSetScope scope{scope_a, scope_b, scope_c};
     const auto find = [&](const ValueSet &found) {
-        if (entry == nullptr)
-            return bad_argument;
         const u32 known = found.find(scope, {key, key_mask});
         if (known == 0)
             return unknown_object;
@@ -120,8 +112,6 @@ pd_status pipe_mgr_pvs_entry_get_first(pd_sess_hdl, u32 device_id, u32 set, u32 
 {
     const ValueSetScope scope{scope_a, scope_b, scope_c};
     const auto read = [&](const ValueSet &found) {
-        if (first == nullptr)
-            return bad_argument;
         *first = found.next(scope, 0);
         return ok;
     };
@@ -133,8 +123,6 @@ pd_status pipe_mgr_pvs_entry_get_next(pd_sess_hdl, u32 device_id, u32 set, u32 s
 {
     const ValueSetScope scope{scope_a, scope_b, scope_c};
     const auto read = [&](const ValueSet &found) {
-        if (next == nullptr)
-            return bad_argument;
         u32 entry = found.next(scope, after);
         for (u32 at = 0; at < count; ++at) {
             next[at] = entry;
@@ -150,12 +138,10 @@ pd_status pipe_mgr_pvs_entry_get_count(pd_sess_hdl, u32 device_id, u32 set, u32 
 {
     const ValueSetScope scope{scope_a, scope_b, scope_c};
     const auto read = [&](const ValueSet &found) {
-        if (count == nullptr)
-            return bad_argument;
         *count = found.count(scope);
         return ok;
     };
     return with_set(device_id, set, read);
 }
 
-} // extern "C"
+} // namespace model

@@ -29,14 +29,19 @@ std::size_t most_live_bytes = 0;
 
 } // namespace
 
-void *operator new(std::size_t size)
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept
 {
     void *block = std::malloc(size);
-    if (!block)
-        throw std::bad_alloc{};
-    live_bytes += malloc_usable_size(block);
+    live_bytes += block ? malloc_usable_size(block) : 0;
     most_live_bytes = std::max(most_live_bytes, live_bytes);
     return block;
+}
+
+void *operator new(std::size_t size)
+{
+    if (void *block = operator new(size, std::nothrow))
+        return block;
+    throw std::bad_alloc{};
 }
 
 void operator delete(void *block) noexcept
