@@ -139,9 +139,9 @@ std::string meter_command(u32 handle, const std::string &cell, const pipe_meter_
     return named_command("meter set", reflection::meters(), handle,
                          cell + " : committed_rate=" + std::to_string(meter.committed_rate) +
                              " committed_burst=" + std::to_string(meter.committed_burst) +
-                             " peak_rate=" + std::to_string(meter.peak_rate) + " peak_burst=" +
-                             std::to_string(meter.peak_burst) + " type=" +
-                             std::string{meter_types[meter.meter_type & 1]});
+                             " peak_rate=" + std::to_string(meter.peak_rate) +
+                             " peak_burst=" + std::to_string(meter.peak_burst) +
+                             " type=" + std::string{meter_types[meter.meter_type & 1]});
 }
 
 std::string counts_text(const pipe_stat_data &counts)
