@@ -235,7 +235,7 @@ Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &di
     Catalogue catalogue;
     Loader loader(directory, catalogue, diagnostics);
     std::vector<std::string> groups;
-    std::string actions, profiles, resources, services, snapshots, labels, operations;
+    std::string actions, profiles, resources, services, snapshots, labels, operations, functions;
     loader.file("catalogue.toml", [&](RowReader &root) {
         catalogue.place = root.place();
         catalogue.program = root.text("program");
@@ -249,9 +249,10 @@ Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &di
         snapshots = root.text("snapshots");
         labels = root.text("labels");
         operations = root.text("operations");
+        functions = root.text("functions");
     });
     if (groups.empty() || actions.empty() || profiles.empty() || resources.empty() || services.empty() ||
-        snapshots.empty() || labels.empty() || operations.empty()) {
+        snapshots.empty() || labels.empty() || operations.empty() || functions.empty()) {
         catalogue.complete = false;
         return catalogue;
     }
@@ -284,6 +285,11 @@ Catalogue load_catalogue(const std::filesystem::path &directory, Diagnostics &di
     loader.file(labels, [&](RowReader &root) { loader.rows(root, "labels", catalogue.labels, read_labels); });
     loader.file(operations,
                 [&](RowReader &root) { loader.rows(root, "header", catalogue.driver, read_driver_header); });
+    loader.file(functions, [&](RowReader &root) {
+        loader.rows(root, "arguments", catalogue.functions.arguments, read_function_argument);
+        loader.rows(root, "records", catalogue.functions.records, read_argument_record);
+        loader.rows(root, "section", catalogue.functions.sections, read_section);
+    });
     return catalogue;
 }
 

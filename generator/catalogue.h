@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "diagnostics.h"
+#include "functions.h"
 #include "operations.h"
 
 namespace pdgen {
@@ -167,6 +168,7 @@ struct Catalogue {
     std::vector<SnapshotLayout> snapshots;
     std::vector<Labels> labels;
     std::vector<DriverHeader> driver;
+    FunctionRows functions;
 
     const Action *find_action(const std::string &name) const;
     const Labels *labels_of(const Table &table) const;

@@ -24,6 +24,8 @@ struct Output {
 
 constexpr Output outputs[] = {
     {"table_header.mustache", "include/pd_*.h"},
+    {"program_header.mustache", "include/pd_program.h"},
+    {"inspection_header.mustache", "include/pd_inspection.h"},
     {"tables_header.mustache", "include/pd_tables.h"},
     {"actions_header.mustache", "include/pd_actions.h"},
     {"profiles_header.mustache", "include/pd_profiles.h"},
@@ -46,6 +48,7 @@ constexpr Output outputs[] = {
     {"profile_inspection.mustache", "thunks/inspection_profiles.cc"},
     {"inspection_index.mustache", "thunks/inspection_index.cc"},
     {"exports.mustache", "exports.map"},
+    {"reflection_records.mustache", "reflection/reflection_records.h"},
     {"reflection.mustache", "reflection/reflection_*.cc"},
     {"action_reflection.mustache", "reflection/reflection_actions.cc"},
     {"profile_reflection.mustache", "reflection/reflection_profiles.cc"},

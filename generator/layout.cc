@@ -36,6 +36,14 @@ Cut find_cut(const std::string &line)
     return cut;
 }
 
+// The first bracket, but that of a pointer to a function.
+std::size_t list_opening(const std::string &line)
+{
+    const std::size_t first = line.find('(');
+    const bool is_pointer = first != std::string::npos && line.compare(first, 2, "(*") == 0;
+    return is_pointer ? line.find('(', first + 1) : first;
+}
+
 std::string break_code(std::string line)
 {
     std::string result;
@@ -47,7 +55,7 @@ std::string break_code(std::string line)
         if (cut.at != std::string::npos && inside && continued)
             cut.hang = indent;
         else if (cut.at == std::string::npos || inside)
-            cut = {line.find('('), indent + tab}; // nothing but the list's opening stays on this line
+            cut = {list_opening(line), indent + tab}; // nothing but the list's opening stays on this line
         if (cut.at == std::string::npos || cut.at + 1 >= line.size() || cut.at <= indent)
             break;
         result += line.substr(0, cut.at + 1) + '\n';

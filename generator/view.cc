@@ -4,6 +4,7 @@
 #include <bit>
 #include <map>
 
+#include "functions_view.h"
 #include "names.h"
 #include "operations_view.h"
 
@@ -60,15 +61,15 @@ unsigned bits_in(std::uint64_t mask)
     return static_cast<unsigned>(std::bit_width(mask));
 }
 
-class View {
+class Viewer {
 public:
-    explicit View(const Catalogue &rows) : catalogue(rows)
+    explicit Viewer(const Catalogue &rows) : catalogue(rows), functions(rows)
     {
         for (const Action &action : catalogue.actions)
             actions.emplace(action.name, action_view(action));
     }
 
-    data root() const
+    data root()
     {
         data view;
         view.set("program", catalogue.program);
@@ -77,7 +78,7 @@ public:
         for (const Group &group : catalogue.groups)
             push(groups, group_view(group), &group == &catalogue.groups.back());
         for (const Action &action : catalogue.actions)
-            push(action_list, actions.at(action.name), &action == &catalogue.actions.back());
+            push(action_list, with_functions(actions.at(action.name), "action"), &action == &catalogue.actions.back());
         for (const Profile &profile : catalogue.profiles)
             push(profiles, profile_view(profile), &profile == &catalogue.profiles.back());
         view.set("groups", groups);
@@ -85,16 +86,19 @@ public:
         view.set("action_count", decimal(catalogue.actions.size()));
         view.set("action_name_bytes", decimal(action_name_bytes()));
         view.set("profiles", profiles);
-        view.set("references", reference_views());
         view.set("all_tables", tables_by_handle());
         view.set("table_slots", table_slots());
         view.set("first_table_handle", hex(first_table_handle));
         set_resources(view);
+        for (const char *file : {"program", "inspection", "resources", "services"})
+            view.set(std::string(file) + "_sections", functions.program_functions(file));
+        functions.set_families(view);
         return view;
     }
 
 private:
     const Catalogue &catalogue;
+    FunctionViews functions;
     std::map<std::string, data> actions;
 
     // Of the longest full name, with its NUL.
@@ -237,6 +241,9 @@ private:
         view.set("priority_digit", std::string(any("ternary") ? "1" : "0"));
         view.set("actions", binding_views(table.actions, !table.key.empty()));
         view.set("is_direct", data(!profile));
+        view.set("is_indirect", data(profile != nullptr));
+        view.set("key_text", std::string(any("ternary") ? "key and priority" : "key"));
+        view.set("mask_text", std::string(any("ternary") ? "the masks" : "the prefix length"));
         view.set("counter", table.counter);
         view.set("has_counter", data(!table.counter.empty()));
         view.set("counter_handle", resource_handle(table.counter));
@@ -296,26 +303,75 @@ private:
         return view;
     }
 
-    data group_view(const Group &group) const
+    data with_functions(data view, const char *over)
+    {
+        functions.set_slots(view, over);
+        view.set("functions", functions.functions({{over, {&view}}}, view));
+        return view;
+    }
+
+    list with_functions(const list &views, const char *over)
+    {
+        list all;
+        for (const data &view : views)
+            all.push_back(with_functions(view, over));
+        return all;
+    }
+
+    static std::vector<const data *> pointers_to(const list &views)
+    {
+        std::vector<const data *> pointers;
+        for (const data &view : views)
+            pointers.push_back(&view);
+        return pointers;
+    }
+
+    data table_with_functions(const Table &table)
+    {
+        data view = table_view(table);
+        list bindings = binding_views(table.actions, !table.key.empty());
+        list fields = field_views(table, table.key);
+        list references = reference_views();
+        for (data &binding : bindings)
+            functions.set_slots(binding, "binding", &view);
+        for (data &reference : references)
+            functions.set_slots(reference, "reference", &view);
+        functions.set_slots(view, "table");
+        view.set("functions", functions.functions({{"table", {&view}},
+                                                   {"binding", pointers_to(bindings)},
+                                                   {"field", pointers_to(fields)},
+                                                   {"reference", pointers_to(references)}},
+                                                  view));
+        view.set("actions", bindings);
+        view.set("references", references);
+        return view;
+    }
+
+    data group_view(const Group &group)
     {
         data view;
         view.set("group", group.file);
         view.set("title", group.title);
         list tables;
         for (const Table &table : group.tables)
-            push(tables, table_view(table), &table == &group.tables.back());
+            push(tables, table_with_functions(table), &table == &group.tables.back());
         view.set("tables", tables);
         return view;
     }
 
-    data profile_view(const Profile &profile) const
+    data profile_view(const Profile &profile)
     {
         data view;
         view.set("profile", profile.name);
         view.set("table", profile.table);
         view.set("action_table", hex(profile.action_table));
         view.set("selector", hex(profile.selector));
-        view.set("entry_actions", binding_views(profile.actions, true));
+        list members = binding_views(profile.actions, true);
+        for (data &member : members)
+            functions.set_slots(member, "member", &view);
+        functions.set_slots(view, "profile");
+        view.set("functions", functions.functions({{"member", pointers_to(members)}, {"profile", {&view}}}, view));
+        view.set("entry_actions", members);
         return view;
     }
 
@@ -348,6 +404,7 @@ private:
         view.set("cells_handle", hex(table ? table->handle : resource.handle));
         view.set("direct", std::string(table ? "true" : "false"));
         view.set("cell", std::string(table ? "entry_hdl" : "index"));
+        view.set("cell_text", table ? "the entry of `" + table->name + "`" : "the cell");
         return view;
     }
 
@@ -391,15 +448,15 @@ private:
         return view;
     }
 
-    void set_resources(data &view) const
+    void set_resources(data &view)
     {
         const auto cell = [this](const Resource &resource) { return cell_view(resource); };
-        view.set("counters", views_of(catalogue.counters, cell));
-        view.set("meters", views_of(catalogue.meters, cell));
-        view.set("registers", views_of(catalogue.registers, resource_view));
-        view.set("value_sets", views_of(catalogue.value_sets, resource_view));
-        view.set("digests", views_of(catalogue.digests, digest_view));
-        view.set("hashes", views_of(catalogue.hashes, hash_view));
+        view.set("counters", with_functions(views_of(catalogue.counters, cell), "counter"));
+        view.set("meters", with_functions(views_of(catalogue.meters, cell), "meter"));
+        view.set("registers", with_functions(views_of(catalogue.registers, resource_view), "register"));
+        view.set("value_sets", with_functions(views_of(catalogue.value_sets, resource_view), "value_set"));
+        view.set("digests", with_functions(views_of(catalogue.digests, digest_view), "digest"));
+        view.set("hashes", with_functions(views_of(catalogue.hashes, hash_view), "hash"));
         view.set("layouts", views_of(catalogue.snapshots, layout_view));
         view.set("snapshot_bytes", decimal(catalogue.snapshot_bytes));
     }
@@ -465,7 +522,7 @@ private:
 
 data catalogue_view(const Catalogue &catalogue)
 {
-    data root = View(catalogue).root();
+    data root = Viewer(catalogue).root();
     set_operations(root, catalogue);
     return root;
 }

@@ -39,7 +39,7 @@ void add(Session &session, Words &words, const ProfileFunctions &profile)
     const std::string_view name = take_new_name(words, names.members);
     const MemberPart part = take_member_part(words, profile);
     pd_mbr_hdl member = 0;
-    expect_success(part.functions->add(driver_session, device, part.parameters.data(), &member));
+    expect_success(part.functions->add(driver_session, device, {.action = part.parameters.data()}, &member));
     names.members.give(member, name);
     if (session.verbose())
         print_created(session, profile, {Kind::member, member});
@@ -51,7 +51,7 @@ void modify(Session &session, Words &words, const ProfileFunctions &profile)
     const pd_mbr_hdl member = take_object(words, profile, names);
     const MemberPart part = take_member_part(words, profile);
     const pd_status status =
-        part.functions->modify(driver_session, device.device_id, member, part.parameters.data());
+        part.functions->modify(driver_session, device.device_id, member, {.action = part.parameters.data()});
     if (status == PD_STATUS_MISMATCH) {
         MemberReader reader{profile, false};
         reader.read(member);

@@ -111,7 +111,7 @@ private:
         u32 entry = 0, member = 0, group = 0;
         p4_pd_tessel_switch_init();
         for (const reflection::ProfileFunctions *profile : reflection::profiles()) {
-            EXPECT_EQ(profile->actions.front().add(1, device, zeros.data(), &member), 0u);
+            EXPECT_EQ(profile->actions.front().add(1, device, {.action = zeros.data()}, &member), 0u);
             EXPECT_EQ(profile->create_group(1, device, 1, &group), 0u);
         }
         for (const reflection::TableFunctions *table : reflection::tables()) {

@@ -85,7 +85,7 @@ TEST_F(Profiles, AddTellsTheDriverThenTheStore)
                   Failure::ignored},
                  {line("p4_pd_ms_set_mbr_act", state, device, recorder::answer.numbers[0], action.handle),
                   Failure::ignored}},
-                [&] { return functions.add(sess, target, parameters.data(), &added); });
+                [&] { return functions.add(sess, target, {.action = parameters.data()}, &added); });
             EXPECT_EQ(added, recorder::answer.numbers[0]);
         });
     });
@@ -95,7 +95,7 @@ TEST_F(Profiles, ModifyNeedsTheActionThatTheStoreHas)
 {
     each_profile([&](const ProfileFunctions &profile, const ProfileFacts &facts, pd_word state) {
         each_action(profile, facts, [&](const MemberFunctions &functions, const ActionFacts &action) {
-            const auto modify = [&] { return functions.modify(sess, device, member, parameters.data()); };
+            const auto modify = [&] { return functions.modify(sess, device, member, {.action = parameters.data()}); };
             const std::string question = line("p4_pd_ms_get_mbr_act", state, device, member);
             recorder::answer.action = action.handle;
             expect_steps({{question},

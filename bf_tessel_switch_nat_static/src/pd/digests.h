@@ -24,10 +24,4 @@ inline pd_status notify_ack(const Digest &digest, pd_sess_hdl sess, pd_word mess
     return pipe_mgr_flow_lrn_notify_ack(sess, digest.handle, message);
 }
 
-// One setting for all digests of the device.
-inline pd_status set_learning_timeout(pd_sess_hdl sess, u8 device_id, u32 timeout)
-{
-    return pipe_mgr_flow_lrn_set_timeout(sess, device_id, timeout);
-}
-
 } // namespace pd

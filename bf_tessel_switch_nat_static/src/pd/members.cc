@@ -23,9 +23,9 @@ const ActionReader *read_action(const MemberReader &profile, const MemberAnswer 
         PD_ASSERT_OR_STATUS("((void *)0)", "NULL", place);
         return nullptr;
     }
-    *out.number = found->number;
+    *out.action_number = found->number;
     if (found->unbuild)
-        found->unbuild(&answer.data, nullptr, 0, out.parameters);
+        found->unbuild(&answer.data, nullptr, 0, out.action);
     return found;
 }
 

@@ -6,6 +6,7 @@
 
 #include "action_reader.h"
 #include "action_record.h"
+#include "entry_arguments.h"
 #include "failure.h"
 #include "pd_ms.h"
 #include "rows_profiles.h"
@@ -13,10 +14,10 @@
 namespace pd {
 
 template <const Profile &profile, const Binding &binding>
-inline pd_status add_member(pd_sess_hdl sess, pd_dev_target target, const void *parameters,
+inline pd_status add_member(pd_sess_hdl sess, pd_dev_target target, const EntryArguments &with,
                             pd_mbr_hdl *member)
 {
-    ActionRecord<*binding.action> act(parameters, PIPE_ACTION_NONE);
+    ActionRecord<*binding.action> act(with.action, PIPE_ACTION_NONE);
     const pd_status status =
         pipe_mgr_adt_ent_add(sess, target, profile.action_table, binding.handle, 0, act.spec(), member, 0);
     if (status != PD_STATUS_SUCCESS)
@@ -28,7 +29,7 @@ inline pd_status add_member(pd_sess_hdl sess, pd_dev_target target, const void *
 
 // A member keeps its action: only the parameters can change.
 template <const Profile &profile, const Binding &binding>
-inline pd_status modify_member(pd_sess_hdl sess, u32 device_id, pd_mbr_hdl member, const void *parameters)
+inline pd_status modify_member(pd_sess_hdl sess, u32 device_id, pd_mbr_hdl member, const EntryArguments &with)
 {
     u32 current = 0;
     const pd_status status = p4_pd_ms_get_mbr_act(*profile.state, device_id, member, &current);
@@ -36,7 +37,7 @@ inline pd_status modify_member(pd_sess_hdl sess, u32 device_id, pd_mbr_hdl membe
         return status;
     if (current != binding.handle)
         return PD_STATUS_MISMATCH;
-    ActionRecord<*binding.action> act(parameters, PIPE_ACTION_NONE);
+    ActionRecord<*binding.action> act(with.action, PIPE_ACTION_NONE);
     return pipe_mgr_adt_ent_set(sess, device_id, profile.action_table, member, binding.handle, act.spec(), 0);
 }
 
@@ -96,6 +97,12 @@ template <const Profile &profile>
 constexpr MemberReader make_member_reader()
 {
     return {profile.action_table, profile.state, action_readers<profile>};
+}
+
+template <typename Member>
+ActionOut member_out(Member *member)
+{
+    return {nullptr, &member->parameters, &member->action_number};
 }
 
 pd_status get_member(const MemberReader &profile, u32 device_id, pd_mbr_hdl member, u8 from_hw,

@@ -34,11 +34,11 @@ private:
 void read_action(const ActionReader &action, const Answer &answer, const ResourceList &resources,
                  const ActionOut &out)
 {
-    if (out.name)
-        std::strcpy(out.name, p4_pd_tessel_switch_action_name_strings[action.number]);
-    if (out.number)
-        *out.number = action.number;
-    resources.unbuild(action, answer.spec.action_data, out.parameters);
+    if (out.action_name)
+        std::strcpy(out.action_name, p4_pd_tessel_switch_action_name_strings[action.number]);
+    if (out.action_number)
+        *out.action_number = action.number;
+    resources.unbuild(action, answer.spec.action_data, out.action);
 }
 
 } // namespace

@@ -193,4 +193,11 @@ constexpr std::size_t index_parameter(const Action &action, u32 resource)
     return index;
 }
 
+// Of functions that tell a constant and do nothing else.
+template <typename Constant>
+constexpr Constant constant(Constant value)
+{
+    return value;
+}
+
 } // namespace pd

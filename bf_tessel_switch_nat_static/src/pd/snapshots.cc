@@ -1,16 +1,20 @@
-#include "snapshots.h"
-
+// Snapshots. A trigger goes to the driver with the bytes of its fields reversed; the swap is unrolled over the rows
+// of the two layouts.
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
 #include "bf_snapshot.h"
+#include "pd_services.h"
 #include "rows_services.h"
 #include "sys_array.h"
 
 namespace pd {
 
 namespace {
+
+// The stages that a caller's capture has room for.
+constexpr u32 max_stages = 20;
 
 // Says which layout the record of a snapshot has.
 constexpr u32 layout_bit = 2;
@@ -48,7 +52,23 @@ void swap_fields(u8 *record)
 
 } // namespace
 
-pd_status snapshot_capture_trigger_set(u32 snapshot, const pd_snapshot_phv *spec, const pd_snapshot_phv *mask)
+} // namespace pd
+
+
+using namespace pd;
+
+pd_status p4_pd_tessel_switch_snapshot_create(pd_word first, pd_word second, u8 third, u8 fourth, pd_word fifth,
+                                              pd_word sixth)
+{
+    return bf_snapshot_create(first, second, third, fourth, fifth, sixth);
+}
+
+pd_status p4_pd_tessel_switch_snapshot_delete(u32 snapshot)
+{
+    return bf_snapshot_delete(snapshot);
+}
+
+pd_status p4_pd_tessel_switch_snapshot_capture_trigger_set(u32 snapshot, const pd_snapshot_phv *spec, const pd_snapshot_phv *mask)
 {
     pd_snapshot_phv spec_copy = *spec, mask_copy = *mask;
     const auto swap = snapshot & layout_bit ? swap_fields<snapshots::B> : swap_fields<snapshots::A>;
@@ -58,7 +78,7 @@ pd_status snapshot_capture_trigger_set(u32 snapshot, const pd_snapshot_phv *spec
 }
 
 // Deliberate: a capture keeps the driver's byte order, and is copied even when the driver did not give one.
-pd_status snapshot_capture_data_get(u32 snapshot, pd_word second, pd_snapshot_phv *capture, pd_word control,
+pd_status p4_pd_tessel_switch_snapshot_capture_data_get(u32 snapshot, pd_word second, pd_snapshot_phv *capture, pd_word control,
                                     u32 *count)
 {
     *count = 0;
@@ -74,5 +94,3 @@ pd_status snapshot_capture_data_get(u32 snapshot, pd_word second, pd_snapshot_ph
         std::memcpy(capture[stage].bytes, &buffer[stage * stage_bytes], sizeof capture[stage].bytes);
     return status;
 }
-
-} // namespace pd

@@ -74,10 +74,10 @@ int write_label(const Label &label, const void *key, char *buf)
 
 } // namespace
 
-u32 write_labels(std::span<const Label> labels, const void *key, char *buf)
+u32 match_spec_stringify(const TableText &table, const void *key, char *buf)
 {
     char *to = buf;
-    for (const Label &label : labels)
+    for (const Label &label : table.labels)
         to += write_label(label, key, to);
     return static_cast<u32>(to - buf);
 }
@@ -87,7 +87,7 @@ u32 stringify_counter(const TableText &table, pd_sess_hdl sess, u8 device_id, pd
     EntryRecord record(table);
     if (read_entry(table, sess, device_id, entry, 1, record) != 0)
         return 0;
-    return write_labels(table.labels, record.key, buf);
+    return match_spec_stringify(table, record.key, buf);
 }
 
 } // namespace pd_tessel

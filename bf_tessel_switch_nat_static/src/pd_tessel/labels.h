@@ -35,7 +35,7 @@ struct Label {
 };
 
 // The length of the line; 0, with the buffer left alone, when no item shows.
-u32 write_labels(std::span<const Label> labels, const void *key, char *buf);
+u32 match_spec_stringify(const TableText &table, const void *key, char *buf);
 
 // Likewise for an entry of the chip; 0 as well when it cannot be read.
 u32 stringify_counter(const TableText &table, pd_sess_hdl sess, u8 device_id, pd_entry_hdl entry, char *buf);

@@ -14,4 +14,11 @@ inline u32 write_schema(const Schema &schema, char *buf)
     return schema.length;
 }
 
+// Of a table or a profile.
+template <typename Text>
+u32 schema(const Text &text, char *buf)
+{
+    return write_schema(text.schema, buf);
+}
+
 } // namespace pd_tessel

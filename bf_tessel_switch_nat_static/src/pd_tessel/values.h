@@ -8,6 +8,10 @@ namespace pd_tessel {
 // All return the length of the text without its NUL. Reading failures give 0 and leave the buffer alone.
 u32 match_spec_value(const TableText &table, const void *key, char *buf);
 u32 action_value(const ActionText &action, const void *parameters, char *buf);
+inline u32 action_value(const ActionText &action, char *buf) // of one without parameters
+{
+    return action_value(action, nullptr, buf);
+}
 u32 table_value(const TableText &table, pd_sess_hdl sess, u8 device_id, pd_entry_hdl entry, u8 from_hw,
                 char *buf);
 u32 plcmt_data_value(const TableText &table, void *plcmt_data, char *buf);

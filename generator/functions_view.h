@@ -1,0 +1,58 @@
+// What the templates see of the library's functions: each one with its texts and its code, by the object that it is
+// about.
+#pragma once
+
+#include <map>
+
+#include <kainjow/mustache.hpp>
+
+#include "catalogue.h"
+
+namespace pdgen {
+
+using View = kainjow::mustache::data;
+using Views = kainjow::mustache::list;
+
+class FunctionViews {
+public:
+    // The objects of one kind that belong to an owner.
+    struct Part {
+        const char *over;
+        std::vector<const View *> objects;
+    };
+
+    explicit FunctionViews(const Catalogue &rows) : catalogue(rows) {}
+
+    // All functions over these objects, in the order of the rows. Words are looked up in the object and then in
+    // the owner.
+    Views functions(const std::vector<Part> &parts, const View &owner);
+
+    // Likewise the program's own that stand in the header pd_<file>.h.
+    Views program_functions(const std::string &file);
+
+    // Sets how the object's functions stand in each record of the reflection: "<slots>_slots".
+    void set_slots(View &object, const char *over, const View *owner = nullptr) const;
+
+    // What is the same for all objects: the records of the reflection, and each family with the number of its
+    // functions so far.
+    void set_families(View &root) const;
+
+private:
+    using Scope = std::vector<const View *>; // where words are looked up, the innermost last
+
+    const Catalogue &catalogue;
+    std::map<const Family *, std::size_t> counts;
+
+    View function_view(const Section &section, const Family &family, const Scope &scope);
+    View slot_view(const Family &family, const Scope &scope) const;
+    std::vector<const FunctionArgument *> arguments_of(const Family &family) const;
+    std::string parameters(const Family &family, const Scope &scope, bool definition) const;
+    std::string call(const Family &family, const Scope &scope) const;
+    std::string record(const std::string &name, const Family &family, const Scope &scope) const;
+    std::string generic_parameters(const Family &family, const Scope *scope) const;
+    std::string generic_call(const Family &family, const Scope &scope) const;
+    bool is_generic(const Family &family, const Scope &scope) const;
+    std::string fill(const std::string &text, const Scope &scope) const;
+};
+
+} // namespace pdgen
