@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char *names[] = {"catalogue.toml", "actions.toml",   "ports.toml",
                                  "profiles.toml",  "resources.toml", "services.toml",
-                                 "snapshots.toml", "labels.toml",    "operations.toml"};
+                                 "snapshots.toml", "labels.toml",    "operations.toml", "functions.toml"};
 
 void write_files(const std::filesystem::path &folder, std::string_view text)
 {
@@ -38,6 +38,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         fuzz::expect(line.find('\n') == std::string::npos && line.find(": ") != std::string::npos,
                      "one line a finding");
     if (diagnostics.empty())
-        pdgen::catalogue_view(catalogue);
+        pdgen::catalogue_view(catalogue, diagnostics);
     return 0;
 }

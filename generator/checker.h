@@ -17,8 +17,6 @@ struct HandleRange {
     std::uint32_t last;
 };
 
-std::string at(const Place &place);
-
 inline constexpr char not_plain[] = "can hold no quotes, backslashes, line ends or comment ends";
 
 // Whether `text` can stand in a string literal, a comment and a page as it is.
@@ -98,6 +96,17 @@ private:
     void check_operation(const Operation &operation);
     void check_argument(const Operation &operation, const Argument &argument, const std::string &subject);
     void check_list(const Operation &operation, const Argument &argument, const std::string &subject);
+
+    // Functions of the library.
+    void check_functions();
+    void check_function_argument(const FunctionArgument &argument);
+    void check_section(const Section &section);
+    void check_family(const Object &object, const Family &family);
+    void check_family_argument(const Object &object, const Family &family, const std::string &id);
+    void check_words(const Object &object, const Place &place, const std::string &subject,
+                     const std::string &text);
+    void check_predicate(const Object &object, const Place &place, const std::string &subject,
+                         const std::string &predicate);
 
     // Texts.
     void check_schemas();

@@ -21,6 +21,7 @@ void Checker::run()
     check_schemas();
     check_labels();
     check_operations();
+    check_functions();
 }
 
 // Names of functions and types begin with the prefix.

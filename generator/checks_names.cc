@@ -6,11 +6,6 @@
 
 namespace pdgen {
 
-std::string at(const Place &place)
-{
-    return place.file + ":" + std::to_string(place.line);
-}
-
 namespace {
 
 // Texts that name an object have room for this many characters, with what stands around the name.

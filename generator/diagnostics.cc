@@ -23,6 +23,11 @@ std::string in_one_line(const std::string &text)
 
 } // namespace
 
+std::string at(const Place &place)
+{
+    return place.file + ":" + std::to_string(place.line);
+}
+
 void Diagnostics::add(const Place &place, const std::string &subject, const std::string &what)
 {
     findings.push_back({place, subject.empty() ? what : subject + ": " + what});

@@ -13,6 +13,9 @@ struct Place {
     unsigned line = 0;
 };
 
+// "file:line"
+std::string at(const Place &place);
+
 class Diagnostics {
 public:
     // `subject` is the object and field that is wrong, such as "l2Lookup.handle"; it may be empty.

@@ -5,7 +5,6 @@
 #include <stdexcept>
 
 #include "layout.h"
-#include "view.h"
 
 namespace pdgen {
 
@@ -60,6 +59,9 @@ constexpr Output outputs[] = {
     {"profiles_reference.mustache", "reference/profiles.md"},
     {"resources_reference.mustache", "reference/resources.md"},
     {"services_reference.mustache", "reference/services.md"},
+    {"actions_reference.mustache", "reference/actions.md"},
+    {"functions_reference.mustache", "reference/functions.md"},
+    {"functions_json.mustache", "reference/functions.json"},
     {"catalogue_json.mustache", "reference/catalogue.json"},
     {"driver_header.mustache", "driver/*", "driver_headers", "header"},
     {"driver_reference.mustache", "reference/driver.md"},
@@ -85,17 +87,20 @@ std::string read_file(const fs::path &path)
 }
 
 // A line that holds nothing but the tag of a section must leave no line behind; the template library sees to
-// that only where the section is rendered, so the tag is set in front of the next line. A blank line right
-// behind such a tag is lost with it.
+// that only where the section is rendered, so the tag is set in front of the next line. With a blank line
+// there it would be taken for a tag on a line of its own, but for the variable between them.
 std::string read_template(const fs::path &path)
 {
     std::istringstream lines(read_file(path));
     std::string text;
+    bool behind_tag = false;
     for (std::string line; std::getline(lines, line);) {
         const bool lone_tag =
             (line.starts_with("{{#") || line.starts_with("{{^") || line.starts_with("{{/")) &&
             line.find("}}") == line.size() - 2;
-        text += lone_tag ? line : line + '\n';
+        text += behind_tag && line.empty() ? "{{nothing}}" : line;
+        text += lone_tag ? "" : "\n";
+        behind_tag = lone_tag;
     }
     return text;
 }
@@ -141,9 +146,10 @@ private:
 
 class Emitter {
 public:
-    Emitter(const Catalogue &catalogue, fs::path template_directory)
-        : view(catalogue_view(catalogue)), templates(std::move(template_directory))
+    Emitter(data variables, fs::path template_directory)
+        : view(std::move(variables)), templates(std::move(template_directory))
     {
+        view.set("nothing", std::string());
         for (const auto &entry : fs::directory_iterator(templates))
             if (entry.path().stem().string().starts_with('_'))
                 view.set(
@@ -206,9 +212,9 @@ private:
 
 } // namespace
 
-void emit_all(const Catalogue &catalogue, const fs::path &templates, const fs::path &output)
+void emit_all(const data &view, const fs::path &templates, const fs::path &output)
 {
-    Emitter emitter(catalogue, templates);
+    Emitter emitter(view, templates);
     for (const Output &kind : outputs)
         emitter.render_all_of(kind);
     emitter.write(output);

@@ -9,25 +9,27 @@ namespace pdgen {
 namespace {
 
 #define TABLE_WORDS "table table_handle key_type key_text mask_text profile priority_digit "
-#define TABLE_PREDICATES "has_key has_priority has_mask has_meter has_labels has_idle_time is_direct is_indirect "
-#define ACTION_WORDS "action action_type image_bytes image_bits "
+#define TABLE_PREDICATES                                                                                     \
+    "has_key has_priority has_mask has_meter has_labels has_idle_time is_direct is_indirect "
+#define ACTION_WORDS "action action_type image_bytes image_bits index_note "
 
 constexpr Object objects[] = {
-    {"program", "", ""},
-    {"action", ACTION_WORDS "number ", "has_parameters "},
-    {"table", TABLE_WORDS, TABLE_PREDICATES},
-    {"binding", TABLE_WORDS ACTION_WORDS "action_handle meter ",
-     TABLE_PREDICATES "has_parameters takes_ttl default_action "},
-    {"field", TABLE_WORDS "field width width_name ", TABLE_PREDICATES},
-    {"reference", TABLE_WORDS "suffix target target_type target_kind target_text ", TABLE_PREDICATES},
-    {"profile", "profile action_table selector ", ""},
-    {"member", ACTION_WORDS "profile action_handle ", "has_parameters "},
-    {"counter", "name handle cell cell_text ", ""},
-    {"meter", "name handle cell cell_text ", ""},
-    {"register", "name handle ", ""},
-    {"digest", "name handle ", ""},
-    {"value_set", "name handle ", ""},
-    {"hash", "name handle ", ""},
+    {"program", "program", "", "", ""},
+    {"action", "action", ACTION_WORDS "number ", "has_parameters ", "action_text "},
+    {"table", "table", TABLE_WORDS, TABLE_PREDICATES, "table indirect idle table_text "},
+    {"binding", "table", TABLE_WORDS ACTION_WORDS "action_handle meter ",
+     TABLE_PREDICATES "has_parameters takes_ttl default_action ", "action "},
+    {"field", "table", TABLE_WORDS "field width width_name ", TABLE_PREDICATES, ""},
+    {"reference", "table", TABLE_WORDS "suffix target target_type target_kind target_text ", TABLE_PREDICATES,
+     "reference "},
+    {"profile", "profile", "profile action_table selector ", "", "profile "},
+    {"member", "profile", ACTION_WORDS "profile action_handle ", "has_parameters ", "member "},
+    {"counter", "name", "name handle cell cell_text ", "", "counter "},
+    {"meter", "name", "name handle cell cell_text ", "", "meter "},
+    {"register", "name", "name handle ", "", "register "},
+    {"digest", "name", "name handle ", "", "digest "},
+    {"value_set", "name", "name handle ", "", "value_set "},
+    {"hash", "name", "name handle ", "", "hash "},
 };
 
 #undef TABLE_WORDS
@@ -41,8 +43,8 @@ const Row *find(const std::vector<Row> &rows, std::string Row::*column, const st
     return found == rows.end() ? nullptr : &*found;
 }
 
-// What a section says holds for each of its families: conditions add up, and a family that names constants names
-// all of its own.
+// What a section says holds for each of its families: conditions add up, and a family that names constants
+// names all of its own.
 Family read_family(RowReader &row, const Section &section, const Family &common)
 {
     Family family;
@@ -68,9 +70,15 @@ Family read_family(RowReader &row, const Section &section, const Family &common)
 
 } // namespace
 
+bool lists(const char *words, const std::string &word)
+{
+    return (" " + std::string(words)).find(" " + word + " ") != std::string::npos;
+}
+
 const Object *find_object(const std::string &name)
 {
-    const auto found = std::ranges::find_if(objects, [&](const Object &object) { return name == object.name; });
+    const auto found =
+        std::ranges::find_if(objects, [&](const Object &object) { return name == object.name; });
     return found == std::end(objects) ? nullptr : found;
 }
 

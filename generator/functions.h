@@ -14,9 +14,14 @@ class RowReader;
 // A kind of thing that a family has a function for each of.
 struct Object {
     const char *name;
+    const char *word;       // that its own name stands in, or that of what it belongs to
     const char *words;      // that stand in braces in texts, beside "prefix", each with a blank behind it
     const char *predicates; // that tell whether there is a function, or an argument of it, likewise
+    const char *slots;      // the records of the reflection that its functions can stand in, likewise
 };
+
+// Whether the word stands in one of these lists.
+bool lists(const char *words, const std::string &word);
 
 // Null when there is no such kind.
 const Object *find_object(const std::string &name);
@@ -55,7 +60,7 @@ struct Family {
     std::string brief;
     std::vector<std::string> arguments;
     std::string returns;
-    std::string function;               // of the library, that does the work; empty when that is the exported one
+    std::string function; // of the library, that does the work; empty when that is the exported one
     std::vector<std::string> templates; // constants that it is made for
     std::vector<std::string> constants; // that it gets in front of the arguments
     std::string slot;                   // in the reflection; empty for none

@@ -22,7 +22,8 @@ bool holds(const std::string &predicate, const std::vector<const View *> &scope)
 
 bool all_hold(const std::vector<std::string> &predicates, const std::vector<const View *> &scope)
 {
-    return std::ranges::all_of(predicates, [&](const std::string &predicate) { return holds(predicate, scope); });
+    return std::ranges::all_of(predicates,
+                               [&](const std::string &predicate) { return holds(predicate, scope); });
 }
 
 std::string joined(const std::vector<std::string> &parts)
@@ -115,15 +116,21 @@ std::string FunctionViews::call(const Family &family, const Scope &scope) const
                                                        : fill(argument->through, scope) + "(" + name + ")");
         }
     }
-    return family.function + (templates.empty() ? "" : "<" + joined(templates) + ">") + "(" + joined(values) + ")";
+    return family.function + (templates.empty() ? "" : "<" + joined(templates) + ">") + "(" + joined(values) +
+           ")";
 }
 
 View FunctionViews::function_view(const Section &section, const Family &family, const Scope &scope)
 {
     View view;
     const std::string result = fill(family.result, scope);
-    view.set("function", fill(family.name, scope));
+    const std::string name = fill(family.name, scope);
+    view.set("function", name);
     view.set("family", family.name);
+    view.set("object", value_of(find_object(section.over)->word, scope).string_value());
+    view.set("is_first", View(exported.empty()));
+    exported.emplace_back(name, &family);
+    view.set("result_type", result);
     view.set("result", result + (result.ends_with('*') ? "" : " "));
     view.set("parameters", parameters(family, scope, false));
     view.set("named_parameters", parameters(family, scope, true));
@@ -142,9 +149,9 @@ View FunctionViews::function_view(const Section &section, const Family &family, 
         if (!holds(argument->when, scope))
             continue;
         View row;
-        const std::string name = fill(argument->name, scope);
-        row.set("argument", name);
-        row.set("padded", name + std::string(widest - name.size(), ' '));
+        const std::string word = fill(argument->name, scope);
+        row.set("argument", word);
+        row.set("padded", word + std::string(widest - word.size(), ' '));
         row.set("type", fill(argument->type, scope));
         row.set("direction", std::string(argument->out ? "out" : "in"));
         row.set("unit", argument->unit);
@@ -154,7 +161,6 @@ View FunctionViews::function_view(const Section &section, const Family &family, 
     }
     view.set("has_arguments", View(!arguments.empty()));
     view.set("arguments", arguments);
-    ++counts[&family];
     return view;
 }
 
@@ -173,7 +179,7 @@ Views FunctionViews::functions(const std::vector<Part> &parts, const View &owner
     return views;
 }
 
-Views FunctionViews::program_functions(const std::string &file)
+Views FunctionViews::program_functions(const std::string &file, const View &root)
 {
     Views views;
     for (const Section &section : catalogue.functions.sections) {
@@ -183,7 +189,7 @@ Views FunctionViews::program_functions(const std::string &file)
         view.set("title", section.title);
         Views functions;
         for (const Family &family : section.families)
-            functions.push_back(function_view(section, family, {}));
+            functions.push_back(function_view(section, family, {&root}));
         view.set("functions", functions);
         views.push_back(view);
     }
@@ -223,7 +229,8 @@ std::string FunctionViews::generic_call(const Family &family, const Scope &scope
         std::string value = generic_name(*argument);
         if (record && !record->type.empty())
             value = (record->by_address ? "&" : "") + record->generic + "." + argument->member;
-        values.push_back(argument->generic.empty() ? value : "as<" + fill(argument->type, scope) + ">(" + value + ")");
+        values.push_back(
+            argument->generic.empty() ? value : "as<" + fill(argument->type, scope) + ">(" + value + ")");
     }
     return fill(family.name, scope) + "(" + joined(values) + ")";
 }
@@ -233,7 +240,8 @@ bool FunctionViews::is_generic(const Family &family, const Scope &scope) const
 {
     return std::ranges::any_of(arguments_of(family), [&](const FunctionArgument *argument) {
         const ArgumentRecord *record = catalogue.functions.find_record(argument->record);
-        return (record && !record->type.empty()) || !argument->generic.empty() || !holds(argument->when, scope);
+        return (record && !record->type.empty()) || !argument->generic.empty() ||
+               !holds(argument->when, scope);
     });
 }
 
@@ -268,13 +276,15 @@ void FunctionViews::set_families(View &root) const
 {
     std::map<std::string, Views> types;
     Views families;
+    std::map<const Family *, std::size_t> counts;
+    for (const auto &[name, family] : exported)
+        ++counts[family];
     for (const Section &section : catalogue.functions.sections)
         for (const Family &family : section.families) {
             View view;
-            const auto count = counts.find(&family);
             view.set("family", family.name);
             view.set("over", section.over);
-            view.set("count", std::to_string(count == counts.end() ? 0 : count->second));
+            view.set("count", std::to_string(counts[&family]));
             families.push_back(view);
             if (section.slots.empty())
                 continue;
@@ -286,6 +296,14 @@ void FunctionViews::set_families(View &root) const
     for (const auto &[slots, views] : types)
         root.set(slots + "_slot_types", views);
     root.set("families", families);
+    root.set("function_count", std::to_string(exported.size()));
+    Views exports;
+    for (const auto &[name, family] : exported) {
+        View view;
+        view.set("function", name);
+        exports.push_back(view);
+    }
+    root.set("exports", exports);
 }
 
 } // namespace pdgen

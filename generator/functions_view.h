@@ -1,5 +1,5 @@
-// What the templates see of the library's functions: each one with its texts and its code, by the object that it is
-// about.
+// What the templates see of the library's functions: each one with its texts and its code, by the object that
+// it is about.
 #pragma once
 
 #include <map>
@@ -23,12 +23,15 @@ public:
 
     explicit FunctionViews(const Catalogue &rows) : catalogue(rows) {}
 
-    // All functions over these objects, in the order of the rows. Words are looked up in the object and then in
-    // the owner.
+    // All functions over these objects, in the order of the rows. Words are looked up in the object and then
+    // in the owner.
     Views functions(const std::vector<Part> &parts, const View &owner);
 
+    // All functions so far, in the order of their making, with their families.
+    const std::vector<std::pair<std::string, const Family *>> &exports() const { return exported; }
+
     // Likewise the program's own that stand in the header pd_<file>.h.
-    Views program_functions(const std::string &file);
+    Views program_functions(const std::string &file, const View &root);
 
     // Sets how the object's functions stand in each record of the reflection: "<slots>_slots".
     void set_slots(View &object, const char *over, const View *owner = nullptr) const;
@@ -41,7 +44,7 @@ private:
     using Scope = std::vector<const View *>; // where words are looked up, the innermost last
 
     const Catalogue &catalogue;
-    std::map<const Family *, std::size_t> counts;
+    std::vector<std::pair<std::string, const Family *>> exported;
 
     View function_view(const Section &section, const Family &family, const Scope &scope);
     View slot_view(const Family &family, const Scope &scope) const;

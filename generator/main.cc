@@ -6,6 +6,7 @@
 
 #include "checks.h"
 #include "emit.h"
+#include "view.h"
 
 namespace {
 
@@ -23,17 +24,20 @@ constexpr std::string_view usage =
     "wrong command line.\n";
 
 // Reads and checks; tells the findings. No value when there are any.
-std::optional<pdgen::Catalogue> load(const std::filesystem::path &directory)
+std::optional<kainjow::mustache::data> load(const std::filesystem::path &directory)
 {
     pdgen::Diagnostics diagnostics;
-    pdgen::Catalogue catalogue = pdgen::load_catalogue(directory, diagnostics);
+    const pdgen::Catalogue catalogue = pdgen::load_catalogue(directory, diagnostics);
     if (catalogue.complete)
         pdgen::check_catalogue(catalogue, diagnostics);
+    kainjow::mustache::data view;
+    if (diagnostics.empty())
+        view = pdgen::catalogue_view(catalogue, diagnostics);
     for (const std::string &line : diagnostics.lines())
         std::cerr << line << '\n';
     if (!diagnostics.empty())
         return std::nullopt;
-    return catalogue;
+    return view;
 }
 
 } // namespace
@@ -49,13 +53,13 @@ int main(int argc, char **argv)
         std::cerr << usage;
         return 2;
     }
-    const auto catalogue = load(argv[2]);
-    if (!catalogue)
+    const auto view = load(argv[2]);
+    if (!view)
         return 1;
     if (command == "check")
         return 0;
     try {
-        pdgen::emit_all(*catalogue, argv[3], argv[4]);
+        pdgen::emit_all(*view, argv[3], argv[4]);
     } catch (const std::exception &error) {
         std::cerr << "pdgen: " << error.what() << '\n';
         return 1;

@@ -78,7 +78,8 @@ public:
         for (const Group &group : catalogue.groups)
             push(groups, group_view(group), &group == &catalogue.groups.back());
         for (const Action &action : catalogue.actions)
-            push(action_list, with_functions(actions.at(action.name), "action"), &action == &catalogue.actions.back());
+            push(action_list, with_functions(actions.at(action.name), "action"),
+                 &action == &catalogue.actions.back());
         for (const Profile &profile : catalogue.profiles)
             push(profiles, profile_view(profile), &profile == &catalogue.profiles.back());
         view.set("groups", groups);
@@ -90,10 +91,25 @@ public:
         view.set("table_slots", table_slots());
         view.set("first_table_handle", hex(first_table_handle));
         set_resources(view);
-        for (const char *file : {"program", "inspection", "resources", "services"})
-            view.set(std::string(file) + "_sections", functions.program_functions(file));
+        list sections;
+        for (const char *file : {"program", "inspection", "resources", "services"}) {
+            const list of_file = functions.program_functions(file, view);
+            view.set(std::string(file) + "_sections", of_file);
+            for (const data &section : of_file)
+                sections.push_back(section);
+        }
+        view.set("sections_of_program", sections);
         functions.set_families(view);
         return view;
+    }
+
+    void check_exports(Diagnostics &diagnostics) const
+    {
+        std::map<std::string, const Family *> makers;
+        for (const auto &[name, family] : functions.exports())
+            if (const auto [first, fresh] = makers.emplace(name, family); !fresh)
+                diagnostics.add(family->place, family->name,
+                                name + " stands in " + at(first->second->place) + " already");
     }
 
 private:
@@ -144,8 +160,8 @@ private:
             push(parameters, parameter_view(parameter), &parameter == &action.parameters.back());
         view.set("parameters", parameters);
         const auto reads_index = [](const Parameter &parameter) { return !parameter.in_image; };
-        view.set("reads_index",
-                 data(std::any_of(action.parameters.begin(), action.parameters.end(), reads_index)));
+        const bool reads = std::any_of(action.parameters.begin(), action.parameters.end(), reads_index);
+        view.set("index_note", std::string(reads ? "; the index is 65535 without any resource" : ""));
         set_image_size(view, action.parameters);
         return view;
     }
@@ -370,7 +386,8 @@ private:
         for (data &member : members)
             functions.set_slots(member, "member", &view);
         functions.set_slots(view, "profile");
-        view.set("functions", functions.functions({{"member", pointers_to(members)}, {"profile", {&view}}}, view));
+        view.set("functions",
+                 functions.functions({{"member", pointers_to(members)}, {"profile", {&view}}}, view));
         view.set("entry_actions", members);
         return view;
     }
@@ -520,9 +537,11 @@ private:
 
 } // namespace
 
-data catalogue_view(const Catalogue &catalogue)
+data catalogue_view(const Catalogue &catalogue, Diagnostics &diagnostics)
 {
-    data root = Viewer(catalogue).root();
+    Viewer viewer(catalogue);
+    data root = viewer.root();
+    viewer.check_exports(diagnostics);
     set_operations(root, catalogue);
     return root;
 }

@@ -8,7 +8,8 @@
 
 namespace pdgen {
 
-// The whole catalogue, with `groups`, `actions` and `profiles` as lists.
-kainjow::mustache::data catalogue_view(const Catalogue &catalogue);
+// The whole catalogue, with `groups`, `actions` and `profiles` as lists. Nothing is wrong with its rows;
+// reported is what only shows here, a function that two rows make.
+kainjow::mustache::data catalogue_view(const Catalogue &catalogue, Diagnostics &diagnostics);
 
 } // namespace pdgen

@@ -14,7 +14,8 @@ To as(From from)
     return static_cast<To>(from);
 }
 
-// A profile's record of what a member does: it has the form of the common one, with room for its own actions only.
+// A profile's record of what a member does: it has the form of the common one, with room for its own actions
+// only.
 template <typename Member>
 class MemberRecord {
 public:

@@ -302,14 +302,14 @@ TEST_F(Generator, TemplatesThatAreWrong)
         EXPECT_FALSE(fs::exists(output / "exports.map"));
         return outcome.err;
     };
-    EXPECT_EQ(message("{{prefix}}_init", "{{prefx}}_init"),
+    EXPECT_EQ(message("{{prefix}}_action", "{{prefx}}_action"),
               "pdgen: exports.mustache: \"prefx\" has no value here\n");
-    EXPECT_EQ(message("{{table}}_table_delete;", "{{field}}_table_delete;"),
+    EXPECT_EQ(message("{{function}};", "{{field}};"),
               "pdgen: exports.mustache: \"field\" has no value here\n");
     EXPECT_EQ(message("{{>_source}}", "{{>_sauce}}"),
               "pdgen: exports.mustache: \"_sauce\" has no value here\n");
-    EXPECT_TRUE(message("{{/is_direct}}\n", "")
-                    .starts_with(R"(pdgen: exports.mustache: Unclosed section "all_tables")"));
+    EXPECT_TRUE(
+        message("{{/exports}}\n", "").starts_with(R"(pdgen: exports.mustache: Unclosed section "exports")"));
 
     fs::remove(templates / "exports.mustache");
     const Outcome outcome = generate();

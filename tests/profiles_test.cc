@@ -95,7 +95,9 @@ TEST_F(Profiles, ModifyNeedsTheActionThatTheStoreHas)
 {
     each_profile([&](const ProfileFunctions &profile, const ProfileFacts &facts, pd_word state) {
         each_action(profile, facts, [&](const MemberFunctions &functions, const ActionFacts &action) {
-            const auto modify = [&] { return functions.modify(sess, device, member, {.action = parameters.data()}); };
+            const auto modify = [&] {
+                return functions.modify(sess, device, member, {.action = parameters.data()});
+            };
             const std::string question = line("p4_pd_ms_get_mbr_act", state, device, member);
             recorder::answer.action = action.handle;
             expect_steps({{question},

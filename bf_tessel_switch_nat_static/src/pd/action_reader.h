@@ -50,8 +50,8 @@ inline const ActionReader *find_action(std::span<const ActionReader> actions, u3
 
 // Where a caller wants an action.
 struct ActionOut {
-    char *action_name; // null when it is not wanted
-    void *action;      // its parameters
+    char *action_name;  // null when it is not wanted
+    void *action;       // its parameters
     u32 *action_number; // null when it is not wanted
 };
 

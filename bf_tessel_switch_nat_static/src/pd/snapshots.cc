@@ -1,5 +1,5 @@
-// Snapshots. A trigger goes to the driver with the bytes of its fields reversed; the swap is unrolled over the rows
-// of the two layouts.
+// Snapshots. A trigger goes to the driver with the bytes of its fields reversed; the swap is unrolled over
+// the rows of the two layouts.
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -54,11 +54,10 @@ void swap_fields(u8 *record)
 
 } // namespace pd
 
-
 using namespace pd;
 
-pd_status p4_pd_tessel_switch_snapshot_create(pd_word first, pd_word second, u8 third, u8 fourth, pd_word fifth,
-                                              pd_word sixth)
+pd_status p4_pd_tessel_switch_snapshot_create(pd_word first, pd_word second, u8 third, u8 fourth,
+                                              pd_word fifth, pd_word sixth)
 {
     return bf_snapshot_create(first, second, third, fourth, fifth, sixth);
 }
@@ -68,7 +67,8 @@ pd_status p4_pd_tessel_switch_snapshot_delete(u32 snapshot)
     return bf_snapshot_delete(snapshot);
 }
 
-pd_status p4_pd_tessel_switch_snapshot_capture_trigger_set(u32 snapshot, const pd_snapshot_phv *spec, const pd_snapshot_phv *mask)
+pd_status p4_pd_tessel_switch_snapshot_capture_trigger_set(u32 snapshot, const pd_snapshot_phv *spec,
+                                                           const pd_snapshot_phv *mask)
 {
     pd_snapshot_phv spec_copy = *spec, mask_copy = *mask;
     const auto swap = snapshot & layout_bit ? swap_fields<snapshots::B> : swap_fields<snapshots::A>;
@@ -78,8 +78,8 @@ pd_status p4_pd_tessel_switch_snapshot_capture_trigger_set(u32 snapshot, const p
 }
 
 // Deliberate: a capture keeps the driver's byte order, and is copied even when the driver did not give one.
-pd_status p4_pd_tessel_switch_snapshot_capture_data_get(u32 snapshot, pd_word second, pd_snapshot_phv *capture, pd_word control,
-                                    u32 *count)
+pd_status p4_pd_tessel_switch_snapshot_capture_data_get(u32 snapshot, pd_word second,
+                                                        pd_snapshot_phv *capture, pd_word control, u32 *count)
 {
     *count = 0;
     u32 total_bytes = 0, stage_bytes = 0;
