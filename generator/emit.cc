@@ -125,9 +125,16 @@ void write_if_changed(const fs::path &path, const std::string &text)
 // A variable without a value is an error, not an empty text.
 class StrictContext : public kainjow::mustache::context<std::string> {
 public:
-    explicit StrictContext(std::string template_file) : file(std::move(template_file)) {}
+    StrictContext(std::string template_file, const std::map<std::string, data> &lists)
+        : file(std::move(template_file)), function_lists(lists)
+    {
+    }
 
-    const data *get(const std::string &name) const override { return known(context::get(name), name); }
+    const data *get(const std::string &name) const override
+    {
+        const data *value = known(context::get(name), name);
+        return name == "functions" ? &function_lists.at(value->string_value()) : value;
+    }
     const data *get_partial(const std::string &name) const override
     {
         return known(context::get_partial(name), name);
@@ -135,6 +142,7 @@ public:
 
 private:
     std::string file;
+    const std::map<std::string, data> &function_lists;
 
     const data *known(const data *value, const std::string &name) const
     {
@@ -146,8 +154,9 @@ private:
 
 class Emitter {
 public:
-    Emitter(data variables, fs::path template_directory)
-        : view(std::move(variables)), templates(std::move(template_directory))
+    Emitter(const CatalogueView &catalogue, fs::path template_directory)
+        : view(catalogue.variables), function_lists(catalogue.function_lists),
+          templates(std::move(template_directory))
     {
         view.set("nothing", std::string());
         for (const auto &entry : fs::directory_iterator(templates))
@@ -184,6 +193,7 @@ public:
 
 private:
     data view;
+    const std::map<std::string, data> &function_lists;
     fs::path templates;
     std::vector<std::pair<std::string, std::string>> files; // path below the output directory, text
 
@@ -198,7 +208,7 @@ private:
 
     void render(const Output &kind, mustache &text, const data *element, const std::string &path)
     {
-        StrictContext context(kind.template_name);
+        StrictContext context(kind.template_name, function_lists);
         context.push(&view);
         if (element)
             context.push(element);
@@ -212,7 +222,7 @@ private:
 
 } // namespace
 
-void emit_all(const data &view, const fs::path &templates, const fs::path &output)
+void emit_all(const CatalogueView &view, const fs::path &templates, const fs::path &output)
 {
     Emitter emitter(view, templates);
     for (const Output &kind : outputs)

@@ -164,7 +164,14 @@ View FunctionViews::function_view(const Section &section, const Family &family, 
     return view;
 }
 
-Views FunctionViews::functions(const std::vector<Part> &parts, const View &owner)
+void FunctionViews::set_list(View &owner, const Views &functions)
+{
+    const std::string key = std::to_string(lists.size());
+    lists.emplace(key, functions);
+    owner.set("functions", key);
+}
+
+void FunctionViews::set_functions(View &owner, const std::vector<Part> &parts)
 {
     Views views;
     for (const Section &section : catalogue.functions.sections)
@@ -176,7 +183,7 @@ Views FunctionViews::functions(const std::vector<Part> &parts, const View &owner
                     if (const Scope scope{&owner, object}; all_hold(family.when, scope))
                         views.push_back(function_view(section, family, scope));
         }
-    return views;
+    set_list(owner, views);
 }
 
 Views FunctionViews::program_functions(const std::string &file, const View &root)
@@ -190,7 +197,7 @@ Views FunctionViews::program_functions(const std::string &file, const View &root
         Views functions;
         for (const Family &family : section.families)
             functions.push_back(function_view(section, family, {&root}));
-        view.set("functions", functions);
+        set_list(view, functions);
         views.push_back(view);
     }
     return views;

@@ -23,9 +23,9 @@ public:
 
     explicit FunctionViews(const Catalogue &rows) : catalogue(rows) {}
 
-    // All functions over these objects, in the order of the rows. Words are looked up in the object and then
-    // in the owner.
-    Views functions(const std::vector<Part> &parts, const View &owner);
+    // Sets the variable "functions" of the owner: all functions over these objects, in the order of the rows.
+    // Words are looked up in the object and then in the owner.
+    void set_functions(View &owner, const std::vector<Part> &parts);
 
     // All functions so far, in the order of their making, with their families.
     const std::vector<std::pair<std::string, const Family *>> &exports() const { return exported; }
@@ -36,6 +36,10 @@ public:
     // Sets how the object's functions stand in each record of the reflection: "<slots>_slots".
     void set_slots(View &object, const char *over, const View *owner = nullptr) const;
 
+    // The lists that stand in place of what the variables "functions" hold. A view is copied many times; its
+    // functions, which are most of everything, are not.
+    std::map<std::string, View> take_lists() { return std::move(lists); }
+
     // What is the same for all objects: the records of the reflection, and each family with the number of its
     // functions so far.
     void set_families(View &root) const;
@@ -45,7 +49,9 @@ private:
 
     const Catalogue &catalogue;
     std::vector<std::pair<std::string, const Family *>> exported;
+    std::map<std::string, View> lists;
 
+    void set_list(View &owner, const Views &functions);
     View function_view(const Section &section, const Family &family, const Scope &scope);
     View slot_view(const Family &family, const Scope &scope) const;
     std::vector<const FunctionArgument *> arguments_of(const Family &family) const;

@@ -6,7 +6,6 @@
 
 #include "checks.h"
 #include "emit.h"
-#include "view.h"
 
 namespace {
 
@@ -24,13 +23,13 @@ constexpr std::string_view usage =
     "wrong command line.\n";
 
 // Reads and checks; tells the findings. No value when there are any.
-std::optional<kainjow::mustache::data> load(const std::filesystem::path &directory)
+std::optional<pdgen::CatalogueView> load(const std::filesystem::path &directory)
 {
     pdgen::Diagnostics diagnostics;
     const pdgen::Catalogue catalogue = pdgen::load_catalogue(directory, diagnostics);
     if (catalogue.complete)
         pdgen::check_catalogue(catalogue, diagnostics);
-    kainjow::mustache::data view;
+    pdgen::CatalogueView view;
     if (diagnostics.empty())
         view = pdgen::catalogue_view(catalogue, diagnostics);
     for (const std::string &line : diagnostics.lines())

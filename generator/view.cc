@@ -103,6 +103,8 @@ public:
         return view;
     }
 
+    std::map<std::string, data> take_function_lists() { return functions.take_lists(); }
+
     void check_exports(Diagnostics &diagnostics) const
     {
         std::map<std::string, const Family *> makers;
@@ -322,7 +324,7 @@ private:
     data with_functions(data view, const char *over)
     {
         functions.set_slots(view, over);
-        view.set("functions", functions.functions({{over, {&view}}}, view));
+        functions.set_functions(view, {{over, {&view}}});
         return view;
     }
 
@@ -353,11 +355,10 @@ private:
         for (data &reference : references)
             functions.set_slots(reference, "reference", &view);
         functions.set_slots(view, "table");
-        view.set("functions", functions.functions({{"table", {&view}},
-                                                   {"binding", pointers_to(bindings)},
-                                                   {"field", pointers_to(fields)},
-                                                   {"reference", pointers_to(references)}},
-                                                  view));
+        functions.set_functions(view, {{"table", {&view}},
+                                       {"binding", pointers_to(bindings)},
+                                       {"field", pointers_to(fields)},
+                                       {"reference", pointers_to(references)}});
         view.set("actions", bindings);
         view.set("references", references);
         return view;
@@ -386,8 +387,7 @@ private:
         for (data &member : members)
             functions.set_slots(member, "member", &view);
         functions.set_slots(view, "profile");
-        view.set("functions",
-                 functions.functions({{"member", pointers_to(members)}, {"profile", {&view}}}, view));
+        functions.set_functions(view, {{"member", pointers_to(members)}, {"profile", {&view}}});
         view.set("entry_actions", members);
         return view;
     }
@@ -537,13 +537,13 @@ private:
 
 } // namespace
 
-data catalogue_view(const Catalogue &catalogue, Diagnostics &diagnostics)
+CatalogueView catalogue_view(const Catalogue &catalogue, Diagnostics &diagnostics)
 {
     Viewer viewer(catalogue);
     data root = viewer.root();
     viewer.check_exports(diagnostics);
     set_operations(root, catalogue);
-    return root;
+    return {std::move(root), viewer.take_function_lists()};
 }
 
 } // namespace pdgen

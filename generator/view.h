@@ -2,14 +2,21 @@
 // that a template may use is set here, for every object; where something does not apply it is false or empty.
 #pragma once
 
+#include <map>
+
 #include <kainjow/mustache.hpp>
 
 #include "catalogue.h"
 
 namespace pdgen {
 
-// The whole catalogue, with `groups`, `actions` and `profiles` as lists. Nothing is wrong with its rows;
-// reported is what only shows here, a function that two rows make.
-kainjow::mustache::data catalogue_view(const Catalogue &catalogue, Diagnostics &diagnostics);
+struct CatalogueView {
+    kainjow::mustache::data variables; // with `groups`, `actions` and `profiles` as lists
+    std::map<std::string, kainjow::mustache::data> function_lists; // by what a variable "functions" holds
+};
+
+// The whole catalogue. Nothing is wrong with its rows; reported is what only shows here, a function that two
+// rows make.
+CatalogueView catalogue_view(const Catalogue &catalogue, Diagnostics &diagnostics);
 
 } // namespace pdgen
