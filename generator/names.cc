@@ -1,5 +1,6 @@
 #include "names.h"
 
+#include <cctype>
 #include <iomanip>
 #include <sstream>
 
@@ -46,6 +47,14 @@ std::string width_name(const std::string &field)
 {
     constexpr std::string_view validity = "_valid";
     return field.ends_with(validity) ? field.substr(0, field.size() - validity.size()) : field;
+}
+
+std::string upper(const std::string &name)
+{
+    std::string text;
+    for (const unsigned char c : name)
+        text += std::isalnum(c) ? static_cast<char>(std::toupper(c)) : '_';
+    return text;
 }
 
 std::string hex(std::uint64_t value)

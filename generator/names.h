@@ -1,4 +1,4 @@
-// How types and members of records are called. Names of functions stand in the templates.
+// How types and members of records are called. Names of functions follow from the patterns of their families.
 #pragma once
 
 #include <string>
@@ -23,6 +23,9 @@ std::string prefix_length_member(const std::string &field); // <field>_prefix_le
 
 // What a field is called in the name of its width function: a validity bit goes by its header.
 std::string width_name(const std::string &field);
+
+// In capitals, what can stand in no name as a low line.
+std::string upper(const std::string &name);
 
 std::string hex(std::uint64_t value);
 std::string hex(const Mask128 &mask);

@@ -123,13 +123,9 @@ list includes_of(const DriverHeader &header)
 
 data header_view(const DriverHeader &header, std::size_t &index)
 {
-    std::string guard = "PD_DRIVER_" + header.name;
-    std::ranges::transform(guard, guard.begin(), [](char c) {
-        return c == '.' ? '_' : static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    });
     data view;
     view.set("header", header.name);
-    view.set("guard", guard);
+    view.set("guard", "PD_DRIVER_" + upper(header.name));
     view.set("brief", header.brief);
     view.set("text", header.text);
     view.set("has_text", data(!header.text.empty()));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <map>
+#include <set>
 
 #include "functions_view.h"
 #include "names.h"
@@ -105,13 +106,17 @@ public:
 
     std::map<std::string, data> take_function_lists() { return functions.take_lists(); }
 
+    // Tells of each family once, by the first of its functions that is another's.
     void check_exports(Diagnostics &diagnostics) const
     {
         std::map<std::string, const Family *> makers;
-        for (const auto &[name, family] : functions.exports())
-            if (const auto [first, fresh] = makers.emplace(name, family); !fresh)
+        std::set<const Family *> told;
+        for (const auto &[name, family] : functions.exports()) {
+            const auto [first, fresh] = makers.emplace(name, family);
+            if (!fresh && told.insert(family).second)
                 diagnostics.add(family->place, family->name,
                                 name + " stands in " + at(first->second->place) + " already");
+        }
     }
 
 private:
@@ -368,6 +373,7 @@ private:
     {
         data view;
         view.set("group", group.file);
+        view.set("guard", upper(group.file));
         view.set("title", group.title);
         list tables;
         for (const Table &table : group.tables)
