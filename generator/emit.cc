@@ -53,6 +53,7 @@ constexpr Output outputs[] = {
     {"profile_reflection.mustache", "reflection/reflection_profiles.cc"},
     {"resource_reflection.mustache", "reflection/reflection_resources.cc"},
     {"service_reflection.mustache", "reflection/reflection_services.cc"},
+    {"functions_reflection.mustache", "reflection/reflection_functions.cc"},
     {"reflection_index.mustache", "reflection/reflection_index.cc"},
     {"program.mustache", "model/program.cc"},
     {"reference.mustache", "reference/*.md"},

@@ -359,6 +359,7 @@ constexpr Command all_commands[] = {
      run_save},
     {"load", "FILE", "carries out the commands of a file", load_text, {}, run_load},
     {"trace", "on|off", "prints the driver calls of each command behind it", "", {}, run_trace},
+    {"--c", "COMMAND", "carries a command out, and prints the C that does the same", "", {}, run_in_c},
     {"echo", "[TEXT]", "prints TEXT", "", {}, run_echo},
     {"help", "[COMMAND]", "lists the commands, or tells about one", "", {}, run_help},
     {"?", "[COMMAND]", "the same as help", "", {}, run_help},

@@ -100,6 +100,9 @@ void run_hash(Session &session, Words &words);
 // snapshots.cc
 void run_snapshot(Session &session, Words &words);
 
+// in_c.cc
+void run_in_c(Session &session, Words &words);
+
 // save.cc
 void run_save(Session &session, Words &words);
 

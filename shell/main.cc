@@ -6,6 +6,7 @@
 #include <string>
 #include <unistd.h>
 
+#include "api.h"
 #include "explain_command.h"
 #include "json.h"
 #include "replay_command.h"
@@ -22,7 +23,7 @@ constexpr char help[] = R"(
 Carries out commands against the model driver of the switch program: those of FILE, those of standard input
 (-, or when it is no terminal), or interactively. 'help' lists the commands. 
 'tessel-shell explain RECORD' prints what the tap has recorded as commands, 'tessel-shell replay RECORD' plays
-it again; both have a --help of their own.
+it again, 'tessel-shell api' finds functions of the library; each has a --help of its own.
 
   -k, --keep-going  carry on after a bad line; the number of bad lines is told at the end
   -v, --verbose     add tells the handle of each new entry
@@ -107,6 +108,8 @@ int main(int argc, char **argv)
     std::ios::sync_with_stdio(false);
     if (argc > 1 && std::string_view{argv[1]} == "explain")
         return shell::run_explain(argc - 1, argv + 1);
+    if (argc > 1 && std::string_view{argv[1]} == "api")
+        return shell::run_api(argc - 1, argv + 1);
     if (argc > 1 && std::string_view{argv[1]} == "replay")
         return shell::run_replay(argc - 1, argv + 1);
     shell::SessionOptions options;

@@ -235,15 +235,20 @@ bool Session::Script::read_command()
 void Session::execute(Script &script)
 {
     forget_option_words();
-    Words words{script.command};
-    if (words.empty())
-        return;
+    line_ = &script.command;
+    if (const Words words{script.command}; !words.empty())
+        carry_out(words);
+}
+
+void Session::carry_out(const Words &line)
+{
+    Words words = line;
     const std::string_view name = words.take();
     const Command *command = find_command(name);
     if (!command)
         refuse(name, {"command", {}, "help"}, command_names());
     if (!command->options.empty())
-        take_option_words(*command, script.command, script.command.size() - words.rest().size());
+        take_option_words(*command, *line_, line_->size() - words.rest().size());
     Words rest{words.rest()};
     command->run(*this, rest);
 }

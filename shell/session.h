@@ -61,6 +61,8 @@ public:
     void print_behind(std::string_view line);
     // Carries out the lines of a file. BadLine when it cannot be read or is being carried out.
     void load(const FileName &file);
+    // Carries out what is left of the line as a command of its own.
+    void carry_out(const Words &words);
     void quit() { done_ = true; }
 
 private:
@@ -91,6 +93,7 @@ private:
     bool json_ = false; // option words of the command
     bool from_hardware_ = false;
     bool all_bits_ = false;
+    std::string *line_ = nullptr;              // that is being carried out
     LineSource *source_ = nullptr;             // that is being read
     std::string behind_;                       // lines that came up while the command ran
     std::vector<std::filesystem::path> files_; // that are being carried out, one by the other

@@ -92,6 +92,12 @@ TEST(ShellProgram, ReadsAndRefuses)
         {"replay /dev/null", "tessel-shell: /dev/null: is no record of the tap\n1"},
         {"replay a b",
          "tessel-shell: more than one record; usage: tessel-shell replay [--to-driver] RECORD\n2"},
+        {"api --help | head -1", "usage: tessel-shell api [TABLE|ACTION|FAMILY|TEXT | TABLE WORD...]\n0"},
+        {"api macLearningDigest deregister | tail -2",
+         "    return p4_pd_tessel_switch_macLearningDigest_deregister(0, 0);\n}\n0"},
+        {"api ipv4Host add onHit",
+         "tessel-shell: no function of 'ipv4Host' has all of these words in its name; usage: tessel-shell api "
+         "[TABLE|ACTION|FAMILY|TEXT | TABLE WORD...]\n1"},
         {"/nonexistent/file", "tessel-shell: /nonexistent/file: cannot be opened\n1"},
         {"/", "tessel-shell: /: is a directory\n1"},
         {"/dev/zero", "tessel-shell: /dev/zero: has more than 64 MiB in line 1\n1"},
