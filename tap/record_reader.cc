@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <cstddef>
 #include <fstream>
-#include <iterator>
 
 #include "line.h"
 
@@ -20,6 +19,20 @@ T load(const u8 *from)
     return value;
 }
 
+// In blocks, since records are long.
+std::vector<u8> whole(std::istream &file)
+{
+    constexpr std::size_t block = 1 << 20;
+    std::vector<u8> bytes;
+    while (file) {
+        const std::size_t before = bytes.size();
+        bytes.resize(before + block);
+        file.read(reinterpret_cast<char *>(bytes.data() + before), block);
+        bytes.resize(before + static_cast<std::size_t>(file.gcount()));
+    }
+    return bytes;
+}
+
 } // namespace
 
 std::optional<RecordReader> RecordReader::open(const std::string &path, std::string &error)
@@ -30,7 +43,7 @@ std::optional<RecordReader> RecordReader::open(const std::string &path, std::str
         return std::nullopt;
     }
     RecordReader reader;
-    reader.bytes_.assign(std::istreambuf_iterator<char>(file), {});
+    reader.bytes_ = whole(file);
     if (!reader.read_header(error)) {
         error = path + ": " + error;
         return std::nullopt;
