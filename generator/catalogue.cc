@@ -17,27 +17,29 @@ Mask128 full_mask(unsigned width)
 
 namespace {
 
-Field read_field(RowReader &row)
+Field read_field(RowReader &row, const std::string &table)
 {
     Field field;
     field.place = row.place();
     field.name = row.text("name");
+    row.set_subject(table, field.name);
     field.display = row.text("display");
     field.width = row.number("width");
-    field.match = row.text_or("match", "exact");
-    field.format = row.text_or("format", "none");
+    field.match = row.choice("match", match_names, Match::exact);
+    field.format = row.choice("format", format_names, Format::none);
     field.mask = row.mask("mask");
     field.partition_index = row.flag_or("partition_index", false);
     return field;
 }
 
-Parameter read_parameter(RowReader &row)
+Parameter read_parameter(RowReader &row, const std::string &action)
 {
     Parameter parameter;
     parameter.place = row.place();
     parameter.name = row.text("name");
+    row.set_subject(action, parameter.name);
     parameter.width = row.number("width");
-    parameter.format = row.text_or("format", "none");
+    parameter.format = row.choice("format", format_names, Format::none);
     parameter.index_of = row.text_or("index_of", "");
     parameter.in_image = row.flag_or("in_image", true);
     return parameter;
@@ -50,8 +52,9 @@ Action read_action(RowReader &row)
     action.name = row.text("name");
     row.set_subject(action.name);
     action.number = row.number("number");
-    row.rows("parameters", false, "parameters",
-             [&](RowReader &parameter) { action.parameters.push_back(read_parameter(parameter)); });
+    row.rows("parameters", false, "parameters", [&](RowReader &parameter) {
+        action.parameters.push_back(read_parameter(parameter, action.name));
+    });
     return action;
 }
 
@@ -73,13 +76,13 @@ Table read_table(RowReader &row)
     table.name = row.text("name");
     row.set_subject(table.name);
     table.handle = row.number("handle");
-    table.brief = row.text("brief");
-    table.counter = row.text_or("counter", "");
-    table.meter = row.text_or("meter", "");
-    table.indexed_resource = row.text_or("indexed_resource", "");
-    table.idle_time = row.flag_or("idle_time", false);
-    table.ttl_on_add = row.flag_or("ttl_on_add", false);
-    row.rows("key", false, "key", [&](RowReader &field) { table.key.push_back(read_field(field)); });
+    for (const TableColumn &column : table_columns)
+        if (const auto *text = std::get_if<std::string Table::*>(&column.member))
+            table.*(*text) = column.required ? row.text(column.name) : row.text_or(column.name, "");
+        else
+            table.*std::get<bool Table::*>(column.member) = row.flag_or(column.name, false);
+    row.rows("key", false, "key",
+             [&](RowReader &field) { table.key.push_back(read_field(field, table.name)); });
     table.record_order = row.texts_or_none("record_order");
     row.rows("actions", false, "actions",
              [&](RowReader &binding) { table.actions.push_back(read_binding(binding, true)); });
@@ -138,12 +141,14 @@ SnapshotLayout read_layout(RowReader &row)
     return layout;
 }
 
-Label read_label(RowReader &row)
+Label read_label(RowReader &row, const std::string &table)
 {
     Label label;
     label.place = row.place();
-    label.kind = row.text("kind");
     label.field = row.text("field");
+    row.set_subject(table, label.field);
+    if (!row.text("kind").empty())
+        label.kind = row.choice("kind", label_kind_names, LabelKind::number);
     label.second = row.text_or("second", "");
     label.text = row.text("text");
     label.full = row.number_if_any("full");
@@ -160,7 +165,8 @@ Labels read_labels(RowReader &row)
 {
     Labels labels{row.place(), row.text("table"), {}};
     row.set_subject(labels.table);
-    row.rows("rows", true, "rows", [&](RowReader &label) { labels.rows.push_back(read_label(label)); });
+    row.rows("rows", true, "rows",
+             [&](RowReader &label) { labels.rows.push_back(read_label(label, labels.table)); });
     return labels;
 }
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "diagnostics.h"
@@ -29,13 +30,29 @@ Mask128 full_mask(unsigned width);
 inline constexpr std::uint32_t first_table_handle = 0x1000001;
 inline constexpr std::uint32_t last_table_handle = 0x100009f;
 
+// What a column can say, by the names in the rows.
+enum class Match { exact, ternary, lpm };
+inline constexpr const char *match_names[] = {"exact", "ternary", "lpm"};
+
+enum class Format { none, v4addr, v6addr, mac, port, vport, dec };
+inline constexpr const char *format_names[] = {"none", "v4addr", "v6addr", "mac", "port", "vport", "dec"};
+
+enum class LabelKind { always, flag, number, v4addr, v6addr, mac };
+inline constexpr const char *label_kind_names[] = {"always", "flag", "number", "v4addr", "v6addr", "mac"};
+
+template <typename Enum, std::size_t count>
+std::string name_of(Enum value, const char *const (&names)[count])
+{
+    return names[static_cast<std::size_t>(value)];
+}
+
 struct Field {
     Place place;
     std::string name;
     std::string display;
     unsigned width = 0;
-    std::string match; // exact, ternary, lpm
-    std::string format;
+    Match match = Match::exact;
+    Format format = Format::none;
     std::optional<Mask128> mask; // all bits of the width when absent
     bool partition_index = false;
 };
@@ -44,7 +61,7 @@ struct Parameter {
     Place place;
     std::string name;
     unsigned width = 0;
-    std::string format;
+    Format format = Format::none;
     std::string index_of; // a counter or meter
     bool in_image = true;
 };
@@ -78,6 +95,19 @@ struct Table {
     std::vector<Binding> actions;
 
     const Field *find_field(const std::string &field) const;
+};
+
+// The columns of a table that go from the row into the templates as they are.
+struct TableColumn {
+    const char *name;
+    std::variant<std::string Table::*, bool Table::*> member;
+    bool required = false; // of a text; a flag is false when it is left out
+};
+
+inline constexpr TableColumn table_columns[] = {
+    {"brief", &Table::brief, true},   {"counter", &Table::counter},
+    {"meter", &Table::meter},         {"indexed_resource", &Table::indexed_resource},
+    {"idle_time", &Table::idle_time}, {"ttl_on_add", &Table::ttl_on_add},
 };
 
 struct Group {
@@ -133,7 +163,7 @@ struct LabelName {
 // One item of the line that tells the key of a counted table. Left out, a number follows from the field.
 struct Label {
     Place place;
-    std::string kind; // always, flag, number, v4addr, v6addr, mac
+    LabelKind kind = LabelKind::always;
     std::string field;
     std::string second; // of a MAC address
     std::string text;

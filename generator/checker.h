@@ -56,8 +56,7 @@ private:
     void check_name(const char *kind, const std::string &name, const Place &place);
     void check_handle(const HandleRange &range, const std::string &subject, std::uint32_t handle,
                       const Place &place, bool unique = true);
-    void check_format(const std::string &subject, const std::string &format, unsigned width,
-                      const Place &place);
+    void check_format(const std::string &subject, Format format, unsigned width, const Place &place);
 
     // Actions, and how tables and profiles use them.
     void check_actions();

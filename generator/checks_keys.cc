@@ -12,13 +12,13 @@ constexpr unsigned key_room = 64;
 
 bool is_lpm(const Field &field)
 {
-    return field.match == "lpm";
+    return field.match == Match::lpm;
 }
 
 // The member beside the field's own, if any.
 std::string twin_of(const Field &field)
 {
-    if (field.match == "ternary")
+    if (field.match == Match::ternary)
         return mask_member(field.name);
     return is_lpm(field) ? prefix_length_member(field.name) : "";
 }
@@ -53,8 +53,6 @@ void Checker::check_field(const Field &field, const std::string &subject)
     check_format(subject, field.format, field.width, field.place);
     if (field.mask && *field.mask == Mask128{})
         wrong(field.place, subject + ".mask", "selects no bit");
-    if (field.match != "exact" && field.match != "ternary" && !is_lpm(field))
-        wrong(field.place, subject + ".match", "must be exact, ternary or lpm");
     if (is_lpm(field) && field.width != 32 && field.width != 128)
         wrong(field.place, subject + ".width", "an lpm field has 32 or 128 bits");
 }
@@ -86,12 +84,12 @@ void Checker::check_kind(const Table &table)
         if (is_lpm(field) && lpm)
             wrong(field.place, table.name + "." + field.name + ".match", "a key has one lpm field");
         lpm = is_lpm(field) ? &field : lpm;
-        ternary |= field.match == "ternary";
+        ternary |= field.match == Match::ternary;
     }
     if (lpm && ternary)
         wrong(table.place, table.name + ".key", "has ternary and lpm fields");
     for (const Field &field : table.key)
-        if (field.partition_index && (!lpm || &field != &table.key.front() || field.match != "exact"))
+        if (field.partition_index && (!lpm || &field != &table.key.front() || field.match != Match::exact))
             wrong(field.place, table.name + "." + field.name + ".partition_index",
                   "only the first field of an lpm key may be the partition, and it matches exactly");
 }

@@ -38,8 +38,19 @@ bool is_reserved(const std::string &name)
 }
 
 // Width in bits that a format asks for; 0 for any.
-const std::map<std::string, unsigned> format_widths = {
-    {"none", 0}, {"v4addr", 32}, {"v6addr", 128}, {"mac", 24}, {"port", 0}, {"vport", 0}, {"dec", 0}};
+unsigned width_of(Format format)
+{
+    switch (format) {
+    case Format::v4addr:
+        return 32;
+    case Format::v6addr:
+        return 128;
+    case Format::mac:
+        return 24;
+    default:
+        return 0;
+    }
+}
 
 } // namespace
 
@@ -87,14 +98,11 @@ void Checker::check_handle(const HandleRange &range, const std::string &subject,
         wrong(place, subject, hex(handle), " is the handle of ", at(first->second), " already");
 }
 
-void Checker::check_format(const std::string &subject, const std::string &format, unsigned width,
-                           const Place &place)
+void Checker::check_format(const std::string &subject, Format format, unsigned width, const Place &place)
 {
-    const auto known = format_widths.find(format);
-    if (known == format_widths.end())
-        wrong(place, subject + ".format", "\"", format, "\" is no format");
-    else if (known->second && known->second != width)
-        wrong(place, subject + ".format", "\"", format, "\" needs ", known->second, " bits, not ", width);
+    if (const unsigned needed = width_of(format); needed != 0 && needed != width)
+        wrong(place, subject + ".format", "\"", name_of(format, format_names), "\" needs ", needed,
+              " bits, not ", width);
 }
 
 } // namespace pdgen

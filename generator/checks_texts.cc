@@ -10,19 +10,23 @@ namespace {
 // Callers have this much room for a text and its NUL: pd_inspection.h promises it.
 constexpr std::size_t text_room = 3290;
 
-struct LabelKind {
+// What a label needs, by its kind.
+struct LabelForm {
     unsigned width;     // in bits that the field must have; 0 for any
     std::size_t beside; // the characters beside the text, at most
 };
-const std::map<std::string, LabelKind> label_kinds = {{"always", {0, 12}},   {"flag", {1, 1}},
-                                                      {"number", {0, 25}},   {"v4addr", {32, 20}},
-                                                      {"v6addr", {128, 93}}, {"mac", {24, 31}}};
+constexpr LabelForm label_forms[] = {{0, 12}, {1, 1}, {0, 25}, {32, 20}, {128, 93}, {24, 31}};
+
+const LabelForm &form_of(LabelKind kind)
+{
+    return label_forms[static_cast<std::size_t>(kind)];
+}
 
 // The lengths of what the templates make of the rows.
 
-std::size_t format_length(const std::string &format)
+std::size_t format_length(Format format)
 {
-    return format == "none" ? 4 : format.size() + 2;
+    return format == Format::none ? 4 : name_of(format, format_names).size() + 2;
 }
 
 std::size_t tuple_length(std::size_t display, std::size_t name, unsigned width, std::size_t mask,
@@ -37,9 +41,9 @@ std::size_t field_length(const Field &field)
     const std::size_t mask = hex(field.mask.value_or(full_mask(field.width))).size();
     const std::size_t display = field.display.size(), name = field.name.size();
     const std::size_t own = tuple_length(display, name, field.width, mask, format_length(field.format));
-    if (field.match == "ternary")
+    if (field.match == Match::ternary)
         return own + tuple_length(display + 4, mask_member(field.name).size(), field.width, mask, 4);
-    if (field.match == "lpm")
+    if (field.match == Match::lpm)
         return own + tuple_length(display + 12, prefix_length_member(field.name).size(), 16, 6, 4);
     return own;
 }
@@ -76,8 +80,7 @@ std::size_t line_length(const Labels &labels)
 {
     std::size_t length = 0;
     for (const Label &label : labels.rows) {
-        const auto kind = label_kinds.find(label.kind);
-        std::size_t longest = label.text.size() + (kind == label_kinds.end() ? 0 : kind->second.beside);
+        std::size_t longest = label.text.size() + form_of(label.kind).beside;
         for (const LabelName &name : label.names)
             longest = std::max(longest, name.text.size());
         length += longest;
@@ -133,10 +136,7 @@ const Table *Checker::find_table(const std::string &name) const
 void Checker::check_label(const Table &table, const Label &label)
 {
     const std::string subject = table.name + "." + label.field;
-    const auto kind = label_kinds.find(label.kind);
-    if (kind == label_kinds.end())
-        wrong(label.place, subject + ".kind", "\"", label.kind, "\" is no kind of label");
-    if (label.second.empty() == (label.kind == "mac"))
+    if (label.second.empty() == (label.kind == LabelKind::mac))
         wrong(label.place, subject + ".second", "a MAC address has two halves, and nothing else has");
     check_label_field(table, label, label.field, subject);
     if (!label.second.empty())
@@ -146,7 +146,7 @@ void Checker::check_label(const Table &table, const Label &label)
     for (const LabelName &name : label.names)
         if (!is_plain(name.text))
             wrong(label.place, subject + ".names", not_plain);
-    if (!label.names.empty() && label.kind != "number")
+    if (!label.names.empty() && label.kind != LabelKind::number)
         wrong(label.place, subject + ".names", "only a number has names");
 }
 
@@ -158,13 +158,14 @@ void Checker::check_label_field(const Table &table, const Label &label, const st
         wrong(label.place, subject, "the key has no field \"", name, "\"");
         return;
     }
-    const auto kind = label_kinds.find(label.kind);
-    if (kind != label_kinds.end() && kind->second.width && kind->second.width != field->width)
-        wrong(label.place, subject, "\"", label.kind, "\" needs ", kind->second.width, " bits, not ",
-              field->width);
-    if ((field->match == "ternary") == (label.kind == "always"))
+    const unsigned width = form_of(label.kind).width;
+    if (width != 0 && width != field->width)
+        wrong(label.place, subject, "\"", name_of(label.kind, label_kind_names), "\" needs ", width,
+              " bits, not ", field->width);
+    const bool always = label.kind == LabelKind::always;
+    if ((field->match == Match::ternary) == always)
         wrong(label.place, subject,
-              label.kind == "always" ? "\"always\" is for a field without a mask" : "the field has no mask");
+              always ? "\"always\" is for a field without a mask" : "the field has no mask");
 }
 
 } // namespace pdgen

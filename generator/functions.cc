@@ -18,7 +18,7 @@ constexpr Object objects[] = {
     {"action", "action", ACTION_WORDS "number ", "has_parameters ", "action_text "},
     {"table", "table", TABLE_WORDS, TABLE_PREDICATES, "table indirect idle table_text "},
     {"binding", "table", TABLE_WORDS ACTION_WORDS "action_handle meter ",
-     TABLE_PREDICATES "has_parameters takes_ttl default_action ", "action "},
+     TABLE_PREDICATES "has_parameters has_ttl_on_add default_action ", "action "},
     {"field", "table", TABLE_WORDS "field width width_name ", TABLE_PREDICATES, ""},
     {"reference", "table", TABLE_WORDS "suffix target target_type target_kind target_text ", TABLE_PREDICATES,
      "reference "},

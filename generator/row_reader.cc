@@ -52,6 +52,14 @@ std::string RowReader::text_or(const char *key, const std::string &otherwise)
     return value.value_or(otherwise);
 }
 
+std::string RowReader::no_choice(const std::string &name, std::span<const char *const> names)
+{
+    std::string text = "\"" + name + "\" is none of ";
+    for (const char *known : names)
+        text += std::string(known == names.front() ? "" : known == names.back() ? " and " : ", ") + known;
+    return text;
+}
+
 std::uint32_t RowReader::number(const char *key)
 {
     return find(key, true) ? number_if_any(key).value_or(0) : 0;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <set>
+#include <span>
 #include <string>
 
 #include "catalogue.h"
@@ -22,12 +23,29 @@ public:
         if (!name.empty())
             subject = name;
     }
+    void set_subject(const std::string &owner, const std::string &name)
+    {
+        if (!owner.empty() && !name.empty())
+            subject = owner + "." + name;
+    }
 
     std::string text(const char *key);
     std::string text_or(const char *key, const std::string &otherwise);
     std::uint32_t number(const char *key);
     std::optional<std::uint32_t> number_if_any(const char *key);
     bool flag_or(const char *key, bool otherwise);
+    // The one of these names that stands there; `otherwise` when it is left out, or is none and reported.
+    template <typename Enum, std::size_t count>
+    Enum choice(const char *key, const char *const (&names)[count], Enum otherwise)
+    {
+        const std::string name = text_or(key, names[static_cast<std::size_t>(otherwise)]);
+        for (std::size_t i = 0; i < count; ++i)
+            if (name == names[i])
+                return static_cast<Enum>(i);
+        if (!name.empty())
+            wrong(key, no_choice(name, names));
+        return otherwise;
+    }
     std::optional<Mask128> mask(const char *key);    // an integer, or a string of hexadecimal digits
     std::vector<std::string> texts(const char *key); // an element that is no string is reported and empty
     std::vector<std::string> texts_or_none(const char *key);
@@ -60,6 +78,7 @@ public:
     void wrong(const char *key, const std::string &what);
 
 private:
+    static std::string no_choice(const std::string &name, std::span<const char *const> names);
     const toml::node *find(const char *key, bool required);
     const toml::array *find_array(const char *key, bool required);
     Place place_of(const toml::node &node) const { return {file, node.source().begin.line}; }

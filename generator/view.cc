@@ -52,9 +52,9 @@ void push(list &elements, data element, bool last)
 }
 
 // How a format stands in a schema.
-std::string schema_format(const std::string &format)
+std::string schema_format(Format format)
 {
-    return format == "none" ? "None" : "'" + format + "'";
+    return format == Format::none ? "None" : "'" + name_of(format, format_names) + "'";
 }
 
 unsigned bits_in(std::uint64_t mask)
@@ -146,7 +146,7 @@ private:
         view.set("type", member_type(parameter.width));
         view.set("width", decimal(parameter.width));
         view.set("width_text", count_of(parameter.width, "bit"));
-        view.set("format", parameter.format);
+        view.set("format", name_of(parameter.format, format_names));
         view.set("schema_format", schema_format(parameter.format));
         view.set("index_of", parameter.index_of);
         view.set("is_index", data(!parameter.index_of.empty()));
@@ -191,7 +191,7 @@ private:
     data field_view(const Table &table, const Field &field) const
     {
         data view;
-        const bool ternary = field.match == "ternary", lpm = field.match == "lpm";
+        const bool ternary = field.match == Match::ternary, lpm = field.match == Match::lpm;
         view.set("field", field.name);
         view.set("display", field.display);
         view.set("width_name", width_name(field.name));
@@ -200,8 +200,8 @@ private:
         view.set("type", member_type(field.width));
         view.set("array", member_array(field.width));
         view.set("is_array", data(field.width == 128));
-        view.set("match", field.match);
-        view.set("format", field.format);
+        view.set("match", name_of(field.match, match_names));
+        view.set("format", name_of(field.format, format_names));
         view.set("has_twin", data(ternary || lpm));
         view.set("twin", ternary ? mask_member(field.name) : lpm ? prefix_length_member(field.name) : "");
         view.set("is_ternary", data(ternary));
@@ -239,48 +239,48 @@ private:
         return views;
     }
 
+    // A flag stands as "true" or "false"; "has_" in front of the name tells whether there is something.
+    static void set_column(data &view, const Table &table, const TableColumn &column)
+    {
+        const auto *text = std::get_if<std::string Table::*>(&column.member);
+        const bool flag = !text && table.*std::get<bool Table::*>(column.member);
+        view.set(column.name, text ? table.*(*text) : flag ? "true" : "false");
+        view.set(std::string("has_") + column.name, data(text ? !(table.*(*text)).empty() : flag));
+    }
+
     data table_view(const Table &table) const
     {
         data view;
         const Profile *profile = catalogue.profile_of(table);
-        const auto any = [&](const char *match) {
+        const auto any = [&](Match match) {
             return std::any_of(table.key.begin(), table.key.end(),
                                [&](const Field &field) { return field.match == match; });
         };
         view.set("table", table.name);
         view.set("table_handle", hex(table.handle));
-        view.set("brief", table.brief);
         view.set("key_type", key_type(catalogue, table.name));
         view.set("has_key", data(!table.key.empty()));
         view.set("fields", field_views(table, table.key));
         view.set("members", member_views(table));
         set_image_size(view, table.key);
-        view.set("kind", std::string(table.key.empty() ? "none"
-                                     : any("ternary")  ? "ternary"
-                                     : any("lpm")      ? "lpm"
-                                                       : "exact"));
-        view.set("has_priority", data(any("ternary")));
-        view.set("has_mask", data(any("ternary") || any("lpm")));
-        view.set("priority_digit", std::string(any("ternary") ? "1" : "0"));
+        view.set("kind", std::string(table.key.empty()     ? "none"
+                                     : any(Match::ternary) ? "ternary"
+                                     : any(Match::lpm)     ? "lpm"
+                                                           : "exact"));
+        view.set("has_priority", data(any(Match::ternary)));
+        view.set("has_mask", data(any(Match::ternary) || any(Match::lpm)));
+        view.set("priority_digit", std::string(any(Match::ternary) ? "1" : "0"));
         view.set("actions", binding_views(table.actions, !table.key.empty()));
         view.set("is_direct", data(!profile));
         view.set("is_indirect", data(profile != nullptr));
-        view.set("key_text", std::string(any("ternary") ? "key and priority" : "key"));
-        view.set("mask_text", std::string(any("ternary") ? "the masks" : "the prefix length"));
-        view.set("counter", table.counter);
-        view.set("has_counter", data(!table.counter.empty()));
+        view.set("key_text", std::string(any(Match::ternary) ? "key and priority" : "key"));
+        view.set("mask_text", std::string(any(Match::ternary) ? "the masks" : "the prefix length"));
+        for (const TableColumn &column : table_columns)
+            set_column(view, table, column);
         view.set("counter_handle", resource_handle(table.counter));
-        view.set("meter", table.meter);
-        view.set("has_meter", data(!table.meter.empty()));
         view.set("meter_handle", resource_handle(table.meter));
-        view.set("indexed_resource", table.indexed_resource);
-        view.set("has_indexed_resource", data(!table.indexed_resource.empty()));
         view.set("indexed_handle", resource_handle(table.indexed_resource));
         view.set("resource_handle", resource_handle(table.counter + table.meter + table.indexed_resource));
-        view.set("has_idle_time", data(table.idle_time));
-        view.set("idle_time", std::string(table.idle_time ? "true" : "false"));
-        view.set("takes_ttl", data(table.ttl_on_add));
-        view.set("ttl_on_add", std::string(table.ttl_on_add ? "true" : "false"));
         const Labels *labels = catalogue.labels_of(table);
         view.set("has_labels", data(labels != nullptr));
         view.set("labels", labels ? label_views(table, *labels) : list{});
@@ -302,11 +302,11 @@ private:
         const Field &field = *table.find_field(label.field);
         const std::uint64_t mask = field.mask.value_or(full_mask(field.width)).low;
         const std::uint32_t all = 0xffffffff;
-        const bool always = label.kind == "always";
+        const bool always = label.kind == LabelKind::always;
         data view = field_view(table, field);
-        view.set("label_kind", label.kind);
+        view.set("label_kind", name_of(label.kind, label_kind_names));
         view.set("text", label.text);
-        view.set("is_mac", data(label.kind == "mac"));
+        view.set("is_mac", data(label.kind == LabelKind::mac));
         view.set("second", label.second);
         view.set("second_twin", label.second.empty() ? "" : mask_member(label.second));
         view.set("digits", decimal((bits_in(mask) + 3) / 4));

@@ -275,7 +275,7 @@ TEST_F(Generator, AllFindingsOfARunSortedByFileAndLine)
                         "handle, and ipv4FinalResolve0 has a higher one") +
             with_places("<routing.toml@ipv4ShortMaskLpm>: ipv4ShortMaskLpm.handle: 0x1000031 is the handle "
                         "of <routing.toml@ipv4Partition0> already") +
-            with_places("<routing.toml|colour = 1>: reservedNextHop.key[0].colour: is no known key") +
+            with_places("<routing.toml|colour = 1>: reservedNextHop.l3_nextHop.colour: is no known key") +
             with_places("<routing.toml|colour = 1>: reservedNextHop.l3_nextHop.mask: is wider than the "
                         "field's 14 bits"));
 }
