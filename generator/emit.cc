@@ -52,7 +52,6 @@ constexpr Output outputs[] = {
     {"action_reflection.mustache", "reflection/reflection_actions.cc"},
     {"profile_reflection.mustache", "reflection/reflection_profiles.cc"},
     {"resource_reflection.mustache", "reflection/reflection_resources.cc"},
-    {"service_reflection.mustache", "reflection/reflection_services.cc"},
     {"functions_reflection.mustache", "reflection/reflection_functions.cc"},
     {"reflection_index.mustache", "reflection/reflection_index.cc"},
     {"program.mustache", "model/program.cc"},

@@ -1,6 +1,7 @@
 #include "functions_view.h"
 
 #include <algorithm>
+#include <set>
 #include <stdexcept>
 
 namespace pdgen {
@@ -169,6 +170,8 @@ void FunctionViews::set_list(View &owner, const Views &functions)
     const std::string key = std::to_string(lists.size());
     lists.emplace(key, functions);
     owner.set("functions", key);
+    for (const View &function : functions)
+        all.push_back(function);
 }
 
 void FunctionViews::set_functions(View &owner, const std::vector<Part> &parts)
@@ -276,41 +279,47 @@ void FunctionViews::set_slots(View &object, const char *over, const View *owner)
                 views.push_back(slot_view(family, scope));
     }
     for (const auto &[name, views] : slots)
-        object.set(name + "_slots", views);
+        object.set(slots.size() == 1 ? "slots" : name + "_slots", views);
 }
 
-void FunctionViews::set_families(View &root) const
+Views FunctionViews::slot_types(const std::string &slots) const
 {
-    std::map<std::string, Views> types;
-    Views families;
+    Views types;
+    for (const Section &section : catalogue.functions.sections) {
+        if (section.slots != slots)
+            continue;
+        for (const Family &family : section.families) {
+            View type;
+            type.set("slot_type", declared(family.result, "(*" + family.slot + ")(") +
+                                      generic_parameters(family, nullptr) + ") = nullptr");
+            types.push_back(type);
+        }
+    }
+    return types;
+}
+
+void FunctionViews::set_families(View &root)
+{
     std::map<const Family *, std::size_t> counts;
     for (const auto &[name, family] : exported)
         ++counts[family];
-    for (const Section &section : catalogue.functions.sections)
+    std::set<std::string> records;
+    Views families;
+    for (const Section &section : catalogue.functions.sections) {
+        if (!section.slots.empty() && records.insert(section.slots).second)
+            root.set(section.slots + "_slot_types", slot_types(section.slots));
         for (const Family &family : section.families) {
             View view;
             view.set("family", family.name);
             view.set("over", section.over);
             view.set("count", std::to_string(counts[&family]));
             families.push_back(view);
-            if (section.slots.empty())
-                continue;
-            View type;
-            type.set("slot_type", declared(family.result, "(*" + family.slot + ")(") +
-                                      generic_parameters(family, nullptr) + ") = nullptr");
-            types[section.slots].push_back(type);
         }
-    for (const auto &[slots, views] : types)
-        root.set(slots + "_slot_types", views);
+    }
     root.set("families", families);
     root.set("function_count", std::to_string(exported.size()));
-    Views exports;
-    for (const auto &[name, family] : exported) {
-        View view;
-        view.set("function", name);
-        exports.push_back(view);
-    }
-    root.set("exports", exports);
+    root.set("functions", std::string("all"));
+    lists.emplace("all", std::move(all));
 }
 
 } // namespace pdgen

@@ -33,16 +33,20 @@ public:
     // Likewise the program's own that stand in the header pd_<file>.h.
     Views program_functions(const std::string &file, const View &root);
 
-    // Sets how the object's functions stand in each record of the reflection: "<slots>_slots".
+    // Sets how the object's functions stand in its record of the reflection, "slots"; where they stand in
+    // several ones, "<record>_slots".
     void set_slots(View &object, const char *over, const View *owner = nullptr) const;
 
     // The lists that stand in place of what the variables "functions" hold. A view is copied many times; its
     // functions, which are most of everything, are not.
     std::map<std::string, View> take_lists() { return std::move(lists); }
 
-    // What is the same for all objects: the records of the reflection, and each family with the number of its
-    // functions so far.
-    void set_families(View &root) const;
+    // How the functions of a record of the reflection are declared.
+    Views slot_types(const std::string &slots) const;
+
+    // What is the same for all objects: the records of the reflection, each family with the number of its
+    // functions, and as "functions" of the root all of them.
+    void set_families(View &root);
 
 private:
     using Scope = std::vector<const View *>; // where words are looked up, the innermost last
@@ -50,6 +54,7 @@ private:
     const Catalogue &catalogue;
     std::vector<std::pair<std::string, const Family *>> exported;
     std::map<std::string, View> lists;
+    Views all;
 
     void set_list(View &owner, const Views &functions);
     View function_view(const Section &section, const Family &family, const Scope &scope);

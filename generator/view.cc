@@ -92,14 +92,8 @@ public:
         view.set("table_slots", table_slots());
         view.set("first_table_handle", hex(first_table_handle));
         set_resources(view);
-        list sections;
-        for (const char *file : {"program", "inspection", "resources", "services"}) {
-            const list of_file = functions.program_functions(file, view);
-            view.set(std::string(file) + "_sections", of_file);
-            for (const data &section : of_file)
-                sections.push_back(section);
-        }
-        view.set("sections_of_program", sections);
+        for (const char *file : {"program", "inspection", "resources", "services"})
+            view.set(std::string(file) + "_sections", functions.program_functions(file, view));
         functions.set_families(view);
         return view;
     }
@@ -333,14 +327,6 @@ private:
         return view;
     }
 
-    list with_functions(const list &views, const char *over)
-    {
-        list all;
-        for (const data &view : views)
-            all.push_back(with_functions(view, over));
-        return all;
-    }
-
     static std::vector<const data *> pointers_to(const list &views)
     {
         std::vector<const data *> pointers;
@@ -473,13 +459,31 @@ private:
 
     void set_resources(data &view)
     {
+        list kinds;
+        const auto add = [&](const char *rows, const char *over, const char *record, const char *row,
+                             const list &views) {
+            data kind;
+            list objects;
+            for (const data &object : views)
+                objects.push_back(with_functions(object, over));
+            kind.set("rows", rows);
+            kind.set("record", record);
+            kind.set("row", row);
+            kind.set("objects", objects);
+            kind.set("slot_types", functions.slot_types(over));
+            view.set(rows, objects);
+            kinds.push_back(kind);
+        };
         const auto cell = [this](const Resource &resource) { return cell_view(resource); };
-        view.set("counters", with_functions(views_of(catalogue.counters, cell), "counter"));
-        view.set("meters", with_functions(views_of(catalogue.meters, cell), "meter"));
-        view.set("registers", with_functions(views_of(catalogue.registers, resource_view), "register"));
-        view.set("value_sets", with_functions(views_of(catalogue.value_sets, resource_view), "value_set"));
-        view.set("digests", with_functions(views_of(catalogue.digests, digest_view), "digest"));
-        view.set("hashes", with_functions(views_of(catalogue.hashes, hash_view), "hash"));
+        add("counters", "counter", "CounterFunctions", "Counter", views_of(catalogue.counters, cell));
+        add("meters", "meter", "MeterFunctions", "Meter", views_of(catalogue.meters, cell));
+        add("registers", "register", "RegisterFunctions", "Resource",
+            views_of(catalogue.registers, resource_view));
+        add("digests", "digest", "DigestFunctions", "Digest", views_of(catalogue.digests, digest_view));
+        add("value_sets", "value_set", "ValueSetFunctions", "Resource",
+            views_of(catalogue.value_sets, resource_view));
+        add("hashes", "hash", "HashFunctions", "Hash", views_of(catalogue.hashes, hash_view));
+        view.set("kinds", kinds);
         view.set("layouts", views_of(catalogue.snapshots, layout_view));
         view.set("snapshot_bytes", decimal(catalogue.snapshot_bytes));
     }

@@ -309,7 +309,7 @@ TEST_F(Generator, TemplatesThatAreWrong)
     EXPECT_EQ(message("{{>_source}}", "{{>_sauce}}"),
               "pdgen: exports.mustache: \"_sauce\" has no value here\n");
     EXPECT_TRUE(
-        message("{{/exports}}\n", "").starts_with(R"(pdgen: exports.mustache: Unclosed section "exports")"));
+        message("{{/functions}}\n", "").starts_with(R"(pdgen: exports.mustache: Unclosed section "functions")"));
 
     fs::remove(templates / "exports.mustache");
     const Outcome outcome = generate();
