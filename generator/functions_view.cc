@@ -146,22 +146,22 @@ View FunctionViews::function_view(const Section &section, const Family &family, 
         if (holds(argument->when, scope))
             widest = std::max(widest, fill(argument->name, scope).size());
     Views arguments;
+    std::string json; // in one piece, since a list is copied slowly
     for (const FunctionArgument *argument : arguments_of(family)) {
         if (!holds(argument->when, scope))
             continue;
         View row;
-        const std::string word = fill(argument->name, scope);
-        row.set("argument", word);
+        const std::string word = fill(argument->name, scope), text = fill(argument->text, scope);
         row.set("padded", word + std::string(widest - word.size(), ' '));
-        row.set("type", fill(argument->type, scope));
-        row.set("direction", std::string(argument->out ? "out" : "in"));
-        row.set("unit", argument->unit);
-        row.set("text", fill(argument->text, scope));
-        row.set("comma", std::string(arguments.empty() ? "" : ", "));
+        row.set("text", text);
         arguments.push_back(row);
+        json += std::string(json.empty() ? "" : ", ") + R"({"name": ")" + word + R"(", "type": ")" +
+                fill(argument->type, scope) + R"(", "direction": ")" + (argument->out ? "out" : "in") +
+                R"(", "unit": ")" + argument->unit + R"(", "text": ")" + text + "\"}";
     }
     view.set("has_arguments", View(!arguments.empty()));
     view.set("arguments", arguments);
+    view.set("arguments_json", json);
     return view;
 }
 
