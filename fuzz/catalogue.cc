@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr const char *names[] = {"catalogue.toml", "actions.toml",   "ports.toml",
-                                 "profiles.toml",  "resources.toml", "services.toml",
-                                 "snapshots.toml", "labels.toml",    "operations.toml", "functions.toml"};
+constexpr const char *names[] = {"catalogue.toml",  "actions.toml",  "ports.toml",     "profiles.toml",
+                                 "resources.toml",  "services.toml", "snapshots.toml", "labels.toml",
+                                 "operations.toml", "functions.toml"};
 
 void write_files(const std::filesystem::path &folder, std::string_view text)
 {
