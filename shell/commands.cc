@@ -258,6 +258,11 @@ constexpr std::string_view default_text =
     R"(  With a colon and an action, sets the default entry. Without meter=, a direct meter is detached from it.
 )";
 
+constexpr std::string_view clear_text =
+    R"(  Of a PROFILE, the entries that point at it as well as its groups, members and fallback. all stands for every table
+  and profile.
+)";
+
 constexpr std::string_view save_text =
     R"(  Writes the commands that bring all tables, or those that are named, to their state, to FILE, which appears
   when it is whole, or with - to the output. What is no regular file is written straight into. A table of an
@@ -297,6 +302,18 @@ constexpr Command all_commands[] = {
     {"entry", "TABLE ENTRY", "prints one entry, read back", entry_text, read_options, run_entry},
     {"default", "TABLE [: ACTION PARAMETERS|member M|group G [meter=CR,CB,PR,PB,TYPE]]",
      "prints the default entry of a table, or sets it", default_text, read_options, run_default},
+    {"clear",
+     "TABLE|PROFILE|all",
+     "deletes all entries, and gives the default entry of the program again",
+     clear_text,
+     {},
+     run_clear},
+    {"capacity",
+     "TABLE NUMBER",
+     "how many entries the model's table takes, so that a full one can be tried",
+     "",
+     {},
+     run_capacity},
     {"reset", "TABLE", "gives a table the default entry of the switch program again", "", {}, run_reset},
     {"member", "add|modify|delete|show PROFILE ...", "the members of an action profile", member_text,
      read_options, run_member},

@@ -41,6 +41,10 @@ void run_lookup(Session &session, Words &words);
 void run_show(Session &session, Words &words);
 void run_entry(Session &session, Words &words);
 
+// clear.cc
+void run_clear(Session &session, Words &words);
+void run_capacity(Session &session, Words &words);
+
 // defaults.cc
 void run_default(Session &session, Words &words);
 void run_reset(Session &session, Words &words);

@@ -3,6 +3,7 @@
 #include "driver.h"
 #include "model.h"
 #include "profiles.h"
+#include "tables.h"
 
 namespace shell {
 
@@ -82,11 +83,7 @@ void EntryReader::read_default()
 
 void EntryReader::walk_entries(const std::function<void(pd_entry_hdl)> &visit) const
 {
-    walk_handles([&](u32 *to) { return functions_.get_first_entry_handle(driver_session, device, to); },
-                 [&](u32 after, u32 count, u32 *to) {
-                     return functions_.get_next_entry_handles(driver_session, device, after, count, to);
-                 },
-                 visit);
+    shell::walk_entries(functions_, visit);
 }
 
 void EntryReader::walk(const std::function<void()> &visit)

@@ -73,6 +73,16 @@ bool DescriptorLines::refill()
     return end_ != 0;
 }
 
+bool TextLines::next(std::string &line)
+{
+    if (at_ == text_.size())
+        return false;
+    const std::size_t end = std::min(text_.find('\n', at_), text_.size());
+    line = text_.substr(at_, end - at_);
+    at_ = std::min(end + 1, text_.size());
+    return true;
+}
+
 FileLines::FileLines(const std::string &name, std::ostream *terminal)
 {
     std::error_code unknown; // then opening the file tells more

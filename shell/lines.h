@@ -41,6 +41,18 @@ private:
     u64 number_ = 0;               // of the line
 };
 
+// The lines of a text.
+class TextLines : public LineSource {
+public:
+    explicit TextLines(std::string text) : text_{std::move(text)} {}
+
+    bool next(std::string &line) override;
+
+private:
+    std::string text_;
+    std::size_t at_ = 0;
+};
+
 // The lines of a file. A long one shows its progress on `terminal`, unless that is null.
 // Throws std::runtime_error when it cannot be opened.
 class FileLines : public LineSource {

@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr char usage[] = "usage: tessel-shell [--keep-going] [--verbose] [--json] [FILE | -]";
+constexpr char usage[] = "usage: tessel-shell [--keep-going] [--verbose] [--json] [-c COMMAND]... [FILE | -]";
 constexpr int bad_usage = 2;
 
 constexpr char help[] = R"(
@@ -28,6 +28,8 @@ it again, 'tessel-shell api' finds functions of the library; each has a --help o
   -k, --keep-going  carry on after a bad line; the number of bad lines is told at the end
   -v, --verbose     add tells the handle of each new entry
   -j, --json        print each line of output, and each message, as a JSON document
+  -c, --command COMMAND
+                    carry COMMAND out in place of a file; each -c is a line
   -h, --help        print this text
   -V, --version     print the version
 
@@ -83,6 +85,12 @@ int run_standard_input(const shell::SessionOptions &options)
     return run(lines, "<stdin>", options);
 }
 
+int run_commands(const std::string &commands, const shell::SessionOptions &options)
+{
+    shell::TextLines lines{commands};
+    return run(lines, "-c", options);
+}
+
 int run_file(const std::string &name, const shell::SessionOptions &options)
 {
     shell::FileLines lines{name, options.terminal};
@@ -101,10 +109,13 @@ std::string bad_option(std::string_view word)
 
 int main(int argc, char **argv)
 {
-    static constexpr option long_options[] = {
-        {"keep-going", no_argument, nullptr, 'k'}, {"verbose", no_argument, nullptr, 'v'},
-        {"json", no_argument, nullptr, 'j'},       {"help", no_argument, nullptr, 'h'},
-        {"version", no_argument, nullptr, 'V'},    {nullptr, 0, nullptr, 0}};
+    static constexpr option long_options[] = {{"keep-going", no_argument, nullptr, 'k'},
+                                              {"verbose", no_argument, nullptr, 'v'},
+                                              {"json", no_argument, nullptr, 'j'},
+                                              {"help", no_argument, nullptr, 'h'},
+                                              {"version", no_argument, nullptr, 'V'},
+                                              {"command", required_argument, nullptr, 'c'},
+                                              {nullptr, 0, nullptr, 0}};
     std::ios::sync_with_stdio(false);
     if (argc > 1 && std::string_view{argv[1]} == "explain")
         return shell::run_explain(argc - 1, argv + 1);
@@ -113,10 +124,11 @@ int main(int argc, char **argv)
     if (argc > 1 && std::string_view{argv[1]} == "replay")
         return shell::run_replay(argc - 1, argv + 1);
     shell::SessionOptions options;
+    std::string commands; // of the command line
     if (isatty(STDERR_FILENO))
         options.terminal = &std::cerr;
     opterr = 0;
-    for (int choice; (choice = getopt_long(argc, argv, "kvjhV", long_options, nullptr)) != -1;) {
+    for (int choice; (choice = getopt_long(argc, argv, "kvjhVc:", long_options, nullptr)) != -1;) {
         switch (choice) {
         case 'k':
             options.keep_going = true;
@@ -126,6 +138,9 @@ int main(int argc, char **argv)
             break;
         case 'j':
             options.json = true;
+            break;
+        case 'c':
+            commands.append(optarg).append("\n");
             break;
         case 'h':
             std::cout << usage << '\n' << help;
@@ -139,15 +154,18 @@ int main(int argc, char **argv)
     }
     if (argc - optind > 1)
         return wrong_usage(options, "more than one file");
+    if (optind < argc && !commands.empty())
+        return wrong_usage(options, "a file beside -c");
 
     const std::string name = optind < argc ? argv[optind] : "-";
-    const bool interactive = optind == argc && isatty(STDIN_FILENO);
+    const bool interactive = optind == argc && commands.empty() && isatty(STDIN_FILENO);
     int status = EXIT_FAILURE;
     shell::catch_stop_signals();
     try {
-        status = interactive   ? run_interactive(options)
-                 : name == "-" ? run_standard_input(options)
-                               : run_file(name, options);
+        status = !commands.empty() ? run_commands(commands, options)
+                 : interactive     ? run_interactive(options)
+                 : name == "-"     ? run_standard_input(options)
+                                   : run_file(name, options);
     } catch (const std::runtime_error &error) {
         complain(options, error.what(), name == "-" ? "<stdin>" : name);
         return EXIT_FAILURE;

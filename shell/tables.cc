@@ -121,4 +121,13 @@ unsigned uncompared_bits(const pd::Field &field)
            static_cast<unsigned>(std::popcount(field.mask.high) + std::popcount(field.mask.low));
 }
 
+void walk_entries(const reflection::TableFunctions &table, const std::function<void(pd_entry_hdl)> &visit)
+{
+    walk_handles([&](u32 *to) { return table.get_first_entry_handle(driver_session, device, to); },
+                 [&](u32 after, u32 count, u32 *to) {
+                     return table.get_next_entry_handles(driver_session, device, after, count, to);
+                 },
+                 visit);
+}
+
 } // namespace shell

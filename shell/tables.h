@@ -1,6 +1,7 @@
 // Tables and actions as words name them.
 #pragma once
 
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -33,6 +34,8 @@ const pd::Action &take_any_action(Words &words);
 const char *match_name(pd::Match match);
 const char *key_kind_name(const pd::Table &table);
 u32 entry_count(const pd::Table &table);
+// Visits the handles of all entries. BadLine when the driver refuses.
+void walk_entries(const reflection::TableFunctions &table, const std::function<void(pd_entry_hdl)> &visit);
 // How many of the field's bits lie outside its mask, and so take no part in comparisons.
 unsigned uncompared_bits(const pd::Field &field);
 

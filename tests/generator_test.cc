@@ -308,8 +308,8 @@ TEST_F(Generator, TemplatesThatAreWrong)
               "pdgen: exports.mustache: \"field\" has no value here\n");
     EXPECT_EQ(message("{{>_source}}", "{{>_sauce}}"),
               "pdgen: exports.mustache: \"_sauce\" has no value here\n");
-    EXPECT_TRUE(
-        message("{{/functions}}\n", "").starts_with(R"(pdgen: exports.mustache: Unclosed section "functions")"));
+    EXPECT_TRUE(message("{{/functions}}\n", "")
+                    .starts_with(R"(pdgen: exports.mustache: Unclosed section "functions")"));
 
     fs::remove(templates / "exports.mustache");
     const Outcome outcome = generate();

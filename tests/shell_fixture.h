@@ -16,16 +16,6 @@ struct Outcome {
     std::string err;
 };
 
-class StreamLines : public shell::LineSource {
-public:
-    explicit StreamLines(std::istream &in) : in_(in) {}
-
-    bool next(std::string &line) override { return static_cast<bool>(std::getline(in_, line)); }
-
-private:
-    std::istream &in_;
-};
-
 class Shell : public testing::Test {
 protected:
     Shell() { ts_model_reset(); }
@@ -43,9 +33,8 @@ protected:
 
     static Outcome run(const std::string &script, shell::SessionOptions options = {})
     {
-        std::istringstream in{script};
         std::ostringstream out, err;
-        StreamLines lines{in};
+        shell::TextLines lines{script};
         const int status = shell::Session{out, err, options}.run(lines, "t");
         return {status, out.str(), err.str()};
     }

@@ -78,7 +78,8 @@ std::string program(const std::string &arguments)
 
 TEST(ShellProgram, ReadsAndRefuses)
 {
-    const std::string usage = "; usage: tessel-shell [--keep-going] [--verbose] [--json] [FILE | -]\n2";
+    const std::string usage =
+        "; usage: tessel-shell [--keep-going] [--verbose] [--json] [-c COMMAND]... [FILE | -]\n2";
     const std::pair<std::string, std::string> cases[] = {
         {"</dev/null", "0"},
         {"- <<'.'\necho a\n.\n", "a\n0"},
@@ -86,6 +87,8 @@ TEST(ShellProgram, ReadsAndRefuses)
         {"-k -v /dev/stdin <<'.'\nbad\nadd l2SmacCheck priority=1 : NoAction\n.\n",
          "/dev/stdin:1:1: unknown command 'bad'; help lists them\nentry 1\n/dev/stdin: 1 bad line\n1"},
         {"--nonsense", "tessel-shell: bad option --nonsense" + usage},
+        {"-c 'echo a' -c bad -c 'echo b'", "a\n-c:2:1: unknown command 'bad'; help lists them\n1"},
+        {"-c 'echo a' /dev/null", "tessel-shell: a file beside -c" + usage},
         {"-kx", "tessel-shell: bad option -x" + usage},
         {"a b", "tessel-shell: more than one file" + usage},
         {"explain --json /dev/null", "tessel-shell: /dev/null: is no record of the tap\n1"},
@@ -95,9 +98,9 @@ TEST(ShellProgram, ReadsAndRefuses)
         {"api --help | head -1", "usage: tessel-shell api [TABLE|ACTION|FAMILY|TEXT | TABLE WORD...]\n0"},
         {"api macLearningDigest deregister | tail -2",
          "    return p4_pd_tessel_switch_macLearningDigest_deregister(0, 0);\n}\n0"},
-        {"api ipv4Host add onHit",
-         "tessel-shell: no function of 'ipv4Host' has all of these words in its name; usage: tessel-shell api "
-         "[TABLE|ACTION|FAMILY|TEXT | TABLE WORD...]\n1"},
+        {"api ipv4Host add onHit", "tessel-shell: no function of 'ipv4Host' has all of these words in its "
+                                   "name; usage: tessel-shell api "
+                                   "[TABLE|ACTION|FAMILY|TEXT | TABLE WORD...]\n1"},
         {"/nonexistent/file", "tessel-shell: /nonexistent/file: cannot be opened\n1"},
         {"/", "tessel-shell: /: is a directory\n1"},
         {"/dev/zero", "tessel-shell: /dev/zero: has more than 64 MiB in line 1\n1"},

@@ -498,8 +498,7 @@ TEST_F(ShellSweep, StreamsLargeTables)
     const std::pair<std::string, u64> commands[] = {
         {"show ipv4ShortMaskLpm", entries + 1}, {"show ipv4ShortMaskLpm --json", entries}, {save, 0}};
     for (const auto &[command, lines] : commands) {
-        std::istringstream in{command};
-        StreamLines source{in};
+        shell::TextLines source{command};
         CountingBuffer counting;
         std::ostream out{&counting}, err{&counting};
         const std::size_t before = most_live_bytes = live_bytes;
