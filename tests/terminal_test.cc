@@ -30,6 +30,7 @@ public:
         shell_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
         if (shell_ == 0) {
             std::signal(SIGINT, SIG_DFL); // which a job in the background ignores
+            std::signal(SIGHUP, SIG_DFL); // likewise one that outlasts its terminal
             setenv("XDG_STATE_HOME", folder.c_str(), 1);
             setenv("TERM", "dumb", 1);
             setenv("LC_ALL", "C", 1);
