@@ -127,7 +127,9 @@ u32 MatchTable::group_of(const pipe_match_spec &match)
         group = free_groups_.back();
         free_groups_.pop_back();
     }
-    groups_[group] = {match.partition_index, 0};
+    std::vector<u32> &others = by_partition_[match.partition_index];
+    groups_[group] = {match.partition_index, 0, static_cast<u32>(others.size())};
+    others.push_back(group);
     std::copy_n(match.match_mask, key_bytes_, masks_.data() + std::size_t{group} * key_bytes_);
     by_mask_.insert(group);
     return group;
@@ -139,14 +141,13 @@ void MatchTable::close_if_empty(u32 group)
         return;
     by_mask_.erase(group);
     free_groups_.push_back(group);
+    std::vector<u32> &others = by_partition_[groups_[group].partition];
+    groups_[others.back()].place = groups_[group].place;
+    others[groups_[group].place] = others.back();
+    others.pop_back();
 }
 
 // ---- Entries --------------------------------------------------------------------------------------------
-
-u32 MatchTable::slot_of(pd_entry_hdl entry) const
-{
-    return entry - 1 < slots_.size() ? slots_[entry - 1] : none;
-}
 
 u32 MatchTable::take_slot()
 {
@@ -186,15 +187,14 @@ pd_status MatchTable::add(const pipe_match_spec &match, u32 action, const pipe_a
     const Value value = masked(match.match_value, group);
     const u32 head = first_of(value);
     const bool duplicate = find_in_chain(head, match.priority) != none;
-    const bool full = count_ >= capacity || slots_.size() + 1 == TS_MODEL_DEFAULT_ENTRY;
+    const bool full = count_ >= capacity || slots_.issued() + 1 == TS_MODEL_DEFAULT_ENTRY;
     if (duplicate || full) {
         close_if_empty(group);
         return duplicate ? already_exists : no_space;
     }
 
     const u32 slot = take_slot();
-    slots_.push_back(slot);
-    entry = static_cast<pd_entry_hdl>(slots_.size());
+    entry = slots_.add(slot);
     std::copy_n(match.match_value, key_bytes_, value_of(slot));
     entries_[slot] = Entry{};
     entries_[slot].handle = entry;
@@ -244,8 +244,7 @@ pd_status MatchTable::remove(pd_entry_hdl entry)
     const u32 group = entries_[slot].group;
     --groups_[group].entries;
     close_if_empty(group);
-    slots_[entry - 1] = none;
-    free_slots_.push_back(slot);
+    free_slots_.push_back(slots_.remove(entry));
     --count_;
     return ok;
 }
@@ -257,14 +256,6 @@ pd_entry_hdl MatchTable::find(const pipe_match_spec &match)
         return 0;
     const u32 slot = find_in_chain(first_of(masked(match.match_value, group)), match.priority);
     return slot != none ? entries_[slot].handle : 0;
-}
-
-pd_entry_hdl MatchTable::next(pd_entry_hdl after) const
-{
-    for (std::size_t at = after; at < slots_.size(); ++at)
-        if (slots_[at] != none)
-            return static_cast<pd_entry_hdl>(at + 1);
-    return 0;
 }
 
 std::optional<EntryView> MatchTable::get(pd_entry_hdl entry) const

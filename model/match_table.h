@@ -5,12 +5,14 @@
 // which differ in priority only and hang on a chain. Entries live in flat arrays and are named by their slot.
 #pragma once
 
+#include <tsl/robin_map.h>
 #include <tsl/robin_set.h>
 
 #include <optional>
 #include <vector>
 
 #include "entry_copy.h"
+#include "handle_map.h"
 #include "program.h"
 #include "status.h"
 
@@ -41,21 +43,21 @@ public:
     template <typename Visit>
     void visit_matches(const u8 *key, u32 partition, Visit visit)
     {
-        for (u32 group = 0; group < groups_.size(); ++group) {
-            if (groups_[group].entries == 0 || groups_[group].partition != partition)
-                continue;
+        const auto groups = by_partition_.find(partition);
+        if (groups == by_partition_.end())
+            return;
+        for (const u32 group : groups->second)
             for (u32 slot = first_of(masked(key, group)); slot != none; slot = entries_[slot].next)
                 visit(entries_[slot].handle, entries_[slot].priority);
-        }
     }
 
     u32 count() const { return count_; }
     bool has(pd_entry_hdl entry) const { return slot_of(entry) != none; }
-    pd_entry_hdl next(pd_entry_hdl after) const;            // 0 at the end
-    std::optional<EntryView> get(pd_entry_hdl entry) const; // none for an unknown handle
+    pd_entry_hdl next(pd_entry_hdl after) const { return slots_.next(after); } // 0 at the end
+    std::optional<EntryView> get(pd_entry_hdl entry) const;                    // none for an unknown handle
 
 private:
-    static constexpr u32 none = ~u32{0};
+    static constexpr u32 none = HandleMap::none;
 
     struct Entry {
         pd_entry_hdl handle;
@@ -74,6 +76,7 @@ private:
     struct Group {
         u32 partition;
         u32 entries; // 0: free for another mask
+        u32 place;   // among those of its partition
     };
 
     struct Value { // what the index is asked for
@@ -129,9 +132,9 @@ private:
     bool has_value(u32 slot, const Value &value) const;
     bool has_mask(u32 group, const Mask &mask) const;
 
-    Value masked(const u8 *value, u32 group); // valid until the next call
-    u32 slot_of(pd_entry_hdl entry) const;    // none for an unknown handle
-    u32 first_of(const Value &value) const;   // head of the chain, or none
+    Value masked(const u8 *value, u32 group);                            // valid until the next call
+    u32 slot_of(pd_entry_hdl entry) const { return slots_.find(entry); } // none for an unknown handle
+    u32 first_of(const Value &value) const;                              // head of the chain, or none
     u32 find_in_chain(u32 head, u32 priority) const;
     u32 find_group(const pipe_match_spec &match) const;
     u32 group_of(const pipe_match_spec &match); // opens one for a new mask
@@ -151,11 +154,12 @@ private:
     std::vector<u8> data_;
     std::vector<pipe_res_spec> resources_; // empty in a table without a resource
     std::vector<u32> free_slots_;
-    std::vector<u32> slots_; // by handle - 1
+    HandleMap slots_; // by handle
 
     std::vector<Group> groups_;
     std::vector<u8> masks_; // by group
     std::vector<u32> free_groups_;
+    tsl::robin_map<u32, std::vector<u32>> by_partition_; // the groups that have entries
 
     std::vector<u8> scratch_; // the value that masked() made
     Index<ValueHash, ValueEqual> by_value_{0, ValueHash{this}, ValueEqual{this}};
