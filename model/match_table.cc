@@ -73,37 +73,49 @@ u32 MatchTable::first_of(const Value &value) const
     return head != by_value_.end() ? *head : none;
 }
 
-u32 MatchTable::find_in_chain(u32 head, u32 priority) const
+// Entries of a ternary table can be many on a chain.
+u32 MatchTable::find_ranked(const Value &value, u32 priority) const
 {
-    while (head != none && entries_[head].priority != priority)
-        head = entries_[head].next;
-    return head;
+    if (program_.key == Key::ternary) {
+        const auto found = by_rank_.find(Ranked{value, priority});
+        return found != by_rank_.end() ? *found : none;
+    }
+    u32 slot = first_of(value);
+    while (slot != none && entries_[slot].priority != priority)
+        slot = entries_[slot].next;
+    return slot;
 }
 
 void MatchTable::link(u32 slot, u32 head)
 {
+    if (program_.key == Key::ternary)
+        by_rank_.insert(slot);
     if (head == none) {
         by_value_.insert(slot);
-    } else {
-        entries_[slot].next = entries_[head].next;
-        entries_[head].next = slot;
+        return;
     }
+    const u32 next = entries_[head].next;
+    entries_[slot].next = next;
+    entries_[slot].previous = head;
+    entries_[head].next = slot;
+    if (next != none)
+        entries_[next].previous = slot;
 }
 
 void MatchTable::unlink(u32 slot)
 {
-    const u32 next = entries_[slot].next;
-    const auto head = by_value_.find(masked(value_of(slot), entries_[slot].group), entries_[slot].hash);
-    if (*head == slot) {
-        by_value_.erase(head);
-        if (next != none)
-            by_value_.insert(next);
+    const auto [next, previous] = std::pair{entries_[slot].next, entries_[slot].previous};
+    if (program_.key == Key::ternary)
+        by_rank_.erase(slot);
+    if (next != none)
+        entries_[next].previous = previous;
+    if (previous != none) {
+        entries_[previous].next = next;
         return;
     }
-    u32 before = *head;
-    while (entries_[before].next != slot)
-        before = entries_[before].next;
-    entries_[before].next = next;
+    by_value_.erase(slot);
+    if (next != none)
+        by_value_.insert(next);
 }
 
 // ---- Groups ---------------------------------------------------------------------------------------------
@@ -185,8 +197,7 @@ pd_status MatchTable::add(const pipe_match_spec &match, u32 action, const pipe_a
 {
     const u32 group = group_of(match);
     const Value value = masked(match.match_value, group);
-    const u32 head = first_of(value);
-    const bool duplicate = find_in_chain(head, match.priority) != none;
+    const bool duplicate = find_ranked(value, match.priority) != none;
     const bool full = count_ >= capacity || slots_.issued() + 1 == TS_MODEL_DEFAULT_ENTRY;
     if (duplicate || full) {
         close_if_empty(group);
@@ -200,11 +211,11 @@ pd_status MatchTable::add(const pipe_match_spec &match, u32 action, const pipe_a
     entries_[slot].handle = entry;
     entries_[slot].group = group;
     entries_[slot].hash = value.hash;
-    entries_[slot].next = none;
+    entries_[slot].next = entries_[slot].previous = none;
     entries_[slot].priority = match.priority;
     entries_[slot].ttl = ttl;
     write_action(slot, action, spec);
-    link(slot, head);
+    link(slot, first_of(value));
     ++groups_[group].entries;
     ++count_;
     return ok;
@@ -254,7 +265,7 @@ pd_entry_hdl MatchTable::find(const pipe_match_spec &match)
     const u32 group = find_group(match);
     if (group == none)
         return 0;
-    const u32 slot = find_in_chain(first_of(masked(match.match_value, group)), match.priority);
+    const u32 slot = find_ranked(masked(match.match_value, group), match.priority);
     return slot != none ? entries_[slot].handle : 0;
 }
 

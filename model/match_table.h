@@ -64,6 +64,7 @@ private:
         u32 group;
         u32 hash; // of group and masked value
         u32 next; // slot of the next entry with this value, or none
+        u32 previous;
         u32 priority;
         u32 action;
         u32 member_or_group;
@@ -83,6 +84,36 @@ private:
         u32 group;
         u32 hash;
         const u8 *masked;
+    };
+
+    struct Ranked { // what the index of ternary entries is asked for
+        Value value;
+        u32 priority;
+    };
+
+    struct RankHash {
+        using is_transparent = void;
+        const MatchTable *table;
+        static std::size_t mixed(u32 hash, u32 priority) { return hash ^ priority * 0x85ebca6b; }
+        std::size_t operator()(u32 slot) const
+        {
+            return mixed(table->entries_[slot].hash, table->entries_[slot].priority);
+        }
+        std::size_t operator()(const Ranked &ranked) const
+        {
+            return mixed(ranked.value.hash, ranked.priority);
+        }
+    };
+
+    struct RankEqual {
+        using is_transparent = void;
+        const MatchTable *table;
+        bool operator()(u32 slot, u32 other) const { return slot == other; }
+        bool operator()(const Ranked &ranked, u32 slot) const
+        {
+            return table->entries_[slot].priority == ranked.priority && table->has_value(slot, ranked.value);
+        }
+        bool operator()(u32 slot, const Ranked &ranked) const { return (*this)(ranked, slot); }
     };
 
     struct Mask { // what the groups are asked for
@@ -135,7 +166,7 @@ private:
     Value masked(const u8 *value, u32 group);                            // valid until the next call
     u32 slot_of(pd_entry_hdl entry) const { return slots_.find(entry); } // none for an unknown handle
     u32 first_of(const Value &value) const;                              // head of the chain, or none
-    u32 find_in_chain(u32 head, u32 priority) const;
+    u32 find_ranked(const Value &value, u32 priority) const;             // the entry, or none
     u32 find_group(const pipe_match_spec &match) const;
     u32 group_of(const pipe_match_spec &match); // opens one for a new mask
     void close_if_empty(u32 group);
@@ -163,6 +194,7 @@ private:
 
     std::vector<u8> scratch_; // the value that masked() made
     Index<ValueHash, ValueEqual> by_value_{0, ValueHash{this}, ValueEqual{this}};
+    Index<RankHash, RankEqual> by_rank_{0, RankHash{this}, RankEqual{this}}; // of a ternary table
     Index<MaskHash, MaskEqual> by_mask_{0, MaskHash{this}, MaskEqual{this}};
 };
 
