@@ -1,5 +1,6 @@
 #include "emit.h"
 
+#include <cctype>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -122,6 +123,30 @@ void write_if_changed(const fs::path &path, const std::string &text)
     fs::rename(fresh, path);
 }
 
+bool is_of_a_word(char c)
+{
+    return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
+}
+
+// Rows and templates say u32 and the like. Whoever includes a header, or copies a prototype, need not have
+// these names.
+std::string with_standard_types(const std::string &text)
+{
+    std::string standard;
+    for (std::size_t i = 0; i < text.size();) {
+        std::size_t end = i + (text[i] == '\\' ? 2 : 1); // the letter of an escape belongs to no word
+        while (end < text.size() && is_of_a_word(text[i]) && is_of_a_word(text[end]))
+            ++end;
+        const std::string_view word = std::string_view{text}.substr(i, end - i);
+        if (word == "u8" || word == "u16" || word == "u32" || word == "u64")
+            standard.append("uint").append(word.substr(1)).append("_t");
+        else
+            standard += word;
+        i = end;
+    }
+    return standard;
+}
+
 // A variable without a value is an error, not an empty text.
 class StrictContext : public kainjow::mustache::context<std::string> {
 public:
@@ -216,7 +241,8 @@ private:
         if (!text.is_valid())
             throw std::runtime_error(std::string(kind.template_name) + ": " + text.error_message());
         const bool code = path.ends_with(".h") || path.ends_with(".cc");
-        files.emplace_back(path, code ? lay_out(rendered) : rendered);
+        const std::string text_of_file = with_standard_types(rendered);
+        files.emplace_back(path, code ? lay_out(text_of_file) : text_of_file);
     }
 };
 
