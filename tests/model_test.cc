@@ -117,6 +117,23 @@ TEST_F(Model, HandlesAscendAndAFullTableTakesNoMore)
     EXPECT_EQ(ts_model_entry_count(1, exact.handle), 0u);
 }
 
+// Handles come in blocks of 1,024, which go when none of them is in use.
+TEST_F(Model, WalksPassOverHandlesThatAreGone)
+{
+    const auto remove = [](pd_entry_hdl entry) {
+        EXPECT_EQ(pipe_mgr_mat_ent_del(1, 0, exact.handle, entry, 0), TS_MODEL_OK);
+    };
+    for (u16 port = 1; port <= 3000; ++port)
+        must_add(exact, exact_request(port));
+    for (pd_entry_hdl entry = 1; entry < 3000; ++entry)
+        if (entry != 1030)
+            remove(entry);
+    EXPECT_EQ(ts_model_next_entry(0, exact.handle, 0), 1030u);
+    EXPECT_EQ(ts_model_next_entry(0, exact.handle, 1030), 3000u);
+    remove(3000);
+    EXPECT_EQ(ts_model_next_entry(0, exact.handle, 1030), 0u);
+}
+
 TEST_F(Model, RefusesWhatTheProgramDoesNotHave)
 {
     struct Case {

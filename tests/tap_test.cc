@@ -392,6 +392,31 @@ TEST_F(Tap, SettingsThatAreWrongChangeNothingAndSayWhy)
     EXPECT_STREQ(error, "/no/such/folder: No such file or directory");
 }
 
+TEST_F(Tap, FaultsThatMakeNoSenseOrHaveNoRoom)
+{
+    const ts_tap_fault sound{nullptr, 1, 0, 0, 4};
+    for (const ts_tap_fault &wrong : {ts_tap_fault{nullptr, 1, 0, 0, 0}, ts_tap_fault{"no_such", 1, 0, 0, 4},
+                                      ts_tap_fault{"bf_sys_free", 1, 0, 0, 4},
+                                      ts_tap_fault{nullptr, 1, 0.5, 0, 4}, ts_tap_fault{nullptr, 0, 2, 0, 4}})
+        EXPECT_EQ(ts_tap_fail(&wrong), EINVAL);
+    for (int room = 0; room < 16; ++room)
+        EXPECT_EQ(ts_tap_fail(&sound), 0);
+    EXPECT_EQ(ts_tap_fail(&sound), ENOSPC);
+    EXPECT_EQ(ts_tap_fail_nothing(), 0);
+}
+
+TEST_F(Tap, RecordsCallsOfUpToAQuarterOfTheRing)
+{
+    std::vector<pd_entry_hdl> entries(5000, ~0u); // five bytes each
+    ASSERT_EQ(ts_tap_record(path_.c_str(), 65537), 0);
+    for (const u32 count : {3000u, 5000u})
+        pipe_mgr_get_next_entry_handles(0, 0x1000001, {0, 0xffff}, 0, count, entries.data());
+    const tap::RecordReader reader = read();
+    EXPECT_EQ(reader.calls().size(), 1u);
+    EXPECT_EQ(reader.dropped(), 1u);
+    EXPECT_EQ(std::filesystem::file_size(path_), 4096u + 69632) << "whole pages";
+}
+
 TEST_F(Tap, RingKeepsTheLastCalls)
 {
     constexpr u32 calls = 5000;
