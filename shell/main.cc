@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "api.h"
+#include "attach.h"
 #include "explain_command.h"
 #include "json.h"
 #include "replay_command.h"
@@ -16,7 +17,8 @@
 
 namespace {
 
-constexpr char usage[] = "usage: tessel-shell [--keep-going] [--verbose] [--json] [FILE | -]";
+constexpr char usage[] = "usage: tessel-shell [--attach PATH] [--keep-going] [--verbose] [--json] "
+                         "[--command COMMAND | FILE | -]";
 constexpr int bad_usage = 2;
 
 constexpr char help[] = R"(
@@ -25,6 +27,8 @@ Carries out commands against the model driver of the switch program: those of FI
 'tessel-shell explain RECORD' prints what the tap has recorded as commands, 'tessel-shell replay RECORD' plays
 it again, 'tessel-shell api' finds functions of the library; each has a --help of its own.
 
+  -a, --attach PATH carry commands out in the process whose console answers at PATH
+  -c, --command COMMAND   the one command to carry out there
   -k, --keep-going  carry on after a bad line; the number of bad lines is told at the end
   -v, --verbose     add tells the handle of each new entry
   -j, --json        print each line of output, and each message, as a JSON document
@@ -89,6 +93,15 @@ int run_file(const std::string &name, const shell::SessionOptions &options)
     return run(lines, name, options);
 }
 
+int run_attached(console::AttachOptions &attached, const std::string &name, const shell::SessionOptions &options,
+                 bool interactive)
+{
+    attached.file = name;
+    attached.interactive = interactive;
+    attached.session = options;
+    return console::attach(attached);
+}
+
 // What getopt refused: a long option as it was written, or the letter in a row of them.
 std::string bad_option(std::string_view word)
 {
@@ -102,6 +115,7 @@ std::string bad_option(std::string_view word)
 int main(int argc, char **argv)
 {
     static constexpr option long_options[] = {
+        {"attach", required_argument, nullptr, 'a'}, {"command", required_argument, nullptr, 'c'},
         {"keep-going", no_argument, nullptr, 'k'}, {"verbose", no_argument, nullptr, 'v'},
         {"json", no_argument, nullptr, 'j'},       {"help", no_argument, nullptr, 'h'},
         {"version", no_argument, nullptr, 'V'},    {nullptr, 0, nullptr, 0}};
@@ -113,11 +127,18 @@ int main(int argc, char **argv)
     if (argc > 1 && std::string_view{argv[1]} == "replay")
         return shell::run_replay(argc - 1, argv + 1);
     shell::SessionOptions options;
+    console::AttachOptions attached;
     if (isatty(STDERR_FILENO))
         options.terminal = &std::cerr;
     opterr = 0;
-    for (int choice; (choice = getopt_long(argc, argv, "kvjhV", long_options, nullptr)) != -1;) {
+    for (int choice; (choice = getopt_long(argc, argv, "a:c:kvjhV", long_options, nullptr)) != -1;) {
         switch (choice) {
+        case 'a':
+            attached.path = optarg;
+            break;
+        case 'c':
+            attached.command = optarg;
+            break;
         case 'k':
             options.keep_going = true;
             break;
@@ -139,17 +160,20 @@ int main(int argc, char **argv)
     }
     if (argc - optind > 1)
         return wrong_usage(options, "more than one file");
+    if (attached.command && (attached.path.empty() || optind < argc))
+        return wrong_usage(options, "--command goes with --attach and no file");
 
     const std::string name = optind < argc ? argv[optind] : "-";
     const bool interactive = optind == argc && isatty(STDIN_FILENO);
     int status = EXIT_FAILURE;
     shell::catch_stop_signals();
     try {
-        status = interactive   ? run_interactive(options)
+        status = !attached.path.empty() ? run_attached(attached, name, options, interactive)
+                 : interactive ? run_interactive(options)
                  : name == "-" ? run_standard_input(options)
                                : run_file(name, options);
     } catch (const std::runtime_error &error) {
-        complain(options, error.what(), name == "-" ? "<stdin>" : name);
+        complain(options, error.what(), !attached.path.empty() ? "" : name == "-" ? "<stdin>" : name);
         return EXIT_FAILURE;
     }
     if (!std::cout.flush()) {
