@@ -93,8 +93,8 @@ int run_file(const std::string &name, const shell::SessionOptions &options)
     return run(lines, name, options);
 }
 
-int run_attached(console::AttachOptions &attached, const std::string &name, const shell::SessionOptions &options,
-                 bool interactive)
+int run_attached(console::AttachOptions &attached, const std::string &name,
+                 const shell::SessionOptions &options, bool interactive)
 {
     attached.file = name;
     attached.interactive = interactive;
@@ -116,9 +116,9 @@ int main(int argc, char **argv)
 {
     static constexpr option long_options[] = {
         {"attach", required_argument, nullptr, 'a'}, {"command", required_argument, nullptr, 'c'},
-        {"keep-going", no_argument, nullptr, 'k'}, {"verbose", no_argument, nullptr, 'v'},
-        {"json", no_argument, nullptr, 'j'},       {"help", no_argument, nullptr, 'h'},
-        {"version", no_argument, nullptr, 'V'},    {nullptr, 0, nullptr, 0}};
+        {"keep-going", no_argument, nullptr, 'k'},   {"verbose", no_argument, nullptr, 'v'},
+        {"json", no_argument, nullptr, 'j'},         {"help", no_argument, nullptr, 'h'},
+        {"version", no_argument, nullptr, 'V'},      {nullptr, 0, nullptr, 0}};
     std::ios::sync_with_stdio(false);
     if (argc > 1 && std::string_view{argv[1]} == "explain")
         return shell::run_explain(argc - 1, argv + 1);
@@ -169,9 +169,9 @@ int main(int argc, char **argv)
     shell::catch_stop_signals();
     try {
         status = !attached.path.empty() ? run_attached(attached, name, options, interactive)
-                 : interactive ? run_interactive(options)
-                 : name == "-" ? run_standard_input(options)
-                               : run_file(name, options);
+                 : interactive          ? run_interactive(options)
+                 : name == "-"          ? run_standard_input(options)
+                                        : run_file(name, options);
     } catch (const std::runtime_error &error) {
         complain(options, error.what(), !attached.path.empty() ? "" : name == "-" ? "<stdin>" : name);
         return EXIT_FAILURE;
