@@ -21,6 +21,9 @@ endfunction()
 ts_library(pd ts_bf_pd_nat_static "Program-dependent API of tessel_switch; the process supplies the chip driver")
 ts_library(model tessel_model "Model of the chip driver below ts_bf_pd_nat_static")
 ts_library(tap tessel_tap "Traces, records and refuses calls before any chip driver")
+if(TS_BUILD_SHELL)
+    ts_library(console tessel_console "A console in a process that uses ts_bf_pd_nat_static")
+endif()
 add_library(ts::driver ALIAS pd_driver) # the headers of whoever writes a driver
 if(NOT TS_INSTALL)
     return()
@@ -37,7 +40,7 @@ install(FILES cmake/ts_bf_pd_nat_staticConfig.cmake ${PROJECT_BINARY_DIR}/ts_bf_
 
 file(GLOB public_headers CONFIGURE_DEPENDS ${TS_ROOT}/include/*.h)
 file(GLOB driver_headers CONFIGURE_DEPENDS ${TS_ROOT}/driver/*.h)
-install(FILES ${public_headers} ${TS_HEADERS} model/model.h tap/tap.h
+install(FILES ${public_headers} ${TS_HEADERS} model/model.h tap/tap.h console/console.h
     DESTINATION ${TS_INSTALL_HEADERS} COMPONENT development)
 install(FILES ${driver_headers} ${TS_DRIVER_HEADERS} DESTINATION ${TS_INSTALL_HEADERS}/driver COMPONENT development)
 

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "api.h"
+#include "attach.h"
 #include "explain_command.h"
 #include "json.h"
 #include "replay_command.h"
@@ -16,7 +17,8 @@
 
 namespace {
 
-constexpr char usage[] = "usage: tessel-shell [--keep-going] [--verbose] [--json] [-c COMMAND]... [FILE | -]";
+constexpr char usage[] = "usage: tessel-shell [--attach PATH] [--keep-going] [--verbose] [--json] "
+                         "[-c COMMAND]... [FILE | -]";
 constexpr int bad_usage = 2;
 
 constexpr char help[] = R"(
@@ -25,6 +27,7 @@ Carries out commands against the model driver of the switch program: those of FI
 'tessel-shell explain RECORD' prints what the tap has recorded as commands, 'tessel-shell replay RECORD' plays
 it again, 'tessel-shell api' finds functions of the library; each has a --help of its own.
 
+  -a, --attach PATH carry commands out in the process whose console answers at PATH
   -k, --keep-going  carry on after a bad line; the number of bad lines is told at the end
   -v, --verbose     add tells the handle of each new entry
   -j, --json        print each line of output, and each message, as a JSON document
@@ -97,6 +100,16 @@ int run_file(const std::string &name, const shell::SessionOptions &options)
     return run(lines, name, options);
 }
 
+int run_attached(console::AttachOptions &attached, const std::string &commands, const std::string &name,
+                 const shell::SessionOptions &options, bool interactive)
+{
+    attached.commands = commands;
+    attached.file = name;
+    attached.interactive = interactive;
+    attached.session = options;
+    return console::attach(attached);
+}
+
 // What getopt refused: a long option as it was written, or the letter in a row of them.
 std::string bad_option(std::string_view word)
 {
@@ -109,13 +122,11 @@ std::string bad_option(std::string_view word)
 
 int main(int argc, char **argv)
 {
-    static constexpr option long_options[] = {{"keep-going", no_argument, nullptr, 'k'},
-                                              {"verbose", no_argument, nullptr, 'v'},
-                                              {"json", no_argument, nullptr, 'j'},
-                                              {"help", no_argument, nullptr, 'h'},
-                                              {"version", no_argument, nullptr, 'V'},
-                                              {"command", required_argument, nullptr, 'c'},
-                                              {nullptr, 0, nullptr, 0}};
+    static constexpr option long_options[] = {
+        {"attach", required_argument, nullptr, 'a'}, {"command", required_argument, nullptr, 'c'},
+        {"keep-going", no_argument, nullptr, 'k'},   {"verbose", no_argument, nullptr, 'v'},
+        {"json", no_argument, nullptr, 'j'},         {"help", no_argument, nullptr, 'h'},
+        {"version", no_argument, nullptr, 'V'},      {nullptr, 0, nullptr, 0}};
     std::ios::sync_with_stdio(false);
     if (argc > 1 && std::string_view{argv[1]} == "explain")
         return shell::run_explain(argc - 1, argv + 1);
@@ -124,12 +135,16 @@ int main(int argc, char **argv)
     if (argc > 1 && std::string_view{argv[1]} == "replay")
         return shell::run_replay(argc - 1, argv + 1);
     shell::SessionOptions options;
+    console::AttachOptions attached;
     std::string commands; // of the command line
     if (isatty(STDERR_FILENO))
         options.terminal = &std::cerr;
     opterr = 0;
-    for (int choice; (choice = getopt_long(argc, argv, "kvjhVc:", long_options, nullptr)) != -1;) {
+    for (int choice; (choice = getopt_long(argc, argv, "a:c:kvjhV", long_options, nullptr)) != -1;) {
         switch (choice) {
+        case 'a':
+            attached.path = optarg;
+            break;
         case 'k':
             options.keep_going = true;
             break;
@@ -162,12 +177,13 @@ int main(int argc, char **argv)
     int status = EXIT_FAILURE;
     shell::catch_stop_signals();
     try {
-        status = !commands.empty() ? run_commands(commands, options)
-                 : interactive     ? run_interactive(options)
-                 : name == "-"     ? run_standard_input(options)
-                                   : run_file(name, options);
+        status = !attached.path.empty() ? run_attached(attached, commands, name, options, interactive)
+                 : !commands.empty()    ? run_commands(commands, options)
+                 : interactive          ? run_interactive(options)
+                 : name == "-"          ? run_standard_input(options)
+                                        : run_file(name, options);
     } catch (const std::runtime_error &error) {
-        complain(options, error.what(), name == "-" ? "<stdin>" : name);
+        complain(options, error.what(), !attached.path.empty() ? "" : name == "-" ? "<stdin>" : name);
         return EXIT_FAILURE;
     }
     if (!std::cout.flush()) {
