@@ -44,10 +44,10 @@ static void print_entry(pd_entry_hdl entry)
     PD(l2DmacClassify_match_spec_t) key;
     pd_action_out action;
     char name[P4_PD_TESSEL_SWITCH_ACTION_NAME_BYTES];
-    u32 priority = 0;
-    u8 is_default = 0;
+    uint32_t priority = 0;
+    uint8_t is_default = 0;
     pd_counter_value hits = {0, 0};
-    const u8 from_hardware = 0;
+    const uint8_t from_hardware = 0;
     const pd_status status =
         PD(l2DmacClassify_get_entry)(session, all_pipes.device_id, entry, from_hardware, &key, &priority,
                                      name, action.parameters.bytes, &action.action_number, &is_default);
@@ -67,10 +67,10 @@ static void print_all_entries(void)
 {
     enum { room = 16 };
     pd_entry_hdl entries[room] = {PD_END_OF_WALK};
-    u32 count = 1;
+    uint32_t count = 1;
     expect(PD(l2DmacClassify_get_first_entry_handle)(session, all_pipes, entries), "walk");
     while (entries[0] != PD_END_OF_WALK) {
-        u32 at = 0;
+        uint32_t at = 0;
         for (; at < count && entries[at] != PD_END_OF_WALK; ++at)
             print_entry(entries[at]);
         const pd_entry_hdl last = entries[at - 1];
@@ -88,8 +88,8 @@ static void make_port_channel(void)
     pd_grp_hdl channel = 0;
     pd_entry_hdl entry = 0;
     expect(PD(lagPortActionProfile_create_group)(session, all_pipes, 8, &channel), "group");
-    for (u32 i = 0; i < 2; ++i) {
-        const PD(setLagPort_action_spec_t) port = {.action_egrL2AintfPort = (u16)(24 + i)};
+    for (uint32_t i = 0; i < 2; ++i) {
+        const PD(setLagPort_action_spec_t) port = {.action_egrL2AintfPort = (uint16_t)(24 + i)};
         expect(PD(lagPortActionProfile_add_member_with_setLagPort)(session, all_pipes, &port, &ports[i]),
                "member");
         expect(PD(lagPortActionProfile_add_member_to_group)(session, all_pipes.device_id, channel, ports[i]),

@@ -1,6 +1,7 @@
 #include "emit.h"
 
 #include <fstream>
+#include <regex>
 #include <sstream>
 #include <stdexcept>
 
@@ -122,6 +123,13 @@ void write_if_changed(const fs::path &path, const std::string &text)
     fs::rename(fresh, path);
 }
 
+// Rows and templates say u32 and the like. Whoever includes a header need not have these names.
+std::string with_standard_types(const std::string &text)
+{
+    static const std::regex short_type(R"(\bu(8|16|32|64)\b)");
+    return std::regex_replace(text, short_type, "uint$1_t");
+}
+
 // A variable without a value is an error, not an empty text.
 class StrictContext : public kainjow::mustache::context<std::string> {
 public:
@@ -215,8 +223,10 @@ private:
         const std::string rendered = text.render(context);
         if (!text.is_valid())
             throw std::runtime_error(std::string(kind.template_name) + ": " + text.error_message());
+        const bool installed = path.starts_with("include/") || path.starts_with("driver/");
         const bool code = path.ends_with(".h") || path.ends_with(".cc");
-        files.emplace_back(path, code ? lay_out(rendered) : rendered);
+        const std::string text_of_file = installed ? with_standard_types(rendered) : rendered;
+        files.emplace_back(path, code ? lay_out(text_of_file) : text_of_file);
     }
 };
 

@@ -1,5 +1,6 @@
 // The control functions for what concerns the model as a whole.
 #include "device.h"
+#include "model.h"
 #include "registry.h"
 #include "selection_operations.h"
 #include "syncs.h"
@@ -8,6 +9,11 @@
 using namespace model;
 
 extern "C" {
+
+const char *ts_model_version(void)
+{
+    return PD_VERSION;
+}
 
 void ts_model_reset(void)
 {

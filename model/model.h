@@ -14,6 +14,7 @@
 #include <stddef.h>
 
 #include "pd_types.h"
+#include "pd_version.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -31,6 +32,9 @@ enum {
     TS_MODEL_IN_USE = 7          /**< an entry, a group or a fallback still needs what is to be deleted */
 };
 
+/** The version of the model that was loaded, as PD_VERSION writes it. */
+const char *ts_model_version(void);
+
 /**
  * Puts the model back into the state in which it was loaded: the program's default entries and no others, no
  * properties or registrations.
@@ -40,10 +44,10 @@ void ts_model_reset(void);
 /* ---- System services ---- */
 
 /** Lets the n-th bf_sys_calloc from now (1 is the next one) return null. 0 takes the order back. */
-void ts_model_fail_allocation(u32 n);
+void ts_model_fail_allocation(uint32_t n);
 
 /** How many blocks bf_sys_calloc has given out and bf_sys_free has taken back since the last reset. */
-void ts_model_allocations(u64 *given, u64 *freed);
+void ts_model_allocations(uint64_t *given, uint64_t *freed);
 
 /** What bf_sys_dbg_mode answers: 0 or 1. */
 void ts_model_set_debug_mode(int on);
@@ -69,19 +73,19 @@ enum { TS_MODEL_DEFAULT_ENTRY = 0x7fffffff };
 
 /** How many entries the table takes on a device; 1,048,576 until told otherwise. Returns
  * TS_MODEL_UNKNOWN_OBJECT or 0. */
-pd_status ts_model_set_capacity(u32 table, u32 entries);
+pd_status ts_model_set_capacity(uint32_t table, uint32_t entries);
 
 /** How many entries the table holds, the default entry not counted; 0 for an unknown table. */
-u32 ts_model_entry_count(u32 device_id, u32 table);
+uint32_t ts_model_entry_count(uint32_t device_id, uint32_t table);
 
 /** What a look-up found. */
 typedef struct ts_model_hit {
     int hit; /**< 0: a miss, the other members are 0 */
     pd_entry_hdl entry;
-    u32 priority;   /**< of the entry; among hits the lowest number wins */
-    u32 candidates; /**< how many entries the key matched */
-    u32 runner_up;  /**< the entry that would win without this one, 0 for none */
-    u32 runner_up_priority;
+    uint32_t priority;   /**< of the entry; among hits the lowest number wins */
+    uint32_t candidates; /**< how many entries the key matched */
+    uint32_t runner_up;  /**< the entry that would win without this one, 0 for none */
+    uint32_t runner_up_priority;
 } ts_model_hit;
 
 /**
@@ -89,40 +93,40 @@ typedef struct ts_model_hit {
  * lowest priority number among the entries that match, the earlier entry first among equals.
  * `key` is a value image of `bytes` bytes; `partition_index` is 0 in a table without partitions.
  */
-pd_status ts_model_lookup(u32 device_id, u32 table, const u8 *key, u32 bytes, u32 partition_index,
-                          ts_model_hit *hit);
+pd_status ts_model_lookup(uint32_t device_id, uint32_t table, const uint8_t *key, uint32_t bytes,
+                          uint32_t partition_index, ts_model_hit *hit);
 
 /**
  * Looks a key up likewise in what the hardware shows: an entry that the hardware lacks is not hit, one whose
  * key was altered there is hit by the altered key. Its priority stays.
  */
-pd_status ts_model_hardware_lookup(u32 device_id, u32 table, const u8 *key, u32 bytes, u32 partition_index,
-                                   ts_model_hit *hit);
+pd_status ts_model_hardware_lookup(uint32_t device_id, uint32_t table, const uint8_t *key, uint32_t bytes,
+                                   uint32_t partition_index, ts_model_hit *hit);
 
 /** An entry as the model holds it; the pointers live until the next change of the table. */
 typedef struct ts_model_entry {
-    const u8 *value; /**< null, like the mask, for the default entry */
-    const u8 *mask;
-    u32 key_bytes; /**< 0 for the default entry */
-    u32 partition_index;
-    u32 priority;
-    u32 action; /**< handle of the action function */
-    u32 action_kind;
-    const u8 *data;
-    u32 data_bytes;
-    u32 handle_of_member_or_group; /**< when action_kind is 2 or 4 */
-    u32 res_count;
-    u32 res_handle;
-    u32 res_index;
-    u32 res_tag;
-    u32 ttl;
+    const uint8_t *value; /**< null, like the mask, for the default entry */
+    const uint8_t *mask;
+    uint32_t key_bytes; /**< 0 for the default entry */
+    uint32_t partition_index;
+    uint32_t priority;
+    uint32_t action; /**< handle of the action function */
+    uint32_t action_kind;
+    const uint8_t *data;
+    uint32_t data_bytes;
+    uint32_t handle_of_member_or_group; /**< when action_kind is 2 or 4 */
+    uint32_t res_count;
+    uint32_t res_handle;
+    uint32_t res_index;
+    uint32_t res_tag;
+    uint32_t ttl;
 } ts_model_entry;
 
 /** Reads one entry or the default entry. TS_MODEL_UNKNOWN_OBJECT when there is none. */
-pd_status ts_model_get_entry(u32 device_id, u32 table, pd_entry_hdl entry, ts_model_entry *out);
+pd_status ts_model_get_entry(uint32_t device_id, uint32_t table, pd_entry_hdl entry, ts_model_entry *out);
 
 /** The first entry with a handle above `after`, 0 to begin with; 0 when there is none. */
-pd_entry_hdl ts_model_next_entry(u32 device_id, u32 table, pd_entry_hdl after);
+pd_entry_hdl ts_model_next_entry(uint32_t device_id, uint32_t table, pd_entry_hdl after);
 
 /*
  * Walks. Handles come in ascending order, and handle 0 is the end: the first handle of an empty table is 0,
@@ -154,10 +158,10 @@ pd_entry_hdl ts_model_next_entry(u32 device_id, u32 table, pd_entry_hdl after);
 
 /** How many entries of match tables, default entries included, point at the member of an action data table or
  * at the group of a selector; 0 for an unknown one. */
-u32 ts_model_references(u32 device_id, u32 table, u32 handle);
+uint32_t ts_model_references(uint32_t device_id, uint32_t table, uint32_t handle);
 
 /** The member that pipe_mgr_sel_fallback_mbr_set has set, 0 for none. There is one for each selector. */
-pd_mbr_hdl ts_model_fallback_member(u32 device_id, u32 selector);
+pd_mbr_hdl ts_model_fallback_member(uint32_t device_id, uint32_t selector);
 
 /*
  * A group picks a member for a packet by two words of 32 bits: the CRC-32 (polynomial 0x04c11db7, reflected,
@@ -167,21 +171,21 @@ pd_mbr_hdl ts_model_fallback_member(u32 device_id, u32 selector);
  *
  * The last three words of pipe_mgr_sel_grp_mbr_get_from_hash are these two, cut to 32 bits, and the address
  * of a pd_mbr_hdl. The word of pipe_mgr_get_word_llp_active_member_count and ..._members is a group's handle;
- * `count` of the first is the address of a u32, of the second how many handles the array at `members` takes:
- * the active members in their order, and 0 behind the last.
+ * `count` of the first is the address of a uint32_t, of the second how many handles the array at `members`
+ * takes: the active members in their order, and 0 behind the last.
  */
 
 /** The member that a packet gets which hits this entry of a match table; the two words count for a group
  * only. */
-pd_status ts_model_lookup_member(u32 device_id, u32 table, pd_entry_hdl entry, u32 first, u32 second,
-                                 pd_mbr_hdl *member);
+pd_status ts_model_lookup_member(uint32_t device_id, uint32_t table, pd_entry_hdl entry, uint32_t first,
+                                 uint32_t second, pd_mbr_hdl *member);
 
 /**
  * Alters what the hardware shows of a member: its action, one of the profile's, and the data, `bytes` long as
  * that action has it. Writing the member puts both copies in step again.
  */
-pd_status ts_model_set_hardware_member(u32 device_id, u32 action_table, pd_mbr_hdl member, u32 action,
-                                       const u8 *data, u32 bytes);
+pd_status ts_model_set_hardware_member(uint32_t device_id, uint32_t action_table, pd_mbr_hdl member,
+                                       uint32_t action, const uint8_t *data, uint32_t bytes);
 
 /** What happened to a profile. The first three are for pipe_register_adt_update_cb, the rest for both
  * callbacks of a selector, those of pipe_mgr_sel_tbl_register_cb first. */
@@ -202,12 +206,12 @@ enum {
 /** What these callbacks get as `update`. What stands below of the callbacks of match tables holds for them
  * too. */
 typedef struct ts_model_profile_update {
-    u32 kind;          /**< one of the above */
+    uint32_t kind;     /**< one of the above */
     pd_grp_hdl group;  /**< 0 where none is concerned */
     pd_mbr_hdl member; /**< likewise */
-    u32 action; /**< of the member, as its data: behind the change, or what it was; 0 without a member */
-    const u8 *data;
-    u32 data_bytes;
+    uint32_t action; /**< of the member, as its data: behind the change, or what it was; 0 without a member */
+    const uint8_t *data;
+    uint32_t data_bytes;
 } ts_model_profile_update;
 
 /*
@@ -223,7 +227,7 @@ typedef struct ts_model_profile_update {
  */
 
 /** Drops all that the member-selection store has of a device, which is what a restarted process has lost. */
-pd_status ts_model_forget_selection(u32 device_id);
+pd_status ts_model_forget_selection(uint32_t device_id);
 
 /* ---- Software copy and hardware copy ---- */
 
@@ -240,21 +244,22 @@ pd_status ts_model_forget_selection(u32 device_id);
  * Alters the action and its data. `bytes` is the data length of the action, which is one of the table's; 0
  * where entries point at members or groups.
  */
-pd_status ts_model_set_hardware_action(u32 device_id, u32 table, pd_entry_hdl entry, u32 action,
-                                       const u8 *data, u32 bytes);
+pd_status ts_model_set_hardware_action(uint32_t device_id, uint32_t table, pd_entry_hdl entry,
+                                       uint32_t action, const uint8_t *data, uint32_t bytes);
 
 /** Alters both key images of an entry, which are `bytes` long. The default entry has none. */
-pd_status ts_model_set_hardware_key(u32 device_id, u32 table, pd_entry_hdl entry, const u8 *value,
-                                    const u8 *mask, u32 bytes);
+pd_status ts_model_set_hardware_key(uint32_t device_id, uint32_t table, pd_entry_hdl entry,
+                                    const uint8_t *value, const uint8_t *mask, uint32_t bytes);
 
 /**
  * Alters what an entry points at: `kind` is PIPE_ACTION_MEMBER or PIPE_ACTION_GROUP, `handle` that of a
  * member or group of the table's profile. A table without one gives TS_MODEL_BAD_ARGUMENT.
  */
-pd_status ts_model_set_hardware_reference(u32 device_id, u32 table, pd_entry_hdl entry, u8 kind, u32 handle);
+pd_status ts_model_set_hardware_reference(uint32_t device_id, uint32_t table, pd_entry_hdl entry,
+                                          uint8_t kind, uint32_t handle);
 
 /** Takes the entry out of the hardware: reading it from there gives TS_MODEL_UNKNOWN_OBJECT. */
-pd_status ts_model_remove_hardware_entry(u32 device_id, u32 table, pd_entry_hdl entry);
+pd_status ts_model_remove_hardware_entry(uint32_t device_id, uint32_t table, pd_entry_hdl entry);
 
 /* ---- Update callbacks ---- */
 
@@ -277,9 +282,9 @@ enum {
  * registrations are taken back may still be told.
  */
 typedef struct ts_model_update {
-    u32 kind; /**< one of the above */
+    uint32_t kind; /**< one of the above */
     pd_entry_hdl entry;
-    u32 action;              /**< handle of the action function */
+    uint32_t action;         /**< handle of the action function */
     ts_model_entry contents; /**< behind the change; of a deleted entry, what it was */
 } ts_model_update;
 
@@ -292,7 +297,7 @@ typedef struct ts_model_update {
  * operation decodes is refused with TS_MODEL_BAD_ARGUMENT.
  */
 typedef struct ts_model_plcmt_request {
-    u32 device_id;
+    uint32_t device_id;
     pd_entry_hdl entry; /**< may be TS_MODEL_DEFAULT_ENTRY; in a profile, the member or group */
     void *data;         /**< the caller frees it with ts_model_free_plcmt_data */
 } ts_model_plcmt_request;
@@ -301,7 +306,7 @@ typedef struct ts_model_plcmt_request {
  * Writes the members of the group that placement data tells of, in their order, `room` of them at most.
  * Returns how many there are; 0 for null and for data that tells of no group.
  */
-u32 ts_model_plcmt_group(const void *plcmt_data, pd_mbr_hdl *members, u32 room);
+uint32_t ts_model_plcmt_group(const void *plcmt_data, pd_mbr_hdl *members, uint32_t room);
 
 /** Frees placement data; null is allowed. */
 void ts_model_free_plcmt_data(void *data);
@@ -336,12 +341,14 @@ enum {
  * count, `bytes` to the second one, both of the hardware copy; reading shows the software copy, which a sync
  * brings up to date. Writing a cell writes both copies.
  */
-pd_status ts_model_count(u32 device_id, u32 table, pd_entry_hdl entry, u64 packets, u64 bytes);
+pd_status ts_model_count(uint32_t device_id, uint32_t table, pd_entry_hdl entry, uint64_t packets,
+                         uint64_t bytes);
 
 /** ts_model_lookup, then ts_model_count for what the key hit, on a miss for the default entry; armed
  * snapshots capture the key. */
-pd_status ts_model_counted_lookup(u32 device_id, u32 table, const u8 *key, u32 key_bytes, u32 partition_index,
-                                  u64 packets, u64 bytes, ts_model_hit *hit);
+pd_status ts_model_counted_lookup(uint32_t device_id, uint32_t table, const uint8_t *key, uint32_t key_bytes,
+                                  uint32_t partition_index, uint64_t packets, uint64_t bytes,
+                                  ts_model_hit *hit);
 
 /**
  * Says who calls the callbacks of table-wide syncs, of counters and registers alike: the thread of the
@@ -358,7 +365,7 @@ void ts_model_wait_for_syncs(void);
 /* ---- Meters and discard tables ---- */
 
 /** Reads what pipe_mgr_wred_ent_set has set in a cell, which no driver operation reads. */
-pd_status ts_model_get_wred(u32 device_id, u32 wred, u32 index, u32 words[4]);
+pd_status ts_model_get_wred(uint32_t device_id, uint32_t wred, uint32_t index, uint32_t words[4]);
 
 /* ---- Registers ---- */
 
@@ -371,8 +378,8 @@ pd_status ts_model_get_wred(u32 device_id, u32 wred, u32 index, u32 words[4]);
  * indexed register keeps the first byte of a value, that of an entry all 16. Reading a range stops at the
  * last cell, resetting one beyond it is refused.
  */
-pd_status ts_model_set_hardware_register(u32 device_id, u32 table, u32 cell, u32 pipe_id, const u8 *value,
-                                         u32 bytes);
+pd_status ts_model_set_hardware_register(uint32_t device_id, uint32_t table, uint32_t cell, uint32_t pipe_id,
+                                         const uint8_t *value, uint32_t bytes);
 
 /* ---- Idle time ---- */
 
@@ -388,7 +395,7 @@ pd_status ts_model_set_hardware_register(u32 device_id, u32 table, u32 cell, u32
  * pipe_mgr_idle_time_update_hit_state are an entry and its new hit state: 1 is a hit without packets, and 0
  * makes it idle without a callback.
  */
-pd_status ts_model_advance_clock(u32 device_id, u32 ticks);
+pd_status ts_model_advance_clock(uint32_t device_id, uint32_t ticks);
 
 /* ---- Digests ---- */
 
@@ -398,11 +405,11 @@ pd_status ts_model_advance_clock(u32 device_id, u32 ticks);
  * else is refused with TS_MODEL_UNKNOWN_OBJECT. ts_model_reset and the removal of the device free it, too.
  */
 typedef struct ts_model_digest_message {
-    u32 device_id;
-    u32 digest;
-    u32 count;         /**< of entries, at least 1 */
-    u32 entry_bytes;   /**< of one entry */
-    const u8 *entries; /**< one behind the other, as they were given to ts_model_digest */
+    uint32_t device_id;
+    uint32_t digest;
+    uint32_t count;         /**< of entries, at least 1 */
+    uint32_t entry_bytes;   /**< of one entry */
+    const uint8_t *entries; /**< one behind the other, as they were given to ts_model_digest */
 } ts_model_digest_message;
 
 /**
@@ -413,13 +420,13 @@ typedef struct ts_model_digest_message {
  * A digest has one callback per device: registering again replaces the session's own, and another session is
  * refused with TS_MODEL_ALREADY_EXISTS until the first one has deregistered.
  */
-pd_status ts_model_digest(u32 device_id, u32 digest, const u8 *entries, u32 count);
+pd_status ts_model_digest(uint32_t device_id, uint32_t digest, const uint8_t *entries, uint32_t count);
 
 /** How many messages of a digest are not acknowledged yet. */
-u32 ts_model_pending_digests(u32 device_id, u32 digest);
+uint32_t ts_model_pending_digests(uint32_t device_id, uint32_t digest);
 
 /** What pipe_mgr_flow_lrn_set_timeout has set, 0 to begin with. */
-u32 ts_model_learning_timeout(u32 device_id);
+uint32_t ts_model_learning_timeout(uint32_t device_id);
 
 /* ---- Parser value sets ---- */
 
@@ -462,36 +469,36 @@ enum {
 /**
  * A snapshot as the model holds it; the pointers live until its trigger is set again or it is deleted.
  *
- * The six words of bf_snapshot_create are the first five members in their order, and the address of a u32
- * that receives the handle, whose bit 1 is the direction. Setting the trigger arms the snapshot and drops
- * what it has captured. While it is armed, each ts_model_counted_lookup in any table of the device captures
- * its key, whatever the trigger is: the key's image goes to the start of the next stage's record, until the
- * last stage has one.
+ * The six words of bf_snapshot_create are the first five members in their order, and the address of a
+ * uint32_t that receives the handle, whose bit 1 is the direction. Setting the trigger arms the snapshot and
+ * drops what it has captured. While it is armed, each ts_model_counted_lookup in any table of the device
+ * captures its key, whatever the trigger is: the key's image goes to the start of the next stage's record,
+ * until the last stage has one.
  *
  * bf_snapshot_capture_get does not look at `second` and `control`. Its count is `captured`.
  * bf_snapshot_capture_phv_fields_dict_size tells sizes even when it fails: those of a single stage for an
  * unknown snapshot.
  */
 typedef struct ts_model_snapshot {
-    u32 device_id;
-    u32 pipe;        /**< kept as given */
-    u32 first_stage; /**< the stages that it looks at, at most TS_MODEL_STAGES - 1 */
-    u32 last_stage;  /**< included, not below the first */
-    u32 direction;
-    u32 captured;   /**< stages, up to the last one that captured something */
-    const u8 *spec; /**< the trigger, null like its mask before it is set */
-    const u8 *mask;
-    u32 stage_bytes; /**< of the two records, and of each stage of a capture */
+    uint32_t device_id;
+    uint32_t pipe;        /**< kept as given */
+    uint32_t first_stage; /**< the stages that it looks at, at most TS_MODEL_STAGES - 1 */
+    uint32_t last_stage;  /**< included, not below the first */
+    uint32_t direction;
+    uint32_t captured;   /**< stages, up to the last one that captured something */
+    const uint8_t *spec; /**< the trigger, null like its mask before it is set */
+    const uint8_t *mask;
+    uint32_t stage_bytes; /**< of the two records, and of each stage of a capture */
 } ts_model_snapshot;
 
 /** Reads a snapshot. TS_MODEL_UNKNOWN_OBJECT when there is none. */
-pd_status ts_model_get_snapshot(u32 snapshot, ts_model_snapshot *out);
+pd_status ts_model_get_snapshot(uint32_t snapshot, ts_model_snapshot *out);
 
 /**
  * Captures `count` bytes in one stage of an armed snapshot; the rest of the stage's record is 0.
  * TS_MODEL_UNKNOWN_OBJECT for a snapshot that is not armed.
  */
-pd_status ts_model_capture(u32 snapshot, u32 stage, const u8 *bytes, u32 count);
+pd_status ts_model_capture(uint32_t snapshot, uint32_t stage, const uint8_t *bytes, uint32_t count);
 
 /* ---- What the driver does of its own accord ---- */
 
@@ -499,20 +506,20 @@ pd_status ts_model_capture(u32 snapshot, u32 stage, const u8 *bytes, u32 count);
  * Calls the registered client's device-removal callback, then drops what the device held. Nothing happens
  * without a client.
  */
-void ts_model_remove_device(u32 device_id);
+void ts_model_remove_device(uint32_t device_id);
 
 /**
  * Calls the client's state-log callback and gives the document as JSON text. The caller frees it with free();
  * null without a client.
  */
-char *ts_model_log_state(u32 device_id);
+char *ts_model_log_state(uint32_t device_id);
 
 /**
  * Parses `json` and hands it to the client's restore callback, whose status comes back. TS_MODEL_BAD_ARGUMENT
  * for text that is no JSON, TS_MODEL_UNKNOWN_OBJECT without a client. The library trusts the document: text
  * that is JSON but no document of ts_model_log_state's form ends the process.
  */
-pd_status ts_model_restore_state(u32 device_id, const char *json);
+pd_status ts_model_restore_state(uint32_t device_id, const char *json);
 
 #ifdef __cplusplus
 }

@@ -31,7 +31,7 @@ constexpr char beginning[] = R"(/* Made by tessel-shell explain --as c. */
 
 static int failures;
 
-static inline void synced(u32 device, pd_word cookie)
+static inline void synced(uint32_t device, pd_word cookie)
 {
     (void)device;
     (void)cookie;
@@ -239,7 +239,7 @@ std::string CProgram::attributes()
 
 std::string CProgram::register_value()
 {
-    records_ += declared("u8", "value[]", std::to_string(call_->value.bytes[0] & 1) + ", ");
+    records_ += declared("uint8_t", "value[]", std::to_string(call_->value.bytes[0] & 1) + ", ");
     return "value";
 }
 
@@ -309,7 +309,7 @@ std::string CProgram::made(const char *kind)
 {
     const std::string name = variable(kind, call_->word(kind));
     if (variables_.insert(name).second)
-        handles_ += "    u32 " + name + " = 0;\n";
+        handles_ += "    uint32_t " + name + " = 0;\n";
     return '&' + name;
 }
 

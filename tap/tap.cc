@@ -18,6 +18,11 @@ int changed(Do change)
 
 } // namespace
 
+const char *ts_tap_version(void)
+{
+    return PD_VERSION;
+}
+
 int ts_tap_trace(ts_tap_trace_fn sink, void *cookie)
 {
     return changed([&](tap::State &state) {

@@ -16,8 +16,12 @@
 #include <stddef.h>
 
 #include "pd_types.h"
+#include "pd_version.h"
 
 PD_BEGIN_DECLS
+
+/** The version of the tap that was loaded, as PD_VERSION writes it. */
+const char *ts_tap_version(void);
 
 /** Receives a call as one line of text, without a newline, on the thread that made it, once it is over. */
 typedef void (*ts_tap_trace_fn)(const char *line, void *cookie);
@@ -37,15 +41,15 @@ int ts_tap_trace_file(const char *path);
  * @param path the file; null ends the record
  * @param size bytes of calls that it keeps, at least 65536; 0 stands for 64 MiB
  */
-int ts_tap_record(const char *path, u64 size);
+int ts_tap_record(const char *path, uint64_t size);
 
 /** Which calls are refused, and how. A refused call does not reach the driver and leaves its out values
  * alone. */
 typedef struct ts_tap_fault {
     const char *operation; /**< the operation; null for all that return a status */
-    u64 nth;               /**< refuse the n-th call from now and no other; 0 to refuse all of them */
+    uint64_t nth;          /**< refuse the n-th call from now and no other; 0 to refuse all of them */
     double probability;    /**< of a call to be refused, where `nth` is 0; 0 stands for 1 */
-    u64 seed;              /**< of the chance, which is the same for the same seed and order of calls */
+    uint64_t seed;         /**< of the chance, which is the same for the same seed and order of calls */
     pd_status status;      /**< what is returned, not 0; an operation that gives memory gives null instead */
 } ts_tap_fault;
 

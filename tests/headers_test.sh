@@ -1,6 +1,7 @@
 #!/bin/sh
-# Texts of the public headers that hang on numbers, and: every header compiles alone, as the first line of a program, with all warnings as errors: the public ones as
-# C99, C11, C++11 and C++20, those of the driver as C11 and C++20.
+# Texts of the public headers that hang on numbers, and: every header compiles alone, as the first line of a program
+# with short types of its own, with all warnings as errors: the public ones as C99, C11, C++11 and C++20, those of the
+# driver as C11 and C++20.
 # usage: headers_test.sh CC C_FLAGS CXX CXX_FLAGS PUBLIC_DIRECTORY GENERATED_DIRECTORY DRIVER_DIRECTORY
 set -eu
 cc=$1 c_flags=$2 cxx=$3 cxx_flags=$4 public=$5 generated=$6/include driver=$7 operations=$6/driver
@@ -14,7 +15,7 @@ alone() {
     esac
     tried=$((tried + 1))
     # The compiler and its flags are lists of words.
-    if ! echo "#include \"$1\"" | $compiler -std="$2" -fsyntax-only -Wall -Wextra -Wpedantic -Werror \
+    if ! printf '#include "%s"\ntypedef struct own { int its; } u8, u16, u32, u64;\n' "$1" | $compiler -std="$2" -fsyntax-only -Wall -Wextra -Wpedantic -Werror \
         -I "$public" -I "$generated" -I "$driver" -I "$operations" -; then
         echo "$1 does not compile alone as $2" >&2
         wrong=$((wrong + 1))

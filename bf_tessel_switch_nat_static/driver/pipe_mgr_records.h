@@ -20,13 +20,13 @@ enum { PIPE_ALL_PIPES = 0xffff };
 
 /** Which entry is meant: value and mask image of the key, and what else the look-up needs. */
 typedef struct pipe_match_spec {
-    u8 *match_value;     /**< big-endian fields, one after the other, each in whole bytes */
-    u8 *match_mask;      /**< as long as the value */
-    u32 partition_index; /**< the partition of a partitioned table, 0 elsewhere */
-    u32 priority;        /**< ternary: the caller's; LPM: the number of suppressed bits; exact: 0 */
-    u16 num_valid_bits;  /**< sum of the widths of the key fields */
-    u16 num_bytes;       /**< length of each image */
-    u32 match_reserved;  /**< always 0 */
+    uint8_t *match_value;     /**< big-endian fields, one after the other, each in whole bytes */
+    uint8_t *match_mask;      /**< as long as the value */
+    uint32_t partition_index; /**< the partition of a partitioned table, 0 elsewhere */
+    uint32_t priority;        /**< ternary: the caller's; LPM: the number of suppressed bits; exact: 0 */
+    uint16_t num_valid_bits;  /**< sum of the widths of the key fields */
+    uint16_t num_bytes;       /**< length of each image */
+    uint32_t match_reserved;  /**< always 0 */
 } pipe_match_spec;
 
 PD_OFFSET(pipe_match_spec, match_value, 0);
@@ -40,9 +40,9 @@ PD_SIZE(pipe_match_spec, 24);
 
 /** The image of an action's parameters. */
 typedef struct pipe_action_data {
-    u16 num_valid_bits; /**< sum of the widths of the parameters */
-    u16 num_bytes;      /**< length of the image */
-    u8 *data;           /**< never null, not even for an action without parameters */
+    uint16_t num_valid_bits; /**< sum of the widths of the parameters */
+    uint16_t num_bytes;      /**< length of the image */
+    uint8_t *data;           /**< never null, not even for an action without parameters */
 } pipe_action_data;
 
 PD_OFFSET(pipe_action_data, num_valid_bits, 0);
@@ -52,13 +52,13 @@ PD_SIZE(pipe_action_data, 8);
 
 /** A meter as the driver takes it. */
 typedef struct pipe_meter_spec {
-    u32 meter_type;     /**< 0 colour aware, 1 colour unaware */
-    u32 committed_unit; /**< 0 bytes, 1 packets */
-    u64 committed_rate;
-    u64 committed_burst;
-    u32 peak_unit; /**< 0 bytes, 1 packets */
-    u64 peak_rate;
-    u64 peak_burst;
+    uint32_t meter_type;     /**< 0 colour aware, 1 colour unaware */
+    uint32_t committed_unit; /**< 0 bytes, 1 packets */
+    uint64_t committed_rate;
+    uint64_t committed_burst;
+    uint32_t peak_unit; /**< 0 bytes, 1 packets */
+    uint64_t peak_rate;
+    uint64_t peak_burst;
 } pipe_meter_spec;
 
 PD_OFFSET(pipe_meter_spec, meter_type, 0);
@@ -72,7 +72,7 @@ PD_SIZE(pipe_meter_spec, 44);
 
 /** One element of a register table. */
 typedef struct pipe_stful_value {
-    u8 bytes[16]; /**< the one-bit registers of this program use byte 0 only */
+    uint8_t bytes[16]; /**< the one-bit registers of this program use byte 0 only */
 } pipe_stful_value;
 
 PD_SIZE(pipe_stful_value, 16);
@@ -86,13 +86,13 @@ enum {
 
 /** One stateful resource of an entry. */
 typedef struct pipe_res_spec {
-    u32 res_handle; /**< the counter, meter or register table */
-    u32 res_index;  /**< the cell of that table; 0 for a direct resource */
+    uint32_t res_handle; /**< the counter, meter or register table */
+    uint32_t res_index;  /**< the cell of that table; 0 for a direct resource */
     union {
         pipe_meter_spec meter;
         pipe_stful_value stful;
-    } res_data;  /**< zero unless a value is written */
-    u32 res_tag; /**< PIPE_RES_KEEP, PIPE_RES_ATTACH or PIPE_RES_DETACH */
+    } res_data;       /**< zero unless a value is written */
+    uint32_t res_tag; /**< PIPE_RES_KEEP, PIPE_RES_ATTACH or PIPE_RES_DETACH */
 } pipe_res_spec;
 
 PD_OFFSET(pipe_res_spec, res_handle, 0);
@@ -111,8 +111,8 @@ enum {
 
 /** What an entry does, and the stateful resources that hang on it. */
 typedef struct pipe_action_spec {
-    u8 action_kind;    /**< one of PIPE_ACTION_* */
-    u8 resource_count; /**< resources in use, 0 to 4 */
+    uint8_t action_kind;    /**< one of PIPE_ACTION_* */
+    uint8_t resource_count; /**< resources in use, 0 to 4 */
     pipe_action_data action_data;
     pd_mbr_hdl member_hdl;
     pd_grp_hdl group_hdl;
@@ -131,8 +131,8 @@ PD_SIZE(pipe_action_spec, 244);
 
 /** The two counts of a cell, in the driver's order. */
 typedef struct pipe_stat_data {
-    u64 second_count;
-    u64 first_count;
+    uint64_t second_count;
+    uint64_t first_count;
 } pipe_stat_data;
 
 PD_OFFSET(pipe_stat_data, second_count, 0);
@@ -141,7 +141,7 @@ PD_SIZE(pipe_stat_data, 16);
 
 /** What a read fills: as many elements as the register has values, one for each pipe. */
 typedef struct pipe_stful_query {
-    u32 count; /**< room on the way in; the driver may lower it */
+    uint32_t count; /**< room on the way in; the driver may lower it */
     pipe_stful_value *elements;
 } pipe_stful_query;
 
@@ -151,7 +151,7 @@ PD_SIZE(pipe_stful_query, 8);
 
 /** A WRED cell: four words that the library copies unread. */
 typedef struct pipe_wred_spec {
-    u32 words[4];
+    uint32_t words[4];
 } pipe_wred_spec;
 
 PD_SIZE(pipe_wred_spec, 16);
@@ -160,14 +160,14 @@ PD_SIZE(pipe_wred_spec, 16);
 
 /** How a table ages its entries. The words are the driver's; those of other modes than 1 have no meaning. */
 typedef struct pipe_idle_params {
-    u32 idle_mode;
-    u32 idle_param_1;
-    u32 idle_param_2;
-    u32 idle_param_3;
-    u32 idle_param_4;
-    u32 reserved_1; /**< 0 on write */
-    u32 idle_param_5;
-    u32 reserved_2; /**< 0 on write */
+    uint32_t idle_mode;
+    uint32_t idle_param_1;
+    uint32_t idle_param_2;
+    uint32_t idle_param_3;
+    uint32_t idle_param_4;
+    uint32_t reserved_1; /**< 0 on write */
+    uint32_t idle_param_5;
+    uint32_t reserved_2; /**< 0 on write */
 } pipe_idle_params;
 
 PD_OFFSET(pipe_idle_params, idle_mode, 0);
@@ -180,8 +180,8 @@ PD_SIZE(pipe_idle_params, 32);
 
 /** The value of a property. */
 typedef struct pipe_pvs_property_value {
-    u32 value;
-    u32 reserved; /**< 0 */
+    uint32_t value;
+    uint32_t reserved; /**< 0 */
 } pipe_pvs_property_value;
 
 PD_OFFSET(pipe_pvs_property_value, value, 0);
@@ -190,9 +190,9 @@ PD_SIZE(pipe_pvs_property_value, 8);
 
 /** What a property is about. */
 typedef struct pipe_pvs_property_args {
-    u32 argument;
-    u32 reserved_1; /**< 0 */
-    u32 reserved_2; /**< 0; the driver does not look at it */
+    uint32_t argument;
+    uint32_t reserved_1; /**< 0 */
+    uint32_t reserved_2; /**< 0; the driver does not look at it */
 } pipe_pvs_property_args;
 
 PD_OFFSET(pipe_pvs_property_args, argument, 0);
@@ -202,11 +202,11 @@ PD_SIZE(pipe_pvs_property_args, 12);
 
 /** An attribute of one input field. */
 typedef struct pipe_hash_calc_input_field_attribute {
-    u32 input_field; /**< id of the field in the input */
-    u32 reserved_1;  /**< 0 on set */
-    u32 reserved_2;  /**< 0 on set */
-    u32 position;    /**< `input_field` + 1 on set */
-    u32 attr_type;
+    uint32_t input_field; /**< id of the field in the input */
+    uint32_t reserved_1;  /**< 0 on set */
+    uint32_t reserved_2;  /**< 0 on set */
+    uint32_t position;    /**< `input_field` + 1 on set */
+    uint32_t attr_type;
     pd_word attr_value;
 } pipe_hash_calc_input_field_attribute;
 

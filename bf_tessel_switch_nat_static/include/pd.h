@@ -23,7 +23,7 @@
 PD_BEGIN_DECLS
 
 /** The library's client handle at the driver: zero until p4_pd_tessel_switch_init has registered it. */
-extern u32 bf_drv_hdl;
+extern uint32_t bf_drv_hdl;
 
 PD_END_DECLS
 

@@ -24,28 +24,30 @@
 
 PD_BEGIN_DECLS
 
+#ifdef PD_SHORT_TYPES /* for those who want them: the names are common, and a program may have its own */
 typedef uint8_t u8;
 typedef uint16_t u16;
 typedef uint32_t u32;
 typedef uint64_t u64;
+#endif
 
 /** A word that may carry a pointer: cookies and words that the library only forwards. */
 typedef uintptr_t pd_word;
 
 /** A driver session, the first argument of every operation that reaches the driver. */
-typedef u32 pd_sess_hdl;
+typedef uint32_t pd_sess_hdl;
 /** An entry of a match-action table; made by the driver when the entry is added. */
-typedef u32 pd_entry_hdl;
+typedef uint32_t pd_entry_hdl;
 /** A member of an action profile. */
-typedef u32 pd_mbr_hdl;
+typedef uint32_t pd_mbr_hdl;
 /** A selector group of an action profile. */
-typedef u32 pd_grp_hdl;
+typedef uint32_t pd_grp_hdl;
 
 /**
  * 0 for success. The driver's statuses pass through the library unchanged; those below are the library's own,
  * and a caller cannot tell them from the same numbers of the driver.
  */
-typedef u32 pd_status;
+typedef uint32_t pd_status;
 
 /** The statuses that the library makes up itself, each where the function's text names it. */
 enum {
@@ -72,8 +74,8 @@ enum {
 
 /** Where an operation applies: a device and one of its pipes. Passed by value, handed on unread. */
 typedef struct pd_dev_target {
-    u32 device_id; /**< the chip */
-    u32 pipe_id;   /**< one pipe of it, or 0xffff for all pipes */
+    uint32_t device_id; /**< the chip */
+    uint32_t pipe_id;   /**< one pipe of it, or 0xffff for all pipes */
 } pd_dev_target;
 
 /** What a meter is asked to do with the colour that a packet brings along. */
@@ -81,39 +83,39 @@ enum { PD_METER_TYPE_COLOR_AWARE = 0, PD_METER_TYPE_COLOR_UNAWARE = 1 };
 
 /** A meter as a caller describes it. Rates and bursts are in the driver's units. */
 typedef struct pd_meter_spec {
-    u32 committed_rate;
-    u32 committed_burst;
-    u32 peak_rate;
-    u32 peak_burst;
+    uint32_t committed_rate;
+    uint32_t committed_burst;
+    uint32_t peak_rate;
+    uint32_t peak_burst;
     /** PD_METER_TYPE_COLOR_AWARE or PD_METER_TYPE_COLOR_UNAWARE; another value is logged and counts as colour
      * aware, and ends the process when the driver is in debug mode. */
-    u32 requested_meter_type;
+    uint32_t requested_meter_type;
 } pd_meter_spec;
 
 /** Called by the driver for an update of a match table; `update` is the driver's. */
-typedef void (*pd_mat_update_cb)(u32 device_id, u32 table, const void *update, pd_word cookie);
+typedef void (*pd_mat_update_cb)(uint32_t device_id, uint32_t table, const void *update, pd_word cookie);
 
 /** Called by the driver for a change to a profile's members; `update` is the driver's. */
-typedef void (*pd_adt_update_cb)(u32 device_id, u32 table, const void *update, pd_word cookie);
+typedef void (*pd_adt_update_cb)(uint32_t device_id, uint32_t table, const void *update, pd_word cookie);
 
 /** Called by the driver for a change to a profile's groups; `update` is the driver's. */
-typedef void (*pd_sel_update_cb)(u32 device_id, u32 table, const void *update, pd_word cookie);
+typedef void (*pd_sel_update_cb)(uint32_t device_id, uint32_t table, const void *update, pd_word cookie);
 
 /** Called by the driver when a copy that was asked for is up to date. */
-typedef void (*pd_sync_cb)(u32 device_id, pd_word cookie);
+typedef void (*pd_sync_cb)(uint32_t device_id, pd_word cookie);
 
 /** Called by the driver for an entry that has been idle for its time to live. */
-typedef void (*pd_idle_tmo_cb)(u32 device_id, u32 table, pd_entry_hdl entry, pd_word cookie);
+typedef void (*pd_idle_tmo_cb)(uint32_t device_id, uint32_t table, pd_entry_hdl entry, pd_word cookie);
 
 /** How the entries of a table age. What the parameters mean is the driver's. */
 typedef struct pd_idle_params {
-    u32 idle_mode; /**< 1 is the mode that the parameters belong to */
-    u32 idle_param_1;
-    u32 idle_param_2;
-    u32 idle_param_3;
-    u32 idle_param_4;
-    u32 idle_param_5;
-    u8 idle_flag; /**< not handed on; 0 when read */
+    uint32_t idle_mode; /**< 1 is the mode that the parameters belong to */
+    uint32_t idle_param_1;
+    uint32_t idle_param_2;
+    uint32_t idle_param_3;
+    uint32_t idle_param_4;
+    uint32_t idle_param_5;
+    uint8_t idle_flag; /**< not handed on; 0 when read */
 } pd_idle_params;
 
 /** Whether a member takes part in the selection of its group. */
@@ -125,16 +127,16 @@ struct pipe_action_data;
 
 /** One resource of an entry that was read back: the counter, meter or register table and the cell of it. */
 typedef struct pd_res_ref {
-    u32 res_handle;
-    u32 res_index;
+    uint32_t res_handle;
+    uint32_t res_index;
 } pd_res_ref;
 
 /** What an entry does, as it is read back. */
 typedef struct pd_action_out {
-    u32 action_number; /**< in the action enum; tells whose record `parameters` holds */
+    uint32_t action_number; /**< in the action enum; tells whose record `parameters` holds */
     union {
-        u32 words[7];
-        u8 bytes[28];
+        uint32_t words[7];
+        uint8_t bytes[28];
     } parameters; /**< the action's parameter record, untouched for an action without parameters */
 } pd_action_out;
 

@@ -33,8 +33,8 @@ pd_word sample_start(void);
 
 /** Adds resources. */
 pd_status sample_add_resources_to_an_entry_of_a_table(
-    pd_dev_target target, pipe_match_spec *match, pipe_res_spec *resources, u32 count, pipe_stat_data **cells,
-    u32 *read, pipe_idle_tmo_cb callback, pd_word cookie);
+    pd_dev_target target, pipe_match_spec *match, pipe_res_spec *resources, uint32_t count,
+    pipe_stat_data **cells, uint32_t *read, pipe_idle_tmo_cb callback, pd_word cookie);
 
 #ifdef __cplusplus
 }
