@@ -1,0 +1,6 @@
+#include <pd.h>
+
+pd_status status_of_a_library(void)
+{
+    return PD_STATUS_SUCCESS;
+}
