@@ -31,7 +31,7 @@ constexpr char beginning[] = R"(/* Made by tessel-shell explain --as c. */
 
 static int failures;
 
-static inline void synced(uint32_t device, pd_word cookie)
+void synced(uint32_t device, pd_word cookie)
 {
     (void)device;
     (void)cookie;

@@ -12,9 +12,9 @@ trap 'rm -r "$folder"' EXIT
 expect() { [ "$2" = "$3" ] || { echo "$1: '$2' instead of '$3'" >&2; exit 1; }; }
 
 for component in libraries development tools documentation; do
-    "$cmake" --install "$build" --prefix "$folder/$component" --component $component >/dev/null
+    "$cmake" --install "$build" --prefix "$folder/installed/$component" --component $component >/dev/null
 done
-(cd "$folder" && find . ! -type d) | LC_ALL=C sort |
+(cd "$folder/installed" && find . ! -type d) | LC_ALL=C sort |
     sed -E "s|^\./||; s|/lib/[^/]*-linux-gnu[^/]*/|/lib/|; s|$version|VERSION|; s|-(debug\|release)\.cmake|-CONFIG.cmake|" \
         >"$folder/list"
 [ -z "${TS_RENEW-}" ] || cp "$folder/list" "$list"

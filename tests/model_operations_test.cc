@@ -78,8 +78,6 @@ private:
     pipe_match_spec match{};
     pipe_action_data data{};
     ts_model_plcmt_request request{};
-    ts_model_hit hit{};
-    ts_model_entry entry{};
 
     // The records of an entry of the table; as large where they are read into.
     pipe_match_spec *key_of(const Table &table, u8 last)
@@ -121,7 +119,7 @@ private:
 #define CALL(...)                                                                                            \
     [this](u32 device, u32 table) -> pd_status {                                                             \
         [[maybe_unused]] const pd_dev_target at{device, PIPE_ALL_PIPES};                                     \
-        (void)table;                                                                                         \
+        (void)this, (void)table;                                                                             \
         return __VA_ARGS__;                                                                                  \
     }
 #define OF(name, table, ...)                                                                                 \

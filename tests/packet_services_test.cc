@@ -257,7 +257,7 @@ TEST_F(Hashes, AttributesAreCountedAndRead)
             expect_steps(
                 {current,
                  {line("pipe_mgr_hash_calc_input_field_attribute_count_get", sess, device, calc, handle)}},
-                [&] { return count_them(number); });
+                [&, number = number] { return count_them(number); });
             EXPECT_EQ(count, handle) << "the same answer";
             for (const u32 capacity : {3u, 1u}) {
                 expect_steps({current,
@@ -265,10 +265,10 @@ TEST_F(Hashes, AttributesAreCountedAndRead)
                                Failure::untested},
                               {line("pipe_mgr_hash_calc_input_field_attribute_get", sess, device, calc,
                                     handle, capacity)}},
-                             [&] { return read(number, capacity); });
+                             [&, number = number] { return read(number, capacity); });
                 EXPECT_EQ(count, std::min(capacity, 2u));
             }
-            expect_steps({current}, [&] { return read(number, 0); });
+            expect_steps({current}, [&, number = number] { return read(number, 0); });
             EXPECT_EQ(count, 0u);
         }
         recorder::answer.numbers = {input};
@@ -494,7 +494,7 @@ TEST_F(Snapshots, CapturesComeBackAsTheyAre)
                 found.assign(21, untouched);
                 return p4_pd_tessel_switch_snapshot_capture_data_get(0x12, cookie, found.data(), 34, &count);
             };
-            const auto expect_records = [&](u32 copied) {
+            const auto expect_records = [&, stage = stage](u32 copied) {
                 for (u32 i = 0; i < found.size(); ++i) {
                     pd_snapshot_phv expected = i < copied ? pd_snapshot_phv{} : untouched;
                     if (captured && i < copied)

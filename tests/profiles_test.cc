@@ -358,7 +358,7 @@ TEST_F(Profiles, TheRestIsHandedOn)
 
         for (const auto &[get, handle] : {std::pair{profile.get_adt_table_handle, facts.table},
                                           std::pair{profile.get_sel_table_handle, sel}}) {
-            EXPECT_EQ(run(0, 0, [&] { return get(&result); }), 0u);
+            EXPECT_EQ(run(0, 0, [&, get = get] { return get(&result); }), 0u);
             EXPECT_EQ(result, handle);
             EXPECT_EQ(get(nullptr), 0u);
             EXPECT_EQ(recorder::calls(), 0u);

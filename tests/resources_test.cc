@@ -173,7 +173,9 @@ TEST_F(Resources, MetersAreSetAndReadByHandle)
         const u32 meter = random.word();
         for (const auto &[type, has_pre_color, condition] : requests) {
             const pd_meter_spec spec = requested(type);
-            const auto set = [&] { return kind.set(sess, target, meter, cell, &spec, has_pre_color); };
+            const auto set = [&, pre_color = has_pre_color] {
+                return kind.set(sess, target, meter, cell, &spec, pre_color);
+            };
             const std::string call =
                 line("pipe_mgr_meter_ent_set", sess, target, meter, cell, written(type, kind.unit), 0);
             for (const bool debug_mode : {false, true}) {

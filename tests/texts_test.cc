@@ -529,8 +529,9 @@ TEST_F(Telling, V4AndMacAddresses)
                                      {0xff00ff00u, "sip 10.11.12.13/8 "},
                                      {0x7fffffffu, "sip 10.11.12.13/0 "},
                                      {0u, ""}})
-        EXPECT_EQ(text_of([&](char *b) { return PD(_print_v4addr_ternary)(b, "sip", 0x0a0b0c0d, mask); }),
-                  text);
+        EXPECT_EQ(
+            text_of([mask = mask](char *b) { return PD(_print_v4addr_ternary)(b, "sip", 0x0a0b0c0d, mask); }),
+            text);
 
     EXPECT_EQ(text_of([](char *b) { return PD(_print_mac_exact)(b, "dmac", 0xff0180c2, 0xff00000e); }),
               "dmac 0180.c200.000e ");
