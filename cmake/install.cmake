@@ -66,4 +66,6 @@ install(DIRECTORY ${TS_GENERATED}/reference DESTINATION ${CMAKE_INSTALL_DOCDIR} 
     PATTERN *.json EXCLUDE)
 
 include(cmake/manual_pages.cmake)
-include(cmake/packages.cmake)
+if(PROJECT_IS_TOP_LEVEL)
+    include(cmake/packages.cmake)
+endif()

@@ -622,7 +622,7 @@ u64 tap::any_operation(unsigned operation, std::initializer_list<Value> values)
 
 // ---- Counting allocations ---------------------------------------------------------------------------------
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef TS_SANITIZED
 
 // A sanitizer has an allocator of its own, and hooks to count with. GCC comes without their header.
 extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*)(const volatile void *, std::size_t),
