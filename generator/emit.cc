@@ -1,7 +1,7 @@
 #include "emit.h"
 
+#include <cctype>
 #include <fstream>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 
@@ -123,11 +123,28 @@ void write_if_changed(const fs::path &path, const std::string &text)
     fs::rename(fresh, path);
 }
 
-// Rows and templates say u32 and the like. Whoever includes a header need not have these names.
+bool is_of_a_word(char c)
+{
+    return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
+}
+
+// Rows and templates say u32 and the like. Whoever includes a header, or copies a prototype, need not have
+// these names.
 std::string with_standard_types(const std::string &text)
 {
-    static const std::regex short_type(R"(\bu(8|16|32|64)\b)");
-    return std::regex_replace(text, short_type, "uint$1_t");
+    std::string standard;
+    for (std::size_t i = 0; i < text.size();) {
+        std::size_t end = i + (text[i] == '\\' ? 2 : 1); // the letter of an escape belongs to no word
+        while (end < text.size() && is_of_a_word(text[i]) && is_of_a_word(text[end]))
+            ++end;
+        const std::string_view word = std::string_view{text}.substr(i, end - i);
+        if (word == "u8" || word == "u16" || word == "u32" || word == "u64")
+            standard.append("uint").append(word.substr(1)).append("_t");
+        else
+            standard += word;
+        i = end;
+    }
+    return standard;
 }
 
 // A variable without a value is an error, not an empty text.
@@ -223,9 +240,8 @@ private:
         const std::string rendered = text.render(context);
         if (!text.is_valid())
             throw std::runtime_error(std::string(kind.template_name) + ": " + text.error_message());
-        const bool installed = path.starts_with("include/") || path.starts_with("driver/");
         const bool code = path.ends_with(".h") || path.ends_with(".cc");
-        const std::string text_of_file = installed ? with_standard_types(rendered) : rendered;
+        const std::string text_of_file = with_standard_types(rendered);
         files.emplace_back(path, code ? lay_out(text_of_file) : text_of_file);
     }
 };

@@ -37,10 +37,10 @@ TEST(Api, FindsByObjectActionFamilyAndText)
     const std::vector<std::string_view> words{"modify", "setNextHop"};
     const shell::Function *function = shell::find_function("ipv4Host", words);
     ASSERT_NE(function, nullptr);
-    EXPECT_EQ(
-        shell::prototype(*function),
-        "pd_status p4_pd_tessel_switch_ipv4Host_table_modify_with_setNextHop(pd_sess_hdl sess, u32 dev_id, "
-        "pd_entry_hdl entry_hdl, const p4_pd_tessel_switch_setNextHop_action_spec_t *action_spec)");
+    EXPECT_EQ(shell::prototype(*function),
+              "pd_status p4_pd_tessel_switch_ipv4Host_table_modify_with_setNextHop(pd_sess_hdl sess, "
+              "uint32_t dev_id, "
+              "pd_entry_hdl entry_hdl, const p4_pd_tessel_switch_setNextHop_action_spec_t *action_spec)");
     EXPECT_EQ(shell::find_function("ipv4Host", std::vector<std::string_view>{"add", "onHit"}), nullptr);
 }
 

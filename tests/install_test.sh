@@ -15,8 +15,8 @@ for component in libraries development tools documentation; do
     "$cmake" --install "$build" --prefix "$folder/installed/$component" --component $component >/dev/null
 done
 (cd "$folder/installed" && find . ! -type d) | LC_ALL=C sort |
-    sed -E "s|^\./||; s|/lib/[^/]*-linux-gnu[^/]*/|/lib/|; s|$version|VERSION|; s|-(debug\|release)\.cmake|-CONFIG.cmake|" \
-        >"$folder/list"
+    sed -E -e "s|^\./||; s|/lib/[^/]*-linux-gnu[^/]*/|/lib/|; s|$version|VERSION|; s|-(debug\|release)\.cmake|-CONFIG.cmake|" \
+        -e 's|/[a-z_]*\.mustache|/*.mustache|' | uniq >"$folder/list"
 [ -z "${TS_RENEW-}" ] || cp "$folder/list" "$list"
 diff -u "$list" "$folder/list" || { echo "TS_RENEW=1 takes the list over, if that is meant" >&2; exit 1; }
 
