@@ -29,6 +29,6 @@ endif()
 ts_manual_page(pdgen.1 tools pdgen "--about=checks the catalogue and writes what follows from it" $<TARGET_FILE:pdgen>)
 if(TS_BUILD_SHELL)
     ts_manual_page(tessel-shell.1 tools tessel-shell
-        "--about=shell over the tables of tessel_switch" --command explain --command replay
+        "--about=shell over the tables of tessel_switch" --command explain --command replay --command api
         $<TARGET_FILE:tessel-shell>)
 endif()
