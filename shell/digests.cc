@@ -108,7 +108,8 @@ void timeout(Session &session, Words &words)
     if (!words.empty()) {
         const u32 units = parse_u32(words.take(), ~u32{0}, "timeout");
         words.expect_end();
-        return expect_success(p4_pd_tessel_switch_set_learning_timeout(driver_session, device_number(), units));
+        return expect_success(
+            p4_pd_tessel_switch_set_learning_timeout(driver_session, device_number(), units));
     }
     const u32 units = ts_model_learning_timeout(device.device_id);
     std::string line = "timeout: " + std::to_string(units);

@@ -46,8 +46,8 @@ public:
 
     // Carries out the lines of `source`, which messages call `name`. Returns the exit status.
     int run(LineSource &source, const std::string &name);
-    // Carries out the lines of `source`, before which `name` has had `lines_before`; an empty name stands for a
-    // prompt. Returns whether all was well, and can be called again.
+    // Carries out the lines of `source`, before which `name` has had `lines_before`; an empty name stands for
+    // a prompt. Returns whether all was well, and can be called again.
     bool run_some(LineSource &source, const std::string &name, u64 lines_before);
     void set_form(bool json, bool verbose);
     bool done() const { return done_; }
