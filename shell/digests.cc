@@ -18,7 +18,10 @@ namespace {
 using reflection::DigestFunctions;
 using DigestVerb = void(Session &session, Words &words);
 
-constexpr auto device_number = static_cast<u8>(device.device_id);
+u8 device_number()
+{
+    return static_cast<u8>(device.device_id);
+}
 
 const DigestFunctions &take_digest(Words &words)
 {
@@ -105,7 +108,7 @@ void timeout(Session &session, Words &words)
     if (!words.empty()) {
         const u32 units = parse_u32(words.take(), ~u32{0}, "timeout");
         words.expect_end();
-        return expect_success(p4_pd_tessel_switch_set_learning_timeout(driver_session, device_number, units));
+        return expect_success(p4_pd_tessel_switch_set_learning_timeout(driver_session, device_number(), units));
     }
     const u32 units = ts_model_learning_timeout(device.device_id);
     std::string line = "timeout: " + std::to_string(units);
@@ -124,7 +127,7 @@ constexpr Verb<DigestVerb> verbs[] = {
 void DigestWatches::add(const DigestFunctions &digest, bool hold)
 {
     const auto [known, added] = watches_.try_emplace(&digest, session_, digest);
-    const pd_status status = digest.register_callback(driver_session, device_number, receive,
+    const pd_status status = digest.register_callback(driver_session, device_number(), receive,
                                                       reinterpret_cast<pd_word>(&known->second));
     if (status != TS_MODEL_OK && added)
         watches_.erase(known);
@@ -136,7 +139,7 @@ void DigestWatches::remove(const DigestFunctions &digest)
 {
     acknowledge(digest);
     if (watches_.erase(&digest) != 0)
-        expect_success(digest.deregister(driver_session, device_number));
+        expect_success(digest.deregister(driver_session, device_number()));
 }
 
 void DigestWatches::acknowledge(const DigestFunctions &digest)
@@ -153,7 +156,7 @@ void DigestWatches::clear()
     for (const auto &[digest, watch] : watches_) {
         for (const pd_word message : watch.held)
             digest->notify_ack(driver_session, message);
-        digest->deregister(driver_session, device_number);
+        digest->deregister(driver_session, device_number());
     }
     watches_.clear();
 }

@@ -1,5 +1,7 @@
 #include "driver.h"
 
+#include <dlfcn.h>
+
 #include "model.h"
 #include "words.h"
 
@@ -28,6 +30,18 @@ const char *meaning(pd_status status)
 }
 
 } // namespace
+
+bool has_model()
+{
+    static const bool has = dlsym(RTLD_DEFAULT, "ts_model_reset") != nullptr;
+    return has;
+}
+
+void expect_model()
+{
+    if (!has_model())
+        throw BadLine{{}, "this needs the model, which is not in this process"};
+}
 
 void expect_success(pd_status status, std::string_view where)
 {

@@ -10,8 +10,14 @@
 
 namespace shell {
 
-inline constexpr pd_sess_hdl driver_session = 0;
-inline constexpr pd_dev_target device{0, PIPE_ALL_PIPES};
+// Of the commands that this thread carries out.
+inline constinit thread_local pd_sess_hdl driver_session = 0;
+inline constinit thread_local pd_dev_target device{0, PIPE_ALL_PIPES};
+
+// Whether this process has the model, and with it the model's control functions.
+bool has_model();
+// BadLine where the process has none.
+void expect_model();
 
 // BadLine with the reason when the driver refused; at `where`, or for the whole line.
 void expect_success(pd_status status, std::string_view where = {});

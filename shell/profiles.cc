@@ -204,7 +204,7 @@ bool is_active(const ProfileFunctions &profile, pd_grp_hdl group, pd_mbr_hdl mem
 
 pd_mbr_hdl fallback_of(const ProfileFunctions &profile)
 {
-    return ts_model_fallback_member(device.device_id, profile.row->selector);
+    return !has_model() ? 0 : ts_model_fallback_member(device.device_id, profile.row->selector);
 }
 
 void append_json(Json &to, const ProfileNames &names, const Object &object)

@@ -71,7 +71,7 @@ void ProfileFile::save_group_members(pd_grp_hdl group)
     });
     if (!joined.empty())
         write("group add", name + joined);
-    else if (ts_model_references(device.device_id, profile_.row->selector, group) != 0)
+    else if (!has_model() || ts_model_references(device.device_id, profile_.row->selector, group) != 0)
         save_former_member(name);
     for (const std::string &label : inactive)
         write("group state", name + ' ' + label + " inactive");
@@ -93,6 +93,8 @@ void ProfileFile::save_former_member(const std::string &group)
 
 void ProfileFile::save_fallback()
 {
+    if (!has_model())
+        file_.write_line(std::string{"# Not known: the fallback of "} + profile_.row->name);
     if (const pd_mbr_hdl fallback = fallback_of(profile_))
         write("group fallback", names_.members.label(fallback));
 }

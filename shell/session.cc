@@ -72,10 +72,16 @@ std::filesystem::path identity(std::string_view file)
 
 } // namespace
 
-Session::Session(std::ostream &out, std::ostream &err, SessionOptions options)
-    : out_(out), err_(err), options_(options)
+bool goes_on(std::string_view line)
 {
-    p4_pd_tessel_switch_init();
+    return without_comment(line).ends_with('\\');
+}
+
+Session::Session(std::ostream &out, std::ostream &err, SessionOptions options)
+    : out_(out), err_(err), options_(std::move(options))
+{
+    if (!options_.guest)
+        p4_pd_tessel_switch_init();
 }
 
 Session::~Session()
@@ -84,7 +90,8 @@ Session::~Session()
     watches_.clear();
     idle_watches_.clear();
     digest_watches_.clear();
-    p4_pd_tessel_switch_cleanup();
+    if (!options_.guest)
+        p4_pd_tessel_switch_cleanup();
 }
 
 std::ostream &Session::out()
@@ -145,6 +152,21 @@ int Session::run(LineSource &source, const std::string &name)
     return 1;
 }
 
+bool Session::run_some(LineSource &source, const std::string &name, u64 lines_before)
+{
+    const u64 bad_before = bad_lines_;
+    stopping_ = interrupted_ = false;
+    Script script{source, name, name.empty(), {}, {}, lines_before};
+    run_script(script);
+    return bad_lines_ == bad_before && !interrupted_;
+}
+
+void Session::set_form(bool json, bool verbose)
+{
+    options_.json = json;
+    options_.verbose = verbose;
+}
+
 void Session::load(const FileName &file)
 {
     if (std::ranges::find(files_, identity(file.name)) != files_.end())
@@ -188,7 +210,7 @@ void Session::run_script(Script &script)
             stopping_ = !options_.keep_going;
         } catch (const Interrupted &) {
             report_interruption(script);
-            stopping_ = true;
+            stopping_ = interrupted_ = true;
         }
         if (script.at_prompt)
             back_to_prompt();
@@ -250,6 +272,8 @@ void Session::carry_out(const Words &line)
     if (!command->options.empty())
         take_option_words(*command, *line_, line_->size() - words.rest().size());
     Words rest{words.rest()};
+    if (options_.guard)
+        options_.guard(command->name, rest);
     command->run(*this, rest);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <ostream>
 #include <string>
@@ -28,7 +29,13 @@ struct SessionOptions {
     bool json = false;                // each line of output, and each message, is a JSON document
     bool interactive = false;         // a person types: bad lines are no failure
     std::ostream *terminal = nullptr; // where the progress of long files is shown
+    bool guest = false;               // the process has brought the library up, and takes it down
+    // Asked before each command, with the words behind its name; throws BadLine to refuse it.
+    std::function<void(std::string_view command, const Words &words)> guard = {};
 };
+
+// Whether the command that `line` belongs to goes on in the next line.
+bool goes_on(std::string_view line);
 
 class Session {
 public:
@@ -39,6 +46,11 @@ public:
 
     // Carries out the lines of `source`, which messages call `name`. Returns the exit status.
     int run(LineSource &source, const std::string &name);
+    // Carries out the lines of `source`, before which `name` has had `lines_before`; an empty name stands for a
+    // prompt. Returns whether all was well, and can be called again.
+    bool run_some(LineSource &source, const std::string &name, u64 lines_before);
+    void set_form(bool json, bool verbose);
+    bool done() const { return done_; }
 
     // ---- For commands ----
     std::ostream &out();
@@ -88,6 +100,7 @@ private:
     DigestWatches digest_watches_{*this};
     std::map<const reflection::ProfileFunctions *, ProfileNames> names_;
     bool done_ = false;
+    bool interrupted_ = false;
     bool stopping_ = false; // a bad line or Ctrl-C ends the files, down to the prompt if there is one
     u64 bad_lines_ = 0;
     bool json_ = false; // option words of the command

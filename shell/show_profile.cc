@@ -242,6 +242,8 @@ void show_groups(Session &session, const ProfileFunctions &profile, std::optiona
 
 void show_fallback(Session &session, const ProfileFunctions &profile)
 {
+    if (!has_model()) // the library has no function that tells
+        return session.print_text("fallback", "fallback: unknown without the model");
     const ProfileNames &names = session.names(profile);
     const Object fallback{Kind::member, fallback_of(profile)};
     if (!session.json())

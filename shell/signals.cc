@@ -11,6 +11,7 @@ constexpr int stop_signals[] = {SIGINT, SIGTERM, SIGHUP};
 
 volatile std::sig_atomic_t interrupt = 0;
 volatile std::sig_atomic_t end = 0;
+constinit thread_local const std::function<void()> *between_steps = nullptr;
 
 void note(int signal)
 {
@@ -36,8 +37,15 @@ int stop_signal()
     return end != 0 ? end : interrupt;
 }
 
+void ask_between_steps(const std::function<void()> *step)
+{
+    between_steps = step;
+}
+
 void expect_no_stop_signal()
 {
+    if (between_steps)
+        return (*between_steps)();
     if (stop_signal() != 0)
         throw Interrupted{};
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <csignal>
+#include <functional>
 
 namespace shell {
 
@@ -15,6 +16,8 @@ void catch_stop_signals();
 // The signal that came and was not forgotten, 0 for none; the end of the session before Ctrl-C.
 int stop_signal();
 void expect_no_stop_signal(); // throws Interrupted
+// Has this thread call `step` there instead, which may throw; null ends that.
+void ask_between_steps(const std::function<void()> *step);
 // Ctrl-C has done its work. What ends the session stays.
 void forget_interrupt();
 

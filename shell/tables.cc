@@ -3,7 +3,6 @@
 #include <bit>
 
 #include "driver.h"
-#include "model.h"
 
 namespace shell {
 
@@ -112,7 +111,11 @@ const char *key_kind_name(const pd::Table &table)
 
 u32 entry_count(const pd::Table &table)
 {
-    return ts_model_entry_count(device.device_id, table.handle);
+    const auto count = reflection::find_table(table.handle)->get_entry_count;
+    u32 entries = 0;
+    if (count)
+        expect_success(count(driver_session, device, &entries));
+    return entries;
 }
 
 unsigned uncompared_bits(const pd::Field &field)

@@ -47,13 +47,13 @@ std::filesystem::path history_file()
     return folder / "tessel-shell" / "history";
 }
 
-ObjectNames object_names; // the line editor's callbacks have no context
+LineCompletion complete_line; // the line editor's callbacks have no context
 
 // None when Ctrl-C comes in between: no exception may pass through the line editor.
 std::vector<std::string> candidates_for(std::string_view text)
 {
     try {
-        return complete(text, object_names);
+        return complete_line ? complete_line(text) : std::vector<std::string>{};
     } catch (const Interrupted &) {
         return {};
     }
@@ -167,7 +167,12 @@ TerminalLines::~TerminalLines()
 
 void TerminalLines::complete_with(const ObjectNames &names)
 {
-    object_names = names;
+    complete_by([names](std::string_view line) { return complete(line, names); });
+}
+
+void TerminalLines::complete_by(LineCompletion complete)
+{
+    complete_line = std::move(complete);
 }
 
 bool TerminalLines::next(std::string &line)
@@ -190,6 +195,7 @@ TerminalLines::TerminalLines() = default;
 TerminalLines::~TerminalLines() = default;
 
 void TerminalLines::complete_with(const ObjectNames &) {}
+void TerminalLines::complete_by(LineCompletion) {}
 
 bool TerminalLines::next(std::string &line)
 {
