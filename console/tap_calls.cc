@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <filesystem>
 #include <mutex>
 #include <system_error>

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "api.h"
+#include "attach.h"
 #include "explain_command.h"
 #include "json.h"
 #include "replay_command.h"
@@ -16,7 +17,8 @@
 
 namespace {
 
-constexpr char usage[] = "usage: tessel-shell [--keep-going] [--verbose] [--json] [-c COMMAND]... [FILE | -]";
+constexpr char usage[] = "usage: tessel-shell [--attach PATH] [--keep-going] [--verbose] [--json] [-c COMMAND]... "
+                         "[FILE | -]";
 constexpr int bad_usage = 2;
 
 constexpr char help[] = R"(
@@ -25,6 +27,7 @@ Carries out commands against the model driver of the switch program: those of FI
 'tessel-shell explain RECORD' prints what the tap has recorded as commands, 'tessel-shell replay RECORD' plays
 it again, 'tessel-shell api' finds functions of the library; each has a --help of its own.
 
+  -a, --attach PATH carry commands out in the process whose console answers at PATH
   -k, --keep-going  carry on after a bad line; the number of bad lines is told at the end
   -v, --verbose     add tells the handle of each new entry
   -j, --json        print each line of output, and each message, as a JSON document
@@ -114,6 +117,7 @@ int main(int argc, char **argv)
                                               {"json", no_argument, nullptr, 'j'},
                                               {"help", no_argument, nullptr, 'h'},
                                               {"version", no_argument, nullptr, 'V'},
+                                              {"attach", required_argument, nullptr, 'a'},
                                               {"command", required_argument, nullptr, 'c'},
                                               {nullptr, 0, nullptr, 0}};
     std::ios::sync_with_stdio(false);
@@ -125,10 +129,11 @@ int main(int argc, char **argv)
         return shell::run_replay(argc - 1, argv + 1);
     shell::SessionOptions options;
     std::string commands; // of the command line
+    std::string attached; // the socket of a process's console; else empty
     if (isatty(STDERR_FILENO))
         options.terminal = &std::cerr;
     opterr = 0;
-    for (int choice; (choice = getopt_long(argc, argv, "kvjhVc:", long_options, nullptr)) != -1;) {
+    for (int choice; (choice = getopt_long(argc, argv, "kvjhVa:c:", long_options, nullptr)) != -1;) {
         switch (choice) {
         case 'k':
             options.keep_going = true;
@@ -138,6 +143,9 @@ int main(int argc, char **argv)
             break;
         case 'j':
             options.json = true;
+            break;
+        case 'a':
+            attached = optarg;
             break;
         case 'c':
             commands.append(optarg).append("\n");
@@ -162,12 +170,13 @@ int main(int argc, char **argv)
     int status = EXIT_FAILURE;
     shell::catch_stop_signals();
     try {
-        status = !commands.empty() ? run_commands(commands, options)
-                 : interactive     ? run_interactive(options)
-                 : name == "-"     ? run_standard_input(options)
-                                   : run_file(name, options);
+        status = !attached.empty()   ? console::attach({attached, commands, name, interactive, options})
+                 : !commands.empty() ? run_commands(commands, options)
+                 : interactive       ? run_interactive(options)
+                 : name == "-"       ? run_standard_input(options)
+                                     : run_file(name, options);
     } catch (const std::runtime_error &error) {
-        complain(options, error.what(), name == "-" ? "<stdin>" : name);
+        complain(options, error.what(), !attached.empty() ? "" : name == "-" ? "<stdin>" : name);
         return EXIT_FAILURE;
     }
     if (!std::cout.flush()) {

@@ -1,0 +1,312 @@
+#include "attach.h"
+
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "console.h"
+#include "file_name.h"
+#include "new_file.h"
+#include "protocol.h"
+#include "terminal_lines.h"
+
+namespace console {
+
+namespace {
+
+using shell::BadLine;
+
+constexpr std::size_t deepest_file = 32;
+
+// The client's end of the socket.
+class Server {
+public:
+    explicit Server(const std::string &path);
+
+    void send(Kind kind, std::string_view body);
+    // The next frame of the server; its body lives until the next call. `stop` is called when a signal comes.
+    Frame next(const std::function<void()> &stop);
+
+private:
+    [[noreturn]] void fail(const char *what) const { throw std::runtime_error(path_ + ' ' + what); }
+
+    const std::string path_;
+    shell::Descriptor socket_;
+    std::string in_;
+    std::size_t used_ = 0; // of `in_`, by the frame that was given last
+};
+
+Server::Server(const std::string &path) : path_(path)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path)
+        fail("is too long for a socket");
+    path.copy(address.sun_path, path.size());
+    socket_.set(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    if (connect(socket_.number(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+        throw std::runtime_error(path + " does not answer: " + std::strerror(errno));
+    const Frame frame = next([] { throw shell::Interrupted{}; });
+    if (frame.kind == Kind::messages)
+        throw std::runtime_error(path + ": " + std::string{frame.body.substr(0, frame.body.size() - 1)});
+    if (frame.kind != Kind::hello || frame.body != greeting)
+        fail("is no console that this program knows");
+}
+
+void Server::send(Kind kind, std::string_view body)
+{
+    std::string frame;
+    append_frame(frame, kind, body);
+    for (std::string_view unsent = frame; !unsent.empty();) {
+        const ssize_t size = ::send(socket_.number(), unsent.data(), unsent.size(), MSG_NOSIGNAL);
+        if (size < 0 && errno != EINTR)
+            return; // what the server said last is still to be read
+        unsent.remove_prefix(size < 0 ? 0 : static_cast<std::size_t>(size));
+    }
+}
+
+Frame Server::next(const std::function<void()> &stop)
+{
+    in_.erase(0, used_);
+    used_ = 0;
+    for (;;) {
+        if (const auto frame = first_frame(in_)) {
+            used_ = frame_head_bytes + frame->body.size();
+            return *frame;
+        }
+        const shell::Awaited awaited = shell::await_input(socket_.number());
+        if (awaited == shell::Awaited::stop_signal)
+            stop();
+        if (awaited != shell::Awaited::input)
+            continue;
+        char bytes[65536];
+        const ssize_t size = recv(socket_.number(), bytes, sizeof bytes, 0);
+        if (size == 0 || (size < 0 && errno != EINTR))
+            fail("has ended");
+        in_.append(bytes, size < 0 ? 0 : static_cast<std::size_t>(size));
+    }
+}
+
+// Reads commands here and has them carried out there.
+class Client {
+public:
+    explicit Client(const AttachOptions &options) : options_(options.session), server_(options.path) {}
+
+    // An empty name stands for the prompt.
+    void run(shell::LineSource &lines, const std::string &name);
+    std::vector<std::string> complete(std::string_view line);
+    bool failed() const { return bad_commands_ != 0; }
+
+private:
+    void carry_out(const Request &request);
+    bool carry_out_here(const Request &request);
+    int ask(const Request &request, std::string *output);
+    void cancel(bool at_prompt);
+    void load(shell::Words words);
+    void save(shell::Words words, const Request &request);
+    void report(const Request &request, const BadLine &error);
+    unsigned form(bool at_prompt) const;
+
+    const shell::SessionOptions options_;
+    Server server_;
+    std::size_t depth_ = 0; // of files that load files
+    u64 bad_commands_ = 0;
+    bool done_ = false;
+    bool cancelled_ = false;
+};
+
+unsigned Client::form(bool at_prompt) const
+{
+    return (options_.json ? unsigned{TS_CONSOLE_JSON} : 0) |
+           (options_.verbose || at_prompt ? unsigned{TS_CONSOLE_VERBOSE} : 0);
+}
+
+void Client::run(shell::LineSource &lines, const std::string &name)
+{
+    const bool at_prompt = name.empty();
+    u32 lines_read = 0;
+    std::string line;
+    while (!done_) {
+        Request request{form(at_prompt), at_prompt ? 0 : lines_read, name, {}};
+        std::string command;
+        try {
+            bool goes_on = true;
+            while (goes_on && lines.next(line)) {
+                goes_on = shell::goes_on(line);
+                command += (command.empty() ? "" : "\n") + line;
+                ++lines_read;
+            }
+            if (goes_on && command.empty())
+                return;
+        } catch (const shell::Interrupted &) {
+            if (!at_prompt || shell::stop_signal() != SIGINT)
+                throw;
+            shell::forget_interrupt();
+            continue;
+        }
+        request.command = command;
+        const u64 bad_before = bad_commands_;
+        carry_out(request);
+        std::cout.flush();
+        if (bad_commands_ != bad_before && !at_prompt && !options_.keep_going)
+            return;
+    }
+}
+
+void Client::carry_out(const Request &request)
+{
+    cancelled_ = false;
+    try {
+        if (carry_out_here(request))
+            return;
+        const int status = ask(request, nullptr);
+        bad_commands_ += status == TS_CONSOLE_BAD;
+        done_ = done_ || status == TS_CONSOLE_QUIT;
+    } catch (const BadLine &error) {
+        ++bad_commands_;
+        report(request, error);
+    }
+}
+
+// Files are this side's.
+bool Client::carry_out_here(const Request &request)
+{
+    shell::Words words{request.command};
+    const std::string_view name = words.take();
+    if (name == "load") {
+        load(words);
+        return true;
+    }
+    if (name != "save" || words.peek() == "-" || words.peek().empty())
+        return false;
+    save(words, request);
+    return true;
+}
+
+void Client::load(shell::Words words)
+{
+    const shell::FileName file = shell::take_file_name(words);
+    words.expect_end();
+    if (depth_ == deepest_file)
+        throw BadLine{file.where, "files load each other too deeply"};
+    ++depth_;
+    std::string failure;
+    try {
+        shell::FileLines lines{file.name, nullptr};
+        run(lines, file.name);
+    } catch (const std::runtime_error &error) {
+        failure = error.what();
+    }
+    --depth_;
+    if (!failure.empty())
+        throw BadLine{file.where, shell::quoted(file.name) + ' ' + failure};
+}
+
+void Client::save(shell::Words words, const Request &request)
+{
+    const shell::FileName to = shell::take_file_name(words);
+    std::string text;
+    const std::string command = "save - " + std::string{words.rest()};
+    if (ask({0, request.lines_before, request.name, command}, &text) != TS_CONSOLE_DONE) {
+        ++bad_commands_;
+        return;
+    }
+    try {
+        shell::NewFile file{to.name};
+        text.pop_back(); // the last line end
+        file.write_line(text);
+        file.commit();
+    } catch (const std::runtime_error &error) {
+        throw BadLine{to.where, shell::quoted(to.name) + " cannot be written: " + error.what()};
+    }
+}
+
+// Prints the answer, or keeps its output.
+int Client::ask(const Request &request, std::string *output)
+{
+    server_.send(Kind::run, body_of(request));
+    for (;;) {
+        const Frame frame = server_.next([&] { cancel(request.name.empty()); });
+        if (frame.kind == Kind::done)
+            return frame.body.empty() ? int{TS_CONSOLE_BAD} : frame.body[0];
+        if (frame.kind == Kind::messages) {
+            std::cout.flush();
+            std::cerr << frame.body << std::flush;
+        } else if (frame.kind == Kind::output && output) {
+            *output = frame.body;
+        } else if (frame.kind == Kind::output) {
+            std::cout << frame.body;
+        }
+    }
+}
+
+// At the prompt the first Ctrl-C ends the command, and the answer is waited for. Else going away ends it.
+void Client::cancel(bool at_prompt)
+{
+    if (!at_prompt || cancelled_ || shell::stop_signal() != SIGINT)
+        throw shell::Interrupted{};
+    cancelled_ = true;
+    server_.send(Kind::cancel, {});
+    shell::forget_interrupt();
+}
+
+void Client::report(const Request &request, const BadLine &error)
+{
+    const std::size_t at =
+        error.where.data() ? static_cast<std::size_t>(error.where.data() - request.command.data()) : 0;
+    std::cout.flush();
+    if (request.name.empty())
+        std::cerr << "column ";
+    else
+        std::cerr << request.name << ':' << request.lines_before + 1 << ':';
+    std::cerr << at + 1 << ": " << error.what << std::endl;
+}
+
+std::vector<std::string> Client::complete(std::string_view line)
+{
+    server_.send(Kind::complete, line);
+    const Frame frame = server_.next([] { throw shell::Interrupted{}; });
+    std::vector<std::string> candidates;
+    for (std::string_view rest = frame.kind == Kind::candidates ? frame.body : std::string_view{}; !rest.empty();) {
+        candidates.emplace_back(rest.substr(0, rest.find('\n')));
+        rest.remove_prefix(candidates.back().size() + 1);
+    }
+    return candidates;
+}
+
+void run(Client &client, const AttachOptions &options)
+{
+    if (!options.commands.empty()) {
+        shell::TextLines lines{options.commands};
+        client.run(lines, "-c");
+    } else if (options.interactive) {
+        shell::TerminalLines lines;
+        lines.complete_by([&](std::string_view line) { return client.complete(line); });
+        client.run(lines, "");
+    } else if (options.file == "-") {
+        shell::DescriptorLines lines{STDIN_FILENO};
+        client.run(lines, "<stdin>");
+    } else {
+        shell::FileLines lines{options.file, options.session.terminal};
+        client.run(lines, options.file);
+    }
+}
+
+} // namespace
+
+int attach(const AttachOptions &options)
+{
+    Client client{options};
+    try {
+        run(client, options);
+    } catch (const shell::Interrupted &) {
+        return EXIT_FAILURE;
+    }
+    return client.failed() && !options.interactive ? EXIT_FAILURE : EXIT_SUCCESS;
+}
+
+} // namespace console
