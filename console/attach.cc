@@ -211,7 +211,7 @@ void Client::save(shell::Words words, const Request &request)
     const shell::FileName to = shell::take_file_name(words);
     std::string text;
     const std::string command = "save - " + std::string{words.rest()};
-    if (ask({0, request.lines_before, request.name, command}, &text) != TS_CONSOLE_DONE) {
+    if (ask({TS_CONSOLE_UNTRACED, request.lines_before, request.name, command}, &text) != TS_CONSOLE_DONE) {
         ++bad_commands_;
         return;
     }
@@ -271,7 +271,8 @@ std::vector<std::string> Client::complete(std::string_view line)
     server_.send(Kind::complete, line);
     const Frame frame = server_.next([] { throw shell::Interrupted{}; });
     std::vector<std::string> candidates;
-    for (std::string_view rest = frame.kind == Kind::candidates ? frame.body : std::string_view{}; !rest.empty();) {
+    for (std::string_view rest = frame.kind == Kind::candidates ? frame.body : std::string_view{};
+         !rest.empty();) {
         candidates.emplace_back(rest.substr(0, rest.find('\n')));
         rest.remove_prefix(candidates.back().size() + 1);
     }

@@ -28,7 +28,8 @@ void Connection::answer()
 {
     if (is_too_long(in_, bound()))
         return end("a frame is too long");
-    const std::string taken{std::string_view{in_}.substr(0, frame_head_bytes + first_frame(in_)->body.size())};
+    const std::string taken{
+        std::string_view{in_}.substr(0, frame_head_bytes + first_frame(in_)->body.size())};
     in_.erase(0, taken.size());
     answer(*first_frame(taken));
 }

@@ -2,11 +2,11 @@
  * @file console.h
  * @brief The shell's commands inside a process that uses the library, against whatever driver it has.
  *
- * A console carries out one command at a time and gives back what it prints. It writes to none of the process's
- * own streams, opens no file but a record of the tap, sets no signal handler and ends nothing. Any number of
- * consoles may be open, and used from any thread. ts_console_serve answers on a Unix socket, for
- * `tessel-shell --attach`; LD_PRELOAD of this library with TESSEL_CONSOLE in the environment does the same in a
- * program that knows nothing of it. docs/console.md tells of both.
+ * A console carries out one command at a time and gives back what it prints. It writes to none of the
+ * process's own streams, opens no file but a record of the tap, sets no signal handler and ends nothing. Any
+ * number of consoles may be open, and used from any thread. ts_console_serve answers on a Unix socket, for
+ * `tessel-shell --attach`; LD_PRELOAD of this library with TESSEL_CONSOLE in the environment does the same in
+ * a program that knows nothing of it. docs/console.md tells of both.
  *
  * Functions return 0 or an errno. C99 and C++.
  */
@@ -27,8 +27,8 @@ typedef struct ts_console_options {
     u32 line_bytes;   /**< of a command at most; 0 stands for 64 KiB */
     u32 answer_bytes; /**< of what a command prints at most; 0 stands for 16 MiB */
     /**
-     * Called on the console's thread between two steps of a long command, such as two entries of a walk: a place to
-     * give way. Not 0 ends the command. May be null.
+     * Called on the console's thread between two steps of a long command, such as two entries of a walk: a
+     * place to give way. Not 0 ends the command. May be null.
      */
     int (*between_steps)(void *cookie);
     void *cookie;
@@ -37,8 +37,9 @@ typedef struct ts_console_options {
 typedef struct ts_console ts_console;
 
 enum {
-    TS_CONSOLE_JSON = 1,   /**< each line of output, and each message, is a JSON document */
-    TS_CONSOLE_VERBOSE = 2 /**< commands that make something tell its handle */
+    TS_CONSOLE_JSON = 1,    /**< each line of output, and each message, is a JSON document */
+    TS_CONSOLE_VERBOSE = 2, /**< commands that make something tell its handle */
+    TS_CONSOLE_UNTRACED = 4 /**< no trace stands behind the output */
 };
 
 enum {
@@ -77,9 +78,9 @@ typedef struct ts_console_server_options {
 typedef struct ts_console_server ts_console_server;
 
 /**
- * Makes the socket, with mode 0600 (0660 with a group), and answers on it from a thread of its own, which takes no
- * signals. Only the same user, root and members of the group are let in. A socket that nobody answers on is
- * replaced.
+ * Makes the socket, with mode 0600 (0660 with a group), and answers on it from a thread of its own, which
+ * takes no signals. Only the same user, root and members of the group are let in. A socket that nobody
+ * answers on is replaced.
  *
  * @param options null for the defaults
  * @param server  may be null for one that is never stopped

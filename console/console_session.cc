@@ -14,7 +14,8 @@ namespace {
 
 using shell::BadLine;
 
-constexpr std::size_t default_line_bytes = 64 << 10, default_answer_bytes = 16 << 20, message_bytes = 64 << 10;
+constexpr std::size_t default_line_bytes = 64 << 10, default_answer_bytes = 16 << 20,
+                      message_bytes = 64 << 10;
 
 class TextLines : public shell::LineSource {
 public:
@@ -62,7 +63,8 @@ BoundedText::int_type BoundedText::overflow(int_type byte)
 // While this thread works for the console.
 class Console::AtWork {
 public:
-    explicit AtWork(Console &console) : tracing_(console.trace_), step_([&console] { console.expect_going_on(); })
+    explicit AtWork(Console &console)
+        : tracing_(console.trace_), step_([&console] { console.expect_going_on(); })
     {
         console.trace_.room = console.answer_bytes_;
         shell::driver_session = console.options_.session;
@@ -78,8 +80,8 @@ private:
 
 Console::Console(const ts_console_options &options, std::function<bool()> step)
     : options_(options), line_bytes_(options.line_bytes ? options.line_bytes : default_line_bytes),
-      answer_bytes_(options.answer_bytes ? options.answer_bytes : default_answer_bytes), step_(std::move(step)),
-      output_(answer_bytes_), messages_(message_bytes)
+      answer_bytes_(options.answer_bytes ? options.answer_bytes : default_answer_bytes),
+      step_(std::move(step)), output_(answer_bytes_), messages_(message_bytes)
 {
     shell::SessionOptions session;
     session.guest = true;
@@ -103,6 +105,8 @@ int Console::run(std::string_view command, unsigned form, const Place &place)
     output_.clear();
     messages_.clear();
     cancelled_ = false;
+    if (form & TS_CONSOLE_UNTRACED)
+        trace_.room = 0;
     session_->set_form(form & TS_CONSOLE_JSON, form & TS_CONSOLE_VERBOSE);
     bool well = false;
     try {
@@ -163,10 +167,11 @@ std::vector<std::string> Console::complete(std::string_view line)
 {
     const std::lock_guard lock{mutex_};
     const AtWork at_work{*this};
-    auto candidates = shell::complete(line, [this](const reflection::ProfileFunctions &profile, shell::Kind kind) {
-        const auto names = session_->names(profile).of(kind).all();
-        return std::vector<std::string>{names.begin(), names.end()};
-    });
+    auto candidates =
+        shell::complete(line, [this](const reflection::ProfileFunctions &profile, shell::Kind kind) {
+            const auto names = session_->names(profile).of(kind).all();
+            return std::vector<std::string>{names.begin(), names.end()};
+        });
     if (line.find(' ') == std::string_view::npos)
         for (const std::string_view own : {"explain", "record"})
             if (own.starts_with(line))

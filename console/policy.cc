@@ -22,8 +22,8 @@ constexpr struct {
     {"load", "", "files are read by the client"},
 };
 
-// What only reads: the words behind the name begin with `verb`, are no more than `most`, unless that is 0, and none
-// begins with `never`.
+// What only reads: the words behind the name begin with `verb`, are no more than `most`, unless that is 0,
+// and none begins with `never`.
 constexpr struct Reading {
     std::string_view command, verb = "", never = "";
     std::size_t most = 0;

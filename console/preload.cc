@@ -49,7 +49,8 @@ std::optional<Settings> settings_of(std::string text)
         return;
     auto settings = settings_of(text);
     if (!settings) {
-        std::fprintf(stderr, "libtessel_console: %s: \"%s\": behind the path can stand read-only and group=NAME\n",
+        std::fprintf(stderr,
+                     "libtessel_console: %s: \"%s\": behind the path can stand read-only and group=NAME\n",
                      variable, text);
         return;
     }

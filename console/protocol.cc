@@ -61,8 +61,8 @@ std::optional<Request> request_of(std::string_view body)
     const std::size_t name_end = body.find('\n', name_at);
     if (body.size() < name_at || name_end == std::string_view::npos)
         return std::nullopt;
-    return Request{static_cast<u8>(body[0]), number_in(body.substr(1)), body.substr(name_at, name_end - name_at),
-                   body.substr(name_end + 1)};
+    return Request{static_cast<u8>(body[0]), number_in(body.substr(1)),
+                   body.substr(name_at, name_end - name_at), body.substr(name_end + 1)};
 }
 
 } // namespace console

@@ -1,5 +1,5 @@
-// What goes over the socket of a console: frames of one letter, the length of what follows in four bytes, low byte
-// first, and so many bytes. docs/console.md lists them.
+// What goes over the socket of a console: frames of one letter, the length of what follows in four bytes, low
+// byte first, and so many bytes. docs/console.md lists them.
 #pragma once
 
 #include <optional>
@@ -38,8 +38,8 @@ std::optional<Frame> first_frame(std::string_view bytes);
 // Whether `bytes` begin like a frame of more than `bound` bytes.
 bool is_too_long(std::string_view bytes, std::size_t bound);
 
-// A command with the place that it has, in the body of a run frame: a byte for the form, four for the lines before
-// it, the place's name up to a line end, the command.
+// A command with the place that it has, in the body of a run frame: a byte for the form, four for the lines
+// before it, the place's name up to a line end, the command.
 struct Request {
     unsigned form = 0;
     u32 lines_before = 0;

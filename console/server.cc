@@ -57,9 +57,10 @@ void remove_stale(const std::string &path, const sockaddr_un &address)
     if (lstat(path.c_str(), &found) != 0)
         return;
     const shell::Descriptor probe{new_socket()};
-    const bool stale = S_ISSOCK(found.st_mode) &&
-                       connect(probe.number(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 &&
-                       errno == ECONNREFUSED;
+    const bool stale =
+        S_ISSOCK(found.st_mode) &&
+        connect(probe.number(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 &&
+        errno == ECONNREFUSED;
     if (!stale)
         fail(EADDRINUSE);
     unlink(path.c_str());
@@ -178,7 +179,8 @@ bool Server::step()
     return stopping_ || answered_->gone || answered_->connection.take_cancel();
 }
 
-// Takes clients and what they send, and sends what they get; waits for such work, for ever if `wait` is below 0.
+// Takes clients and what they send, and sends what they get; waits for such work, for ever if `wait` is below
+// 0.
 void Server::look_after_sockets(std::chrono::milliseconds wait)
 {
     const bool takes_clients = Clock::now() - refused_ > refusal_pause;
@@ -216,7 +218,7 @@ void Server::accept_client()
             refused_ = Clock::now();
         return;
     }
-    const char *refusal = !may_connect(socket)             ? "this console is for others\n"
+    const char *refusal = !may_connect(socket)               ? "this console is for others\n"
                           : clients_.size() >= most_clients_ ? "this console has no room for more clients\n"
                                                              : nullptr;
     if (!refusal) {
@@ -256,7 +258,8 @@ void Server::send(Client &client)
     const std::string_view unsent = client.connection.unsent();
     if (unsent.empty())
         return;
-    const ssize_t size = ::send(client.fd.number(), unsent.data(), unsent.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    const ssize_t size =
+        ::send(client.fd.number(), unsent.data(), unsent.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
     if (size > 0) {
         client.connection.sent(static_cast<std::size_t>(size));
         client.moved = Clock::now();

@@ -1,5 +1,5 @@
-// Answers clients on a Unix socket, from one thread. Commands are carried out one by one; between their steps the
-// sockets are looked after and the process's own threads get their turn.
+// Answers clients on a Unix socket, from one thread. Commands are carried out one by one; between their steps
+// the sockets are looked after and the process's own threads get their turn.
 #pragma once
 
 #include <atomic>

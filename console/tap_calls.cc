@@ -143,16 +143,12 @@ void explain_record(std::ostream &out)
     }
 }
 
-} // namespace console
-
-// The tap as sessions of this library see it.
-int ts_tap_trace(ts_tap_trace_fn tell, void *cookie)
+void trace_current(ts_tap_trace_fn tell, void *cookie)
 {
-    using namespace console;
     if (tell)
         expect_tap();
     if (!current || (current->tell != nullptr) == (tell != nullptr))
-        return 0;
+        return;
     Shared &all = shared();
     const std::lock_guard lock{all.mutex};
     current->tell = tell;
@@ -161,10 +157,6 @@ int ts_tap_trace(ts_tap_trace_fn tell, void *cookie)
     all.traces += tell ? 1u : -1u;
     if (before == 0 || all.traces == 0)
         IN_TAP(ts_tap_trace)(tell ? tell_current : nullptr, nullptr);
-    return 0;
 }
 
-int ts_tap_record(const char *, u64)
-{
-    return ENOTSUP; // records are the process's: see start_record
-}
+} // namespace console

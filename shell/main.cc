@@ -17,8 +17,9 @@
 
 namespace {
 
-constexpr char usage[] = "usage: tessel-shell [--attach PATH] [--keep-going] [--verbose] [--json] [-c COMMAND]... "
-                         "[FILE | -]";
+constexpr char usage[] =
+    "usage: tessel-shell [--attach PATH] [--keep-going] [--verbose] [--json] [-c COMMAND]... "
+    "[FILE | -]";
 constexpr int bad_usage = 2;
 
 constexpr char help[] = R"(
@@ -112,14 +113,11 @@ std::string bad_option(std::string_view word)
 
 int main(int argc, char **argv)
 {
-    static constexpr option long_options[] = {{"keep-going", no_argument, nullptr, 'k'},
-                                              {"verbose", no_argument, nullptr, 'v'},
-                                              {"json", no_argument, nullptr, 'j'},
-                                              {"help", no_argument, nullptr, 'h'},
-                                              {"version", no_argument, nullptr, 'V'},
-                                              {"attach", required_argument, nullptr, 'a'},
-                                              {"command", required_argument, nullptr, 'c'},
-                                              {nullptr, 0, nullptr, 0}};
+    static constexpr option long_options[] = {
+        {"keep-going", no_argument, nullptr, 'k'},    {"verbose", no_argument, nullptr, 'v'},
+        {"json", no_argument, nullptr, 'j'},          {"help", no_argument, nullptr, 'h'},
+        {"version", no_argument, nullptr, 'V'},       {"attach", required_argument, nullptr, 'a'},
+        {"command", required_argument, nullptr, 'c'}, {nullptr, 0, nullptr, 0}};
     std::ios::sync_with_stdio(false);
     if (argc > 1 && std::string_view{argv[1]} == "explain")
         return shell::run_explain(argc - 1, argv + 1);

@@ -1,10 +1,13 @@
-// The control functions of the model that commands call, as this library sees them: they go on to the model of the
-// process. Where there is none, the command ends with one line that says so.
-#include "model.h"
+// The control functions of model and tap that commands call, as this library sees them. They go on to the
+// model of the process; where there is none, the command ends with one line that says so. The tap is shared
+// by all consoles.
+#include <cerrno>
 
 #include <dlfcn.h>
 
 #include "driver.h"
+#include "model.h"
+#include "tap_calls.h"
 
 namespace {
 
@@ -39,7 +42,8 @@ pd_status ts_model_hardware_lookup(u32 device_id, u32 table, const u8 *key, u32 
 pd_status ts_model_counted_lookup(u32 device_id, u32 table, const u8 *key, u32 key_bytes, u32 partition_index,
                                   u64 packets, u64 bytes, ts_model_hit *hit)
 {
-    return IN_MODEL(ts_model_counted_lookup)(device_id, table, key, key_bytes, partition_index, packets, bytes, hit);
+    return IN_MODEL(ts_model_counted_lookup)(device_id, table, key, key_bytes, partition_index, packets,
+                                             bytes, hit);
 }
 
 pd_status ts_model_digest(u32 device_id, u32 digest, const u8 *entries, u32 count)
@@ -92,14 +96,14 @@ pd_status ts_model_restore_state(u32 device_id, const char *state)
     return IN_MODEL(ts_model_restore_state)(device_id, state);
 }
 
-pd_status ts_model_set_hardware_action(u32 device_id, u32 table, pd_entry_hdl entry, u32 action, const u8 *data,
-                                       u32 bytes)
+pd_status ts_model_set_hardware_action(u32 device_id, u32 table, pd_entry_hdl entry, u32 action,
+                                       const u8 *data, u32 bytes)
 {
     return IN_MODEL(ts_model_set_hardware_action)(device_id, table, entry, action, data, bytes);
 }
 
-pd_status ts_model_set_hardware_key(u32 device_id, u32 table, pd_entry_hdl entry, const u8 *value, const u8 *mask,
-                                    u32 bytes)
+pd_status ts_model_set_hardware_key(u32 device_id, u32 table, pd_entry_hdl entry, const u8 *value,
+                                    const u8 *mask, u32 bytes)
 {
     return IN_MODEL(ts_model_set_hardware_key)(device_id, table, entry, value, mask, bytes);
 }
@@ -112,4 +116,15 @@ pd_status ts_model_set_hardware_reference(u32 device_id, u32 table, pd_entry_hdl
 pd_status ts_model_remove_hardware_entry(u32 device_id, u32 table, pd_entry_hdl entry)
 {
     return IN_MODEL(ts_model_remove_hardware_entry)(device_id, table, entry);
+}
+
+int ts_tap_trace(ts_tap_trace_fn tell, void *cookie)
+{
+    console::trace_current(tell, cookie);
+    return 0;
+}
+
+int ts_tap_record(const char *, u64)
+{
+    return ENOTSUP; // only start_record() records
 }
