@@ -9,9 +9,9 @@ namespace console {
 
 struct AttachOptions {
     std::string path;         // of the socket
-    std::string commands;     // lines that are to be carried out, and no others
-    std::string file;         // else; "-" is standard input
-    bool interactive = false; // else; at a prompt
+    std::string commands;     // that are to be carried out
+    std::string file;         // else, if there are none; "-" is standard input
+    bool interactive = false; // in place of standard input; at a prompt
     shell::SessionOptions session;
 };
 

@@ -17,26 +17,6 @@ using shell::BadLine;
 constexpr std::size_t default_line_bytes = 64 << 10, default_answer_bytes = 16 << 20,
                       message_bytes = 64 << 10;
 
-class TextLines : public shell::LineSource {
-public:
-    explicit TextLines(std::string_view text) : text_(text) {}
-
-    bool next(std::string &line) override
-    {
-        if (ended_)
-            return false;
-        const std::size_t end = text_.find('\n');
-        line = text_.substr(0, end);
-        ended_ = end == std::string_view::npos;
-        text_.remove_prefix(ended_ ? text_.size() : end + 1);
-        return true;
-    }
-
-private:
-    std::string_view text_;
-    bool ended_ = false;
-};
-
 } // namespace
 
 void BoundedText::clear()
@@ -131,7 +111,7 @@ bool Console::carry_out(std::string_view command, const Place &place)
         throw BadLine{{}, "a command has " + std::to_string(line_bytes_) + " bytes at most"};
     if (carry_out_own(command))
         return true;
-    TextLines lines{command};
+    shell::TextLines lines{std::string{command}};
     return session_->run_some(lines, place.name, place.lines_before);
 }
 

@@ -17,8 +17,9 @@
 
 namespace {
 
-constexpr char usage[] = "usage: tessel-shell [--attach PATH] [--keep-going] [--verbose] [--json] "
-                         "[-c COMMAND]... [FILE | -]";
+constexpr char usage[] =
+    "usage: tessel-shell [--attach PATH] [--keep-going] [--verbose] [--json] [-c COMMAND]... "
+    "[FILE | -]";
 constexpr int bad_usage = 2;
 
 constexpr char help[] = R"(
@@ -100,16 +101,6 @@ int run_file(const std::string &name, const shell::SessionOptions &options)
     return run(lines, name, options);
 }
 
-int run_attached(console::AttachOptions &attached, const std::string &commands, const std::string &name,
-                 const shell::SessionOptions &options, bool interactive)
-{
-    attached.commands = commands;
-    attached.file = name;
-    attached.interactive = interactive;
-    attached.session = options;
-    return console::attach(attached);
-}
-
 // What getopt refused: a long option as it was written, or the letter in a row of them.
 std::string bad_option(std::string_view word)
 {
@@ -123,10 +114,10 @@ std::string bad_option(std::string_view word)
 int main(int argc, char **argv)
 {
     static constexpr option long_options[] = {
-        {"attach", required_argument, nullptr, 'a'}, {"command", required_argument, nullptr, 'c'},
-        {"keep-going", no_argument, nullptr, 'k'},   {"verbose", no_argument, nullptr, 'v'},
-        {"json", no_argument, nullptr, 'j'},         {"help", no_argument, nullptr, 'h'},
-        {"version", no_argument, nullptr, 'V'},      {nullptr, 0, nullptr, 0}};
+        {"keep-going", no_argument, nullptr, 'k'},    {"verbose", no_argument, nullptr, 'v'},
+        {"json", no_argument, nullptr, 'j'},          {"help", no_argument, nullptr, 'h'},
+        {"version", no_argument, nullptr, 'V'},       {"attach", required_argument, nullptr, 'a'},
+        {"command", required_argument, nullptr, 'c'}, {nullptr, 0, nullptr, 0}};
     std::ios::sync_with_stdio(false);
     if (argc > 1 && std::string_view{argv[1]} == "explain")
         return shell::run_explain(argc - 1, argv + 1);
@@ -135,16 +126,13 @@ int main(int argc, char **argv)
     if (argc > 1 && std::string_view{argv[1]} == "replay")
         return shell::run_replay(argc - 1, argv + 1);
     shell::SessionOptions options;
-    console::AttachOptions attached;
     std::string commands; // of the command line
+    std::string attached; // the socket of a process's console; else empty
     if (isatty(STDERR_FILENO))
         options.terminal = &std::cerr;
     opterr = 0;
-    for (int choice; (choice = getopt_long(argc, argv, "a:c:kvjhV", long_options, nullptr)) != -1;) {
+    for (int choice; (choice = getopt_long(argc, argv, "kvjhVa:c:", long_options, nullptr)) != -1;) {
         switch (choice) {
-        case 'a':
-            attached.path = optarg;
-            break;
         case 'k':
             options.keep_going = true;
             break;
@@ -153,6 +141,9 @@ int main(int argc, char **argv)
             break;
         case 'j':
             options.json = true;
+            break;
+        case 'a':
+            attached = optarg;
             break;
         case 'c':
             commands.append(optarg).append("\n");
@@ -177,13 +168,13 @@ int main(int argc, char **argv)
     int status = EXIT_FAILURE;
     shell::catch_stop_signals();
     try {
-        status = !attached.path.empty() ? run_attached(attached, commands, name, options, interactive)
-                 : !commands.empty()    ? run_commands(commands, options)
-                 : interactive          ? run_interactive(options)
-                 : name == "-"          ? run_standard_input(options)
-                                        : run_file(name, options);
+        status = !attached.empty()   ? console::attach({attached, commands, name, interactive, options})
+                 : !commands.empty() ? run_commands(commands, options)
+                 : interactive       ? run_interactive(options)
+                 : name == "-"       ? run_standard_input(options)
+                                     : run_file(name, options);
     } catch (const std::runtime_error &error) {
-        complain(options, error.what(), !attached.path.empty() ? "" : name == "-" ? "<stdin>" : name);
+        complain(options, error.what(), !attached.empty() ? "" : name == "-" ? "<stdin>" : name);
         return EXIT_FAILURE;
     }
     if (!std::cout.flush()) {
