@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "digests.h"
+#include "digest_watches.h"
 #include "file_name.h"
 #include "idle.h"
 #include "lines.h"

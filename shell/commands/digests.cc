@@ -1,5 +1,5 @@
 // The digest command.
-#include "digests.h"
+#include "digest_watches.h"
 
 #include <utility>
 
