@@ -40,8 +40,8 @@ public:
 private:
     static constexpr ImageSize size = image_size(action.parameters);
 
-    u8 data[size.bytes ? size.bytes : 1]; // the driver's pointer is never null
-    alignas(16) pipe_action_spec record;  // so that hardly a store of zero() crosses a cache line
+    u8 data[size.bytes + 1];             // never empty, and with room behind a last field of three bytes
+    alignas(16) pipe_action_spec record; // so that hardly a store of zero() crosses a cache line
 
     template <std::size_t... parameters>
     [[gnu::always_inline]] void fill([[maybe_unused]] const void *from, std::index_sequence<parameters...>)
