@@ -2,6 +2,7 @@
 // here is unrolled by its caller and costs one or two instructions a field.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -103,8 +104,29 @@ using Wide [[gnu::vector_size(16)]] = u8;
     std::memcpy(to, &wide, sizeof wide);
 }
 
-// Zeroes a record of `bytes` bytes with 16-byte stores. The compiler's own choice for a record of some size,
-// a string instruction, costs more than all the rest of a call; bench/README.md has the figures.
+// The bytes of a record that are known while compiling, to be written by 16 at once.
+template <std::size_t size>
+struct ConstantImage {
+    std::array<u8, size> bytes{};
+
+    // The low bytes of a number in the order of this machine, which is little-endian.
+    constexpr void put(std::size_t at, u32 value, u32 count)
+    {
+        for (u32 byte = 0; byte < count; ++byte)
+            bytes[at + byte] = static_cast<u8>(value >> 8 * byte);
+    }
+
+    template <std::size_t at>
+    constexpr Wide wide() const
+    {
+        return Wide{bytes[at],      bytes[at + 1],  bytes[at + 2],  bytes[at + 3],
+                    bytes[at + 4],  bytes[at + 5],  bytes[at + 6],  bytes[at + 7],
+                    bytes[at + 8],  bytes[at + 9],  bytes[at + 10], bytes[at + 11],
+                    bytes[at + 12], bytes[at + 13], bytes[at + 14], bytes[at + 15]};
+    }
+};
+
+// Zeroes a record of `bytes` bytes with 16-byte stores, as those of the writer's record are.
 template <std::size_t bytes>
 [[gnu::always_inline]] inline void zero(void *record)
 {

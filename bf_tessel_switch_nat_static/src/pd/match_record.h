@@ -17,11 +17,10 @@ public:
     {
         record.match_value = value;
         record.match_mask = mask;
-        record.partition_index = 0;
-        record.priority = kind == Match::ternary ? priority : 0;
-        record.num_valid_bits = size.bits;
-        record.num_bytes = size.bytes;
-        record.match_reserved = 0;
+        // What follows the pointers are 16 bytes, of which the priority and the partition may change.
+        store_wide(reinterpret_cast<u8 *>(&record) + pointers, image.template wide<pointers>());
+        if constexpr (kind == Match::ternary)
+            record.priority = priority;
         fill(key, std::make_index_sequence<table.key.size()>{});
     }
 
@@ -33,12 +32,20 @@ private:
     static constexpr Match kind = key_kind(table);
     static constexpr ImageSize size = image_size(table.key);
 
+    static constexpr std::size_t pointers = offsetof(pipe_match_spec, partition_index);
+    static constexpr auto image = [] {
+        ConstantImage<sizeof(pipe_match_spec)> bytes;
+        bytes.put(offsetof(pipe_match_spec, num_valid_bits), size.bits, 2);
+        bytes.put(offsetof(pipe_match_spec, num_bytes), size.bytes, 2);
+        return bytes;
+    }();
+
     // Whole 16 bytes, aligned, so that one store fills them; with room behind a last field of three bytes.
     static constexpr u32 room = size.bytes < 8 ? 8 : (size.bytes + 16u) & ~15u;
 
     alignas(room < 16 ? 8 : 16) u8 value[room];
     alignas(room < 16 ? 8 : 16) u8 mask[room];
-    pipe_match_spec record;
+    alignas(16) pipe_match_spec record;
 
     template <std::size_t... fields>
     [[gnu::always_inline]] void fill(const void *key, std::index_sequence<fields...>)
