@@ -24,7 +24,10 @@ public:
     [[gnu::always_inline]] explicit ActionRecord(const void *parameters)
     {
         copy_constants(std::make_index_sequence<(sizeof record + sizeof(Wide) - 1) / sizeof(Wide)>{});
-        record.action_data.data = data;
+        if constexpr (sizeof(void *) == 8) // with both words behind it, which are zero
+            store_words(reinterpret_cast<u8 *>(&record.action_data.data), reinterpret_cast<pd_word>(data), 0);
+        else
+            record.action_data.data = data;
         fill(parameters, std::make_index_sequence<action.parameters.size()>{});
     }
 

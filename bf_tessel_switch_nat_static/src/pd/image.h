@@ -126,6 +126,14 @@ struct ConstantImage {
     }
 };
 
+// Stores two words of the machine's size, in one piece where that is 16 bytes.
+[[gnu::always_inline]] inline void store_words(u8 *to, pd_word first, pd_word second)
+{
+    using Words [[gnu::vector_size(2 * sizeof(pd_word))]] = pd_word;
+    const Words words{first, second};
+    std::memcpy(to, &words, sizeof words);
+}
+
 // Zeroes a record of `bytes` bytes with 16-byte stores, as those of the writer's record are.
 template <std::size_t bytes>
 [[gnu::always_inline]] inline void zero(void *record)

@@ -41,10 +41,10 @@ private:
     }();
 
     // Whole 16 bytes, aligned, so that one store fills them; with room behind a last field of three bytes.
-    static constexpr u32 room = size.bytes < 8 ? 8 : (size.bytes + 16u) & ~15u;
+    static constexpr u32 room = size.bytes < 4 ? 4 : size.bytes < 8 ? 8 : (size.bytes + 16u) & ~15u;
 
-    alignas(room < 16 ? 8 : 16) u8 value[room];
-    alignas(room < 16 ? 8 : 16) u8 mask[room];
+    alignas(std::min(room, 16u)) u8 value[room];
+    alignas(std::min(room, 16u)) u8 mask[room];
     alignas(16) pipe_match_spec record;
 
     template <std::size_t... fields>
