@@ -250,48 +250,6 @@ pd_status add_ipv6_short_mask_lpm(pd_sess_hdl sess, pd_dev_target target,
     return pipe_mgr_mat_ent_add(sess, target, 0x1000021, &match, 0x20000060, &spec, 0, 0, entry);
 }
 
-pd_status add_ipv4_final_resolve0(pd_sess_hdl sess, pd_dev_target target,
-                                  const p4_pd_tessel_switch_ipv4FinalResolve0_match_spec_t *key,
-                                  const p4_pd_tessel_switch_setNextHop0First_action_spec_t *action,
-                                  pd_entry_hdl *entry)
-{
-    const u32 length = key->ingIpv4_dip_prefix_length;
-    u8 value[6];
-    u8 mask[6];
-    u8 data[4];
-
-    pipe_match_spec match = {};
-    match.match_value = value;
-    match.match_mask = mask;
-    match.partition_index = key->fibV4ResultX_partIdx;
-    match.num_valid_bits = 48;
-    match.num_bytes = sizeof value;
-
-    u32 partition_mask = 0;
-    u32 bits = 0xffffffff;
-    if (length > 32) {
-        match.priority = 49;
-        partition_mask = 0xffff;
-    } else {
-        match.priority = 32 - length;
-        bits = length == 0 ? 0 : bits << (32 - length);
-    }
-    put16(value, 0);
-    put16(mask, partition_mask);
-    put32(value + 2, key->ingIpv4_dip & bits);
-    put32(mask + 2, bits);
-
-    put32(data, action->action_nextHop);
-
-    pipe_action_spec spec = {};
-    spec.action_kind = PIPE_ACTION_DATA;
-    spec.action_data.num_valid_bits = 32;
-    spec.action_data.num_bytes = sizeof data;
-    spec.action_data.data = data;
-
-    return pipe_mgr_mat_ent_add(sess, target, 0x100003c, &match, 0x200000b2, &spec, 0, 0, entry);
-}
-
 pd_status add_l2_dmac_classify(pd_sess_hdl sess, pd_dev_target target,
                                const p4_pd_tessel_switch_l2DmacClassify_match_spec_t *key, u32 priority,
                                pd_entry_hdl *entry)
@@ -321,46 +279,6 @@ pd_status add_l2_dmac_classify(pd_sess_hdl sess, pd_dev_target target,
     spec.resources[0].res_tag = PIPE_RES_ATTACH;
 
     return pipe_mgr_mat_ent_add(sess, target, 0x1000009, &match, 0x20000008, &spec, 0, 0, entry);
-}
-
-pd_status add_l2_lookup_miss(pd_sess_hdl sess, pd_dev_target target,
-                             const p4_pd_tessel_switch_l2LookupMiss_match_spec_t *key, u32 priority,
-                             const pd_meter_spec *meter, pd_entry_hdl *entry)
-{
-    u8 value[8];
-    u8 mask[8];
-    u8 data[1];
-    put16(value, key->ig_intr_md_ingress_port & key->ig_intr_md_ingress_port_mask);
-    put16(mask, key->ig_intr_md_ingress_port_mask & 0x01ff);
-    put24(value + 2, key->egrMd_dmacOui & key->egrMd_dmacOui_mask);
-    put24(mask + 2, key->egrMd_dmacOui_mask);
-    put24(value + 5, key->egrMd_dmacStation & key->egrMd_dmacStation_mask);
-    put24(mask + 5, key->egrMd_dmacStation_mask);
-
-    pipe_match_spec match = {};
-    match.match_value = value;
-    match.match_mask = mask;
-    match.priority = priority;
-    match.num_valid_bits = 57;
-    match.num_bytes = sizeof value;
-
-    if (meter == nullptr)
-        std::abort();
-
-    pipe_action_spec spec = {};
-    spec.action_kind = PIPE_ACTION_DATA;
-    spec.action_data.data = data;
-    spec.resource_count = 1;
-    spec.resources[0].res_handle = 0x5000001;
-    spec.resources[0].res_tag = PIPE_RES_ATTACH;
-    pipe_meter_spec &to = spec.resources[0].res_data.meter;
-    to.meter_type = meter->requested_meter_type == PD_METER_TYPE_COLOR_UNAWARE;
-    to.committed_rate = meter->committed_rate;
-    to.committed_burst = meter->committed_burst;
-    to.peak_rate = meter->peak_rate;
-    to.peak_burst = meter->peak_burst;
-
-    return pipe_mgr_mat_ent_add(sess, target, 0x100005b, &match, 0x200000ec, &spec, 0, 0, entry);
 }
 
 pd_status add_pdp_classify(pd_sess_hdl sess, pd_dev_target target,
@@ -407,31 +325,6 @@ pd_status add_pdp_classify(pd_sess_hdl sess, pd_dev_target target,
     spec.resources[0].res_tag = PIPE_RES_ATTACH;
 
     return pipe_mgr_mat_ent_add(sess, target, 0x100006a, &match, 0x20000118, &spec, 0, 0, entry);
-}
-
-pd_status add_l2_static_mac_src_addr_drop(pd_sess_hdl sess, pd_dev_target target,
-                                          const p4_pd_tessel_switch_l2StaticMacSrcAddrDrop_match_spec_t *key,
-                                          pd_entry_hdl *entry)
-{
-    u8 value[8];
-    u8 mask[8];
-    u8 data[1];
-    put24(value, key->ingMd_smacOui);
-    put24(value + 3, key->ingMd_smacStation);
-    put16(value + 6, key->ingMd_ingL2Domain);
-    std::memset(mask, 0xff, sizeof mask);
-
-    pipe_match_spec match = {};
-    match.match_value = value;
-    match.match_mask = mask;
-    match.num_valid_bits = 60;
-    match.num_bytes = sizeof value;
-
-    pipe_action_spec spec = {};
-    spec.action_kind = PIPE_ACTION_DATA;
-    spec.action_data.data = data;
-
-    return pipe_mgr_mat_ent_add(sess, target, 0x1000014, &match, 0x2000003d, &spec, 0, 0, entry);
 }
 
 } // namespace hand_written

@@ -411,65 +411,6 @@ pd_status get_ipv6_short_mask_lpm(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl ent
     return status;
 }
 
-pd_status get_ipv4_final_resolve0(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry, u8 from_hw,
-                                  p4_pd_tessel_switch_ipv4FinalResolve0_match_spec_t *key, char *name,
-                                  void *parameters, u32 *number, u8 *is_default)
-{
-    Answer<6> answer(48);
-    pd_status status = pipe_mgr_get_entry(sess, 0x100003c, {dev_id, PIPE_ALL_PIPES}, entry, &answer.match,
-                                          &answer.spec, &answer.action, from_hw, 1, 0);
-    if (status != 0)
-        return status;
-    if (answer.spec.action_kind != PIPE_ACTION_DATA)
-        return unexpected_kind(__func__, __LINE__);
-
-    const Resources resources(answer.spec);
-    switch (answer.action) {
-    case 0x200000b6:
-        tell_action(142, name, number);
-        break;
-    case 0x200000b2: {
-        tell_action(143, name, number);
-        auto *to = static_cast<p4_pd_tessel_switch_setNextHop0First_action_spec_t *>(parameters);
-        *to = {};
-        to->action_nextHop = get32(answer.spec.action_data.data);
-        break;
-    }
-    case 0x200000b5: {
-        tell_action(146, name, number);
-        auto *to = static_cast<p4_pd_tessel_switch_setNextHop1First_action_spec_t *>(parameters);
-        *to = {};
-        to->action_nextHop = get32(answer.spec.action_data.data);
-        break;
-    }
-    case 0x200000b3: {
-        tell_action(144, name, number);
-        auto *to = static_cast<p4_pd_tessel_switch_setNextHop2First_action_spec_t *>(parameters);
-        *to = {};
-        to->action_nextHop = get32(answer.spec.action_data.data);
-        break;
-    }
-    case 0x200000b4: {
-        tell_action(145, name, number);
-        auto *to = static_cast<p4_pd_tessel_switch_setNextHop3First_action_spec_t *>(parameters);
-        *to = {};
-        to->action_nextHop = get32(answer.spec.action_data.data);
-        break;
-    }
-    default:
-        status = unknown_action(__func__, __LINE__);
-    }
-
-    *key = {};
-    *is_default = !answer.has_key();
-    if (answer.has_key()) {
-        key->fibV4ResultX_partIdx = static_cast<u16>(answer.match.partition_index);
-        key->ingIpv4_dip = get32(answer.match.match_value + 2);
-        key->ingIpv4_dip_prefix_length = prefix_length32(answer.match.match_mask + 2);
-    }
-    return status;
-}
-
 pd_status get_l2_dmac_classify(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry, u8 from_hw,
                                p4_pd_tessel_switch_l2DmacClassify_match_spec_t *key, u32 *priority,
                                char *name, void *parameters, u32 *number, u8 *is_default)
@@ -537,52 +478,6 @@ pd_status get_l2_dmac_classify(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry,
     return status;
 }
 
-pd_status get_l2_lookup_miss(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry, u8 from_hw,
-                             p4_pd_tessel_switch_l2LookupMiss_match_spec_t *key, u32 *priority, char *name,
-                             void *, u32 *number, u8 *is_default)
-{
-    Answer<8> answer(57);
-    pd_status status = pipe_mgr_get_entry(sess, 0x100005b, {dev_id, PIPE_ALL_PIPES}, entry, &answer.match,
-                                          &answer.spec, &answer.action, from_hw, 1, 0);
-    if (status != 0)
-        return status;
-    if (answer.spec.action_kind != PIPE_ACTION_DATA)
-        return unexpected_kind(__func__, __LINE__);
-
-    const Resources resources(answer.spec);
-    switch (answer.action) {
-    case 0x200000ef:
-        tell_action(3, name, number);
-        break;
-    case 0x200000ec:
-        tell_action(206, name, number);
-        break;
-    case 0x200000ed:
-        tell_action(207, name, number);
-        break;
-    case 0x200000ee:
-        tell_action(208, name, number);
-        break;
-    default:
-        status = unknown_action(__func__, __LINE__);
-    }
-
-    *key = {};
-    *is_default = !answer.has_key();
-    *priority = answer.match.priority;
-    if (answer.has_key()) {
-        const u8 *value = answer.match.match_value;
-        const u8 *mask = answer.match.match_mask;
-        key->ig_intr_md_ingress_port = get16(value);
-        key->egrMd_dmacOui = get24(value + 2);
-        key->egrMd_dmacStation = get24(value + 5);
-        key->ig_intr_md_ingress_port_mask = get16(mask);
-        key->egrMd_dmacOui_mask = get24(mask + 2);
-        key->egrMd_dmacStation_mask = get24(mask + 5);
-    }
-    return status;
-}
-
 pd_status get_pdp_classify(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry, u8 from_hw,
                            p4_pd_tessel_switch_pdpClassify_match_spec_t *key, u32 *priority, char *name,
                            void *parameters, u32 *number, u8 *is_default)
@@ -638,41 +533,6 @@ pd_status get_pdp_classify(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry, u8 
         key->ingMd_protocol_mask = mask[5];
         key->ingMd_srcPort_mask = get16(mask + 6);
         key->ingMd_dstPort_mask = get16(mask + 8);
-    }
-    return status;
-}
-
-pd_status get_l2_static_mac_src_addr_drop(pd_sess_hdl sess, u32 dev_id, pd_entry_hdl entry, u8 from_hw,
-                                          p4_pd_tessel_switch_l2StaticMacSrcAddrDrop_match_spec_t *key,
-                                          char *name, void *, u32 *number, u8 *is_default)
-{
-    Answer<8> answer(60);
-    pd_status status = pipe_mgr_get_entry(sess, 0x1000014, {dev_id, PIPE_ALL_PIPES}, entry, &answer.match,
-                                          &answer.spec, &answer.action, from_hw, 1, 0);
-    if (status != 0)
-        return status;
-    if (answer.spec.action_kind != PIPE_ACTION_DATA)
-        return unexpected_kind(__func__, __LINE__);
-
-    const Resources resources(answer.spec);
-    switch (answer.action) {
-    case 0x2000003e:
-        tell_action(13, name, number);
-        break;
-    case 0x2000003d:
-        tell_action(42, name, number);
-        break;
-    default:
-        status = unknown_action(__func__, __LINE__);
-    }
-
-    *key = {};
-    *is_default = !answer.has_key();
-    if (answer.has_key()) {
-        const u8 *value = answer.match.match_value;
-        key->ingMd_smacOui = get24(value);
-        key->ingMd_smacStation = get24(value + 3);
-        key->ingMd_ingL2Domain = get16(value + 6);
     }
     return status;
 }

@@ -111,15 +111,6 @@ u32 ipv6_short_mask_lpm_text(const p4_pd_tessel_switch_ipv6ShortMaskLpm_match_sp
     return length(stpcpy(to, "),"), buf);
 }
 
-u32 ipv4_final_resolve0_text(const p4_pd_tessel_switch_ipv4FinalResolve0_match_spec_t *key, char *buf)
-{
-    char *to = stpcpy(buf, "( ");
-    to += std::snprintf(to, room, "0x%04x,", key->fibV4ResultX_partIdx);
-    to += std::snprintf(to, room, "0x%08x,", key->ingIpv4_dip & 0xfffff);
-    to += std::snprintf(to, room, "0x%04x,", key->ingIpv4_dip_prefix_length);
-    return length(stpcpy(to, "),"), buf);
-}
-
 u32 l2_dmac_classify_text(const p4_pd_tessel_switch_l2DmacClassify_match_spec_t *key, char *buf)
 {
     char *to = stpcpy(buf, "( ");
@@ -128,18 +119,6 @@ u32 l2_dmac_classify_text(const p4_pd_tessel_switch_l2DmacClassify_match_spec_t 
     to += std::snprintf(to, room, "0x%06x,", key->outerEthHdr_dmacOui_mask & 0xffffff);
     to += std::snprintf(to, room, "0x%06x,", key->outerEthHdr_dmacStation & 0xffffff);
     to += std::snprintf(to, room, "0x%06x,", key->outerEthHdr_dmacStation_mask & 0xffffff);
-    return length(stpcpy(to, "),"), buf);
-}
-
-u32 l2_lookup_miss_text(const p4_pd_tessel_switch_l2LookupMiss_match_spec_t *key, char *buf)
-{
-    char *to = stpcpy(buf, "( ");
-    to += std::snprintf(to, room, "0x%06x,", key->egrMd_dmacOui & 0xffffff);
-    to += std::snprintf(to, room, "0x%06x,", key->egrMd_dmacOui_mask & 0xffffff);
-    to += std::snprintf(to, room, "0x%06x,", key->egrMd_dmacStation & 0xffffff);
-    to += std::snprintf(to, room, "0x%06x,", key->egrMd_dmacStation_mask & 0xffffff);
-    to += std::snprintf(to, room, "0x%03x,", key->ig_intr_md_ingress_port & 0x7f);
-    to += std::snprintf(to, room, "0x%03x,", key->ig_intr_md_ingress_port_mask & 0x7f);
     return length(stpcpy(to, "),"), buf);
 }
 
@@ -162,16 +141,6 @@ u32 pdp_classify_text(const p4_pd_tessel_switch_pdpClassify_match_spec_t *key, c
     to += std::snprintf(to, room, "0x%02x,", key->ingMd_protocol_mask);
     to += std::snprintf(to, room, "0x%04x,", key->ingMd_srcPort);
     to += std::snprintf(to, room, "0x%04x,", key->ingMd_srcPort_mask);
-    return length(stpcpy(to, "),"), buf);
-}
-
-u32 l2_static_mac_src_addr_drop_text(const p4_pd_tessel_switch_l2StaticMacSrcAddrDrop_match_spec_t *key,
-                                     char *buf)
-{
-    char *to = stpcpy(buf, "( ");
-    to += std::snprintf(to, room, "0x%06x,", key->ingMd_smacOui & 0xffffff);
-    to += std::snprintf(to, room, "0x%06x,", key->ingMd_smacStation & 0xffffff);
-    to += std::snprintf(to, room, "0x%03x,", key->ingMd_ingL2Domain & 0xfff);
     return length(stpcpy(to, "),"), buf);
 }
 
@@ -205,21 +174,9 @@ u32 set_next_hop_text(const p4_pd_tessel_switch_setNextHop_action_spec_t *action
     return length(stpcpy(to, ")),"), buf);
 }
 
-u32 set_next_hop0_first_text(const p4_pd_tessel_switch_setNextHop0First_action_spec_t *action, char *buf)
-{
-    char *to = stpcpy(buf, "('setNextHop0First',(");
-    to += std::snprintf(to, room, "0x%08x,", action->action_nextHop);
-    return length(stpcpy(to, ")),"), buf);
-}
-
 u32 set_ucast_text(char *buf)
 {
     return length(stpcpy(buf, "('setUcast',()),"), buf);
-}
-
-u32 l2_lookup_bcast_hit_text(char *buf)
-{
-    return length(stpcpy(buf, "('l2LookupBcastHit',()),"), buf);
 }
 
 u32 meter_pdp_class_text(const p4_pd_tessel_switch_meterPdpClass_action_spec_t *action, char *buf)
@@ -227,11 +184,6 @@ u32 meter_pdp_class_text(const p4_pd_tessel_switch_meterPdpClass_action_spec_t *
     char *to = stpcpy(buf, "('meterPdpClass',(");
     to += std::snprintf(to, room, "0x%08x,", action->action_pdpClassId);
     return length(stpcpy(to, ")),"), buf);
-}
-
-u32 set_drop_smac_text(char *buf)
-{
-    return length(stpcpy(buf, "('setDropSmac',()),"), buf);
 }
 
 } // namespace hand_written

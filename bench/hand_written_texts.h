@@ -12,22 +12,15 @@ u32 halo_row1_stage2_text(const p4_pd_tessel_switch_haloRow1Stage2_match_spec_t 
 u32 trap_to_cpu_text(const p4_pd_tessel_switch_trapToCpu_match_spec_t *key, char *buf);
 u32 ipv4_short_mask_lpm_text(const p4_pd_tessel_switch_ipv4ShortMaskLpm_match_spec_t *key, char *buf);
 u32 ipv6_short_mask_lpm_text(const p4_pd_tessel_switch_ipv6ShortMaskLpm_match_spec_t *key, char *buf);
-u32 ipv4_final_resolve0_text(const p4_pd_tessel_switch_ipv4FinalResolve0_match_spec_t *key, char *buf);
 u32 l2_dmac_classify_text(const p4_pd_tessel_switch_l2DmacClassify_match_spec_t *key, char *buf);
-u32 l2_lookup_miss_text(const p4_pd_tessel_switch_l2LookupMiss_match_spec_t *key, char *buf);
 u32 pdp_classify_text(const p4_pd_tessel_switch_pdpClassify_match_spec_t *key, char *buf);
-u32 l2_static_mac_src_addr_drop_text(const p4_pd_tessel_switch_l2StaticMacSrcAddrDrop_match_spec_t *key,
-                                     char *buf);
 u32 l2_forward_params_set_text(const p4_pd_tessel_switch_l2ForwardParamsSet_action_spec_t *action, char *buf);
 u32 halo_set_best_result_row1_text(const p4_pd_tessel_switch_haloSetBestResultRow1_action_spec_t *action,
                                    char *buf);
 u32 copy_packet_text(const p4_pd_tessel_switch_copyPacket_action_spec_t *action, char *buf);
 u32 set_next_hop_text(const p4_pd_tessel_switch_setNextHop_action_spec_t *action, char *buf);
-u32 set_next_hop0_first_text(const p4_pd_tessel_switch_setNextHop0First_action_spec_t *action, char *buf);
 u32 set_ucast_text(char *buf);
-u32 l2_lookup_bcast_hit_text(char *buf);
 u32 meter_pdp_class_text(const p4_pd_tessel_switch_meterPdpClass_action_spec_t *action, char *buf);
-u32 set_drop_smac_text(char *buf);
 
 } // namespace hand_written
 #pragma GCC visibility pop

@@ -1,4 +1,4 @@
-// The ten tables of the write benchmark, each with the library's get function and its hand-written twin.
+// The seven tables of the write benchmark, each with the library's get function and its hand-written twin.
 #pragma once
 
 #include <cstring>
@@ -89,21 +89,12 @@ void for_each_read_case(auto visitor)
     visit_read<p4_pd_tessel_switch_ipv6ShortMaskLpm_table_add_with_setNextHop,
                p4_pd_tessel_switch_ipv6ShortMaskLpm_get_entry, get_ipv6_short_mask_lpm>(
         visitor, "ipv6ShortMaskLpm", "LPM of 128 bits");
-    visit_read<p4_pd_tessel_switch_ipv4FinalResolve0_table_add_with_setNextHop0First,
-               p4_pd_tessel_switch_ipv4FinalResolve0_get_entry, get_ipv4_final_resolve0>(
-        visitor, "ipv4FinalResolve0", "partition index");
     visit_read<p4_pd_tessel_switch_l2DmacClassify_table_add_with_setUcast,
                p4_pd_tessel_switch_l2DmacClassify_get_entry, get_l2_dmac_classify>(visitor, "l2DmacClassify",
                                                                                    "direct counter");
-    visit_read<p4_pd_tessel_switch_l2LookupMiss_table_add_with_l2LookupBcastHit,
-               p4_pd_tessel_switch_l2LookupMiss_get_entry, get_l2_lookup_miss>(visitor, "l2LookupMiss",
-                                                                               "direct meter");
     visit_read<p4_pd_tessel_switch_pdpClassify_table_add_with_meterPdpClass,
                p4_pd_tessel_switch_pdpClassify_get_entry, get_pdp_classify>(visitor, "pdpClassify",
                                                                             "indexed resource");
-    visit_read<p4_pd_tessel_switch_l2StaticMacSrcAddrDrop_table_add_with_setDropSmac,
-               p4_pd_tessel_switch_l2StaticMacSrcAddrDrop_get_entry, get_l2_static_mac_src_addr_drop>(
-        visitor, "l2StaticMacSrcAddrDrop", "no parameters");
 }
 
 } // namespace bench

@@ -1,5 +1,5 @@
-// The ten tables of the write benchmark with one of their actions, as text: the library's functions, and the
-// texts written by hand.
+// The seven tables of the write benchmark with one of their actions, as text: the library's functions, and
+// the texts written by hand.
 #pragma once
 
 #include "hand_written_texts.h"
@@ -96,30 +96,15 @@ void for_each_text_case(auto visitor)
         Texts<ipv6_short_mask_lpm_text, set_next_hop_text>,
         p4_pd_tessel_switch_ipv6ShortMaskLpm_match_specs_are_equal,
         p4_pd_tessel_switch_setNextHop_action_specs_are_equal>("ipv6ShortMaskLpm", "LPM of 128 bits");
-    visitor.template operator()<Texts<p4_pd_tessel_switch_ipv4FinalResolve0_match_spec_value,
-                                      p4_pd_tessel_switch_setNextHop0First_value>,
-                                Texts<ipv4_final_resolve0_text, set_next_hop0_first_text>,
-                                p4_pd_tessel_switch_ipv4FinalResolve0_match_specs_are_equal,
-                                p4_pd_tessel_switch_setNextHop0First_action_specs_are_equal>(
-        "ipv4FinalResolve0", "partition index");
     visitor.template
     operator()<Texts<p4_pd_tessel_switch_l2DmacClassify_match_spec_value, p4_pd_tessel_switch_setUcast_value>,
                Texts<l2_dmac_classify_text, set_ucast_text>,
                p4_pd_tessel_switch_l2DmacClassify_match_specs_are_equal, nullptr>("l2DmacClassify",
                                                                                   "direct counter");
     visitor.template operator()<
-        Texts<p4_pd_tessel_switch_l2LookupMiss_match_spec_value, p4_pd_tessel_switch_l2LookupBcastHit_value>,
-        Texts<l2_lookup_miss_text, l2_lookup_bcast_hit_text>,
-        p4_pd_tessel_switch_l2LookupMiss_match_specs_are_equal, nullptr>("l2LookupMiss", "direct meter");
-    visitor.template operator()<
         Texts<p4_pd_tessel_switch_pdpClassify_match_spec_value, p4_pd_tessel_switch_meterPdpClass_value>,
         Texts<pdp_classify_text, meter_pdp_class_text>, p4_pd_tessel_switch_pdpClassify_match_specs_are_equal,
         p4_pd_tessel_switch_meterPdpClass_action_specs_are_equal>("pdpClassify", "indexed resource");
-    visitor.template operator()<Texts<p4_pd_tessel_switch_l2StaticMacSrcAddrDrop_match_spec_value,
-                                      p4_pd_tessel_switch_setDropSmac_value>,
-                                Texts<l2_static_mac_src_addr_drop_text, set_drop_smac_text>,
-                                p4_pd_tessel_switch_l2StaticMacSrcAddrDrop_match_specs_are_equal, nullptr>(
-        "l2StaticMacSrcAddrDrop", "no parameters");
 }
 
 } // namespace bench

@@ -1,5 +1,5 @@
-// The ten tables that stand for all: each with the library's add function, its hand-written twin and the
-// records that both are fed.
+// The seven tables that stand for all: each with the library's add function, its hand-written twins and
+// the records that all are fed.
 #pragma once
 
 #include <array>
@@ -8,6 +8,7 @@
 #include <random>
 #include <type_traits>
 
+#include "best_hand.h"
 #include "hand_written.h"
 
 namespace bench {
@@ -70,37 +71,31 @@ template <typename... Arguments>
     return function(session, target, argument<Arguments>(index)...);
 }
 
-template <auto library, auto hand_written>
-void visit(auto visitor, const char *table, const char *subject)
-{
-    static_assert(std::is_same_v<decltype(library), decltype(hand_written)>);
-    visitor.template operator()<library, hand_written>(table, subject);
-}
-
-// Calls visitor.operator()<library function, hand-written function>(table, what it stands for) for each case.
+// Calls visitor.operator()<library function, hand-written function, the best>(table, what it stands for) for
+// each case.
 void for_each_case(auto visitor)
 {
-    using namespace hand_written;
-    visit<p4_pd_tessel_switch_l2ForwardParams_table_add_with_l2ForwardParamsSet, add_l2_forward_params>(
-        visitor, "l2ForwardParams", "smallest exact");
-    visit<p4_pd_tessel_switch_haloRow1Stage2_table_add_with_haloSetBestResultRow1, add_halo_row1_stage2>(
-        visitor, "haloRow1Stage2", "widest exact");
-    visit<p4_pd_tessel_switch_trapToCpu_table_add_with_copyPacket, add_trap_to_cpu>(visitor, "trapToCpu",
-                                                                                    "ternary, 20 fields");
-    visit<p4_pd_tessel_switch_ipv4ShortMaskLpm_table_add_with_setNextHop, add_ipv4_short_mask_lpm>(
-        visitor, "ipv4ShortMaskLpm", "LPM of 32 bits");
-    visit<p4_pd_tessel_switch_ipv6ShortMaskLpm_table_add_with_setNextHop, add_ipv6_short_mask_lpm>(
-        visitor, "ipv6ShortMaskLpm", "LPM of 128 bits");
-    visit<p4_pd_tessel_switch_ipv4FinalResolve0_table_add_with_setNextHop0First, add_ipv4_final_resolve0>(
-        visitor, "ipv4FinalResolve0", "partition index");
-    visit<p4_pd_tessel_switch_l2DmacClassify_table_add_with_setUcast, add_l2_dmac_classify>(
-        visitor, "l2DmacClassify", "direct counter");
-    visit<p4_pd_tessel_switch_l2LookupMiss_table_add_with_l2LookupBcastHit, add_l2_lookup_miss>(
-        visitor, "l2LookupMiss", "direct meter");
-    visit<p4_pd_tessel_switch_pdpClassify_table_add_with_meterPdpClass, add_pdp_classify>(
-        visitor, "pdpClassify", "indexed resource");
-    visit<p4_pd_tessel_switch_l2StaticMacSrcAddrDrop_table_add_with_setDropSmac,
-          add_l2_static_mac_src_addr_drop>(visitor, "l2StaticMacSrcAddrDrop", "no parameters");
+    visitor.template operator()<p4_pd_tessel_switch_l2ForwardParams_table_add_with_l2ForwardParamsSet,
+                                hand_written::add_l2_forward_params, best_hand::add_l2_forward_params>(
+        "l2ForwardParams", "smallest exact");
+    visitor.template operator()<p4_pd_tessel_switch_haloRow1Stage2_table_add_with_haloSetBestResultRow1,
+                                hand_written::add_halo_row1_stage2, best_hand::add_halo_row1_stage2>(
+        "haloRow1Stage2", "widest exact");
+    visitor.template operator()<p4_pd_tessel_switch_trapToCpu_table_add_with_copyPacket,
+                                hand_written::add_trap_to_cpu, best_hand::add_trap_to_cpu>(
+        "trapToCpu", "ternary, 20 fields");
+    visitor.template operator()<p4_pd_tessel_switch_ipv4ShortMaskLpm_table_add_with_setNextHop,
+                                hand_written::add_ipv4_short_mask_lpm, best_hand::add_ipv4_short_mask_lpm>(
+        "ipv4ShortMaskLpm", "LPM of 32 bits");
+    visitor.template operator()<p4_pd_tessel_switch_ipv6ShortMaskLpm_table_add_with_setNextHop,
+                                hand_written::add_ipv6_short_mask_lpm, best_hand::add_ipv6_short_mask_lpm>(
+        "ipv6ShortMaskLpm", "LPM of 128 bits");
+    visitor.template operator()<p4_pd_tessel_switch_l2DmacClassify_table_add_with_setUcast,
+                                hand_written::add_l2_dmac_classify, best_hand::add_l2_dmac_classify>(
+        "l2DmacClassify", "direct counter");
+    visitor.template operator()<p4_pd_tessel_switch_pdpClassify_table_add_with_meterPdpClass,
+                                hand_written::add_pdp_classify, best_hand::add_pdp_classify>(
+        "pdpClassify", "indexed resource");
 }
 
 } // namespace bench

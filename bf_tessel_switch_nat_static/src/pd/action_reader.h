@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <string_view>
 
 #include "unbuild.h"
 
@@ -15,6 +16,7 @@ struct ActionReader {
     u32 handle;
     u32 number;
     bool default_action;
+    u8 name_bytes; // of the name that callers know, with the zero behind it
     // null for an action without parameters
     void (*unbuild)(const pipe_action_data *, const pd_res_ref *, u32 count, void *parameters);
 };
@@ -27,7 +29,10 @@ constexpr ActionReader action_reader()
     const bool default_action = binding.default_action || !has_default_action(owner.actions);
     static_assert(binding.action->record_size <= sizeof(pd_action_out::parameters));
     static_assert(image_size(binding.action->parameters).bytes <= data_buffer_bytes);
-    ActionReader reader{binding.handle, binding.action->number, default_action, nullptr};
+    constexpr std::size_t name_bytes =
+        sizeof "p4_pd_tessel_switch_" + std::char_traits<char>::length(binding.action->name);
+    static_assert(name_bytes <= 255);
+    ActionReader reader{binding.handle, binding.action->number, default_action, u8{name_bytes}, nullptr};
     if constexpr (!binding.action->parameters.empty())
         reader.unbuild = unbuild_action_spec<*binding.action>;
     return reader;

@@ -23,9 +23,13 @@ struct Answer {
         match = {};
         if (table.key_size.bytes == 0)
             return; // the record of a keyless table is all zero
-        // In whole: cheaper than what the key needs, which is not known while compiling.
-        zero<sizeof value>(value);
-        zero<sizeof mask>(mask);
+        // Not by the byte, since how many a key needs is not known while compiling; most need 16.
+        zero<sizeof(Wide)>(value);
+        zero<sizeof(Wide)>(mask);
+        if (table.key_size.bytes > sizeof(Wide)) {
+            zero<sizeof value - sizeof(Wide)>(value + sizeof(Wide));
+            zero<sizeof mask - sizeof(Wide)>(mask + sizeof(Wide));
+        }
         match.match_value = value;
         match.match_mask = mask;
     }

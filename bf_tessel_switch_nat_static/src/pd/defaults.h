@@ -10,11 +10,8 @@ template <const Table &table, const Binding &binding>
 [[gnu::always_inline]] inline pd_status set_default_action(pd_sess_hdl sess, pd_dev_target target,
                                                            const EntryArguments &with, pd_entry_hdl *entry)
 {
-    ActionRecord<*binding.action> act(with.action);
-    add_resources<table>(act, with, index_mask_in_modify);
-    if constexpr (table.direct_meter != 0)
-        if (!with.meter)
-            act.spec()->resources[0].res_tag = PIPE_RES_DETACH;
+    EntryRecord<table, *binding.action> act(with.action);
+    fill_resource<table, *binding.action>(act.resource(), with, index_mask_in_modify, PIPE_RES_DETACH);
     return pipe_mgr_mat_default_entry_set(sess, target, table.handle, binding.handle, act.spec(), 0, entry);
 }
 

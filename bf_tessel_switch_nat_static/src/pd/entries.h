@@ -10,40 +10,46 @@
 
 namespace pd {
 
-// Hangs a direct meter on the entry. Without a spec the meter is left as it is.
+// The resource that hangs on an entry of the table: a direct counter or meter, or an indexed one, which is
+// taken off when the action does not use it.
 template <const Table &table, const Action &action>
-[[gnu::always_inline]] inline void add_direct_meter(ActionRecord<action> &record, const pd_meter_spec *meter)
+constexpr ActionConstants entry_constants()
 {
-    pipe_res_spec &resource =
-        record.add_resource(table.direct_meter, meter ? PIPE_RES_ATTACH : PIPE_RES_KEEP);
-    if (meter)
-        fill_bytes_meter(resource.res_data.meter, *meter);
+    ActionConstants constants;
+    if (table.direct_counter != 0)
+        constants.resource = table.direct_counter;
+    else if (table.direct_meter != 0)
+        constants.resource = table.direct_meter;
+    else
+        constants.resource = table.indexed_resource;
+    const bool is_indexed = table.direct_counter == 0 && table.direct_meter == 0;
+    const bool is_used =
+        !is_indexed || index_parameter(action, table.indexed_resource) < action.parameters.size();
+    constants.tag = is_used ? PIPE_RES_ATTACH : PIPE_RES_DETACH;
+    return constants;
 }
 
-// Hangs an indexed resource on the entry, or takes it off when the action does not use it. `index_mask` are
-// the bits of the action's parameter that make the index.
 template <const Table &table, const Action &action>
-[[gnu::always_inline]] inline void add_indexed_resource(ActionRecord<action> &record, const void *parameters,
-                                                        u32 index_mask)
+using EntryRecord = ActionRecord<action, entry_constants<table, action>()>;
+
+// Fills in what the resource of an entry does not share with others. A direct meter without a spec gets
+// `without_meter`; `index_mask` are the bits of the action's parameter that make the index.
+template <const Table &table, const Action &action>
+[[gnu::always_inline]] inline void
+fill_resource([[maybe_unused]] pipe_res_spec &resource, [[maybe_unused]] const EntryArguments &with,
+              [[maybe_unused]] u32 index_mask, [[maybe_unused]] u32 without_meter = PIPE_RES_KEEP)
 {
     constexpr std::size_t parameter = index_parameter(action, table.indexed_resource);
-    if constexpr (parameter < action.parameters.size())
-        record.add_resource(table.indexed_resource, PIPE_RES_ATTACH).res_index =
-            load_member<32>(parameters, action.parameters[parameter].offset) & index_mask;
-    else
-        record.add_resource(table.indexed_resource, PIPE_RES_DETACH);
-}
-
-template <const Table &table, const Action &action>
-[[gnu::always_inline]] inline void add_resources(ActionRecord<action> &record, const EntryArguments &with,
-                                                 u32 index_mask)
-{
-    if constexpr (table.direct_counter != 0)
-        record.add_resource(table.direct_counter, PIPE_RES_ATTACH);
-    else if constexpr (table.direct_meter != 0)
-        add_direct_meter<table>(record, with.meter);
-    else if constexpr (table.indexed_resource != 0)
-        add_indexed_resource<table>(record, with.action, index_mask);
+    if constexpr (table.direct_counter != 0) {
+        return;
+    } else if constexpr (table.direct_meter != 0) {
+        if (with.meter)
+            fill_bytes_meter(resource.res_data.meter, *with.meter);
+        else
+            resource.res_tag = without_meter;
+    } else if constexpr (table.indexed_resource != 0 && parameter < action.parameters.size()) {
+        resource.res_index = load_member<32>(with.action, action.parameters[parameter].offset) & index_mask;
+    }
 }
 
 // Deliberate: add keeps the low half of an index, both forms of modify keep all of it.
@@ -58,8 +64,8 @@ template <const Table &table, const Binding &binding>
     MatchRecord<table> match(with.key, with.priority);
     if (table.direct_meter != 0 && !with.meter)
         fail(table.missing_meter, place);
-    ActionRecord<*binding.action> act(with.action);
-    add_resources<table>(act, with, index_mask_in_add);
+    EntryRecord<table, *binding.action> act(with.action);
+    fill_resource<table, *binding.action>(act.resource(), with, index_mask_in_add);
     return pipe_mgr_mat_ent_add(sess, target, table.handle, match.spec(), binding.handle, act.spec(),
                                 with.ttl, 0, entry);
 }
@@ -68,8 +74,8 @@ template <const Table &table, const Binding &binding>
 [[gnu::always_inline]] inline pd_status modify(pd_sess_hdl sess, u32 device_id, pd_entry_hdl entry,
                                                const EntryArguments &with)
 {
-    ActionRecord<*binding.action> act(with.action);
-    add_resources<table>(act, with, index_mask_in_modify);
+    EntryRecord<table, *binding.action> act(with.action);
+    fill_resource<table, *binding.action>(act.resource(), with, index_mask_in_modify);
     return pipe_mgr_mat_ent_set_action(sess, device_id, table.handle, entry, binding.handle, act.spec(), 0);
 }
 
@@ -78,8 +84,8 @@ template <const Table &table, const Binding &binding>
                                                              const EntryArguments &with)
 {
     MatchRecord<table> match(with.key, with.priority);
-    ActionRecord<*binding.action> act(with.action);
-    add_resources<table>(act, with, index_mask_in_modify);
+    EntryRecord<table, *binding.action> act(with.action);
+    fill_resource<table, *binding.action>(act.resource(), with, index_mask_in_modify);
     return pipe_mgr_mat_ent_set_action_by_match_spec(sess, target, table.handle, match.spec(), binding.handle,
                                                      act.spec(), 0);
 }

@@ -2,6 +2,7 @@
 // here is unrolled by its caller and costs one or two instructions a field.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -9,7 +10,8 @@
 
 namespace pd {
 
-// Stores the low `bytes` bytes of `value`, most significant first.
+// Stores the low `bytes` bytes of `value`, most significant first. Three are stored as four: the byte behind
+// them has to be the caller's, to be written afterwards or to be nobody's.
 template <u32 bytes>
 [[gnu::always_inline]] inline void store_big_endian(u8 *to, u32 value)
 {
@@ -20,8 +22,7 @@ template <u32 bytes>
         const u16 swapped = __builtin_bswap16(static_cast<u16>(value));
         std::memcpy(to, &swapped, sizeof swapped);
     } else if constexpr (bytes == 3) {
-        store_big_endian<1>(to, value >> 16);
-        store_big_endian<2>(to + 1, value);
+        store_big_endian<4>(to, value << 8);
     } else {
         const u32 swapped = __builtin_bswap32(value);
         std::memcpy(to, &swapped, sizeof swapped);
@@ -91,13 +92,49 @@ using Wide [[gnu::vector_size(16)]] = u8;
     return wide;
 }
 
+// Of a constant, loaded once: what goes through memcpy the compiler reads again where it was stored.
+[[gnu::always_inline]] inline Wide wide_at(const u8 *bytes)
+{
+    using Unaligned [[gnu::vector_size(16), gnu::aligned(1), gnu::may_alias]] = u8;
+    return *reinterpret_cast<const Unaligned *>(bytes);
+}
+
 [[gnu::always_inline]] inline void store_wide(u8 *to, Wide wide)
 {
     std::memcpy(to, &wide, sizeof wide);
 }
 
-// Zeroes a record of `bytes` bytes with 16-byte stores. The compiler's own choice for a record of some size,
-// a string instruction, costs more than all the rest of a call; bench/README.md has the figures.
+// The bytes of a record that are known while compiling, to be written by 16 at once.
+template <std::size_t size>
+struct ConstantImage {
+    std::array<u8, size> bytes{};
+
+    // The low bytes of a number in the order of this machine, which is little-endian.
+    constexpr void put(std::size_t at, u32 value, u32 count)
+    {
+        for (u32 byte = 0; byte < count; ++byte)
+            bytes[at + byte] = static_cast<u8>(value >> 8 * byte);
+    }
+
+    template <std::size_t at>
+    constexpr Wide wide() const
+    {
+        return Wide{bytes[at],      bytes[at + 1],  bytes[at + 2],  bytes[at + 3],
+                    bytes[at + 4],  bytes[at + 5],  bytes[at + 6],  bytes[at + 7],
+                    bytes[at + 8],  bytes[at + 9],  bytes[at + 10], bytes[at + 11],
+                    bytes[at + 12], bytes[at + 13], bytes[at + 14], bytes[at + 15]};
+    }
+};
+
+// Stores two words of the machine's size, in one piece where that is 16 bytes.
+[[gnu::always_inline]] inline void store_words(u8 *to, pd_word first, pd_word second)
+{
+    using Words [[gnu::vector_size(2 * sizeof(pd_word))]] = pd_word;
+    const Words words{first, second};
+    std::memcpy(to, &words, sizeof words);
+}
+
+// Zeroes a record of `bytes` bytes with 16-byte stores, as those of the writer's record are.
 template <std::size_t bytes>
 [[gnu::always_inline]] inline void zero(void *record)
 {
@@ -118,18 +155,14 @@ constexpr u32 ones(u32 bits)
     return bits >= 32 ? ~u32{0} : (u32{1} << bits) - 1;
 }
 
-// A mask of the leading `length` of 32 bits.
-[[gnu::always_inline]] inline u32 prefix_mask(u32 length)
-{
-    return static_cast<u32>(~u64{0} << (32 - length));
-}
-
-// Likewise of 128 bits, by length and in the byte order of an image. Shifts of 64-bit words cost more than a
-// look-up where words have 32 bits.
-inline constexpr auto wide_prefix_masks = [] {
-    std::array<std::array<u8, 16>, 129> masks{};
+// Masks of `bytes` bytes in the byte order of an image: by the number of leading bits, and behind them one of
+// all bits. A look-up costs less than shifts, most of all where words have 32 bits.
+template <u32 bytes>
+inline constexpr auto prefix_masks = [] {
+    constexpr u32 bits = bytes * 8;
+    std::array<std::array<u8, bytes>, bits + 2> masks{};
     for (u32 length = 0; length < masks.size(); length++)
-        for (u32 bit = 0; bit < length; bit++)
+        for (u32 bit = 0; bit < length && bit < bits; bit++)
             masks[length][bit / 8] |= static_cast<u8>(0x80 >> bit % 8);
     return masks;
 }();

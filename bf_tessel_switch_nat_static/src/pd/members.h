@@ -13,11 +13,14 @@
 
 namespace pd {
 
+template <const Action &action>
+using MemberRecord = ActionRecord<action, ActionConstants{.kind = PIPE_ACTION_NONE}>;
+
 template <const Profile &profile, const Binding &binding>
 inline pd_status add_member(pd_sess_hdl sess, pd_dev_target target, const EntryArguments &with,
                             pd_mbr_hdl *member)
 {
-    ActionRecord<*binding.action> act(with.action, PIPE_ACTION_NONE);
+    MemberRecord<*binding.action> act(with.action);
     const pd_status status =
         pipe_mgr_adt_ent_add(sess, target, profile.action_table, binding.handle, 0, act.spec(), member, 0);
     if (status != PD_STATUS_SUCCESS)
@@ -37,7 +40,7 @@ inline pd_status modify_member(pd_sess_hdl sess, u32 device_id, pd_mbr_hdl membe
         return status;
     if (current != binding.handle)
         return PD_STATUS_MISMATCH;
-    ActionRecord<*binding.action> act(with.action, PIPE_ACTION_NONE);
+    MemberRecord<*binding.action> act(with.action);
     return pipe_mgr_adt_ent_set(sess, device_id, profile.action_table, member, binding.handle, act.spec(), 0);
 }
 

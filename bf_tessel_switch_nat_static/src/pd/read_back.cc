@@ -12,7 +12,11 @@ namespace {
 // The resource list of one answer.
 class ResourceList {
 public:
-    explicit ResourceList(const pipe_action_spec &spec) { build_pd_res_spec(&spec, &list, &count); }
+    explicit ResourceList(const pipe_action_spec &spec)
+    {
+        if (spec.resource_count != 0)
+            build_pd_res_spec(&spec, &list, &count);
+    }
     ResourceList(const ResourceList &) = delete;
     ~ResourceList()
     {
@@ -31,11 +35,23 @@ private:
     u32 count = 0;
 };
 
+// All names begin alike and have more than 16 bytes, few more than 48: the call of a function that looks for
+// their end would cost more than all of it. The last piece may overlap the one before it.
+void copy_name(char *name, const ActionReader &action)
+{
+    const char *from = p4_pd_tessel_switch_action_name_strings[action.number];
+    u8 *to = reinterpret_cast<u8 *>(name);
+    const u32 last = action.name_bytes - u32{sizeof(Wide)};
+    for (u32 at = 0; at < last; at += sizeof(Wide))
+        store_wide(to + at, load_wide(from, at));
+    store_wide(to + last, load_wide(from, last));
+}
+
 void read_action(const ActionReader &action, const Answer &answer, const ResourceList &resources,
                  const ActionOut &out)
 {
     if (out.action_name)
-        std::strcpy(out.action_name, p4_pd_tessel_switch_action_name_strings[action.number]);
+        copy_name(out.action_name, action);
     if (out.action_number)
         *out.action_number = action.number;
     resources.unbuild(action, answer.spec.action_data, out.action);
@@ -43,9 +59,11 @@ void read_action(const ActionReader &action, const Answer &answer, const Resourc
 
 } // namespace
 
-pd_status get_entry(const TableReader &table, pd_sess_hdl sess, u32 device_id, pd_entry_hdl entry, u8 from_hw,
-                    const KeyOut &key, const ActionOut &action, Place place)
+pd_status read_entry(pd_sess_hdl sess, u32 device_id, pd_entry_hdl entry, u8 from_hw, void *key,
+                     char *action_name, void *action, u32 *action_number, u8 *is_default, u32 *priority,
+                     const TableReader &table, const char *function, int line)
 {
+    const Place place{function, line};
     Answer answer(table);
     answer.spec.action_data.data = answer.data;
     answer.match.num_valid_bits = table.key_size.bits;
@@ -61,14 +79,14 @@ pd_status get_entry(const TableReader &table, pd_sess_hdl sess, u32 device_id, p
     }
     const ResourceList resources(answer.spec);
     if (const ActionReader *found = find_action(table.actions, answer.action)) {
-        read_action(*found, answer, resources, action);
+        read_action(*found, answer, resources, {action_name, action, action_number});
     } else {
         // The key is still told: this is what a debugger needs to find the entry.
         PD_ASSERT_OR_STATUS("((void *)0)", "NULL", place);
         status = PD_STATUS_UNREADABLE;
     }
     if (table.record_size)
-        read_key(table, answer.match, key);
+        read_key(table, answer.match, {key, priority, is_default});
     return status;
 }
 

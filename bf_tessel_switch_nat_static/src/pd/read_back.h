@@ -40,9 +40,20 @@ struct KeyOut {
     u8 *is_default = nullptr;
 };
 
-pd_status get_entry(const TableReader &table, pd_sess_hdl sess, u32 device_id, pd_entry_hdl entry, u8 from_hw,
-                    const KeyOut &key, const ActionOut &action,
-                    Place place = {__builtin_FUNCTION(), __builtin_LINE()});
+// The steps of get_entry. Their arguments are in the order of the exported functions', most of whose
+// registers go through untouched.
+pd_status read_entry(pd_sess_hdl sess, u32 device_id, pd_entry_hdl entry, u8 from_hw, void *key,
+                     char *action_name, void *action, u32 *action_number, u8 *is_default, u32 *priority,
+                     const TableReader &table, const char *function, int line);
+
+[[gnu::always_inline]] inline pd_status get_entry(const TableReader &table, pd_sess_hdl sess, u32 device_id,
+                                                  pd_entry_hdl entry, u8 from_hw, const KeyOut &key,
+                                                  const ActionOut &action,
+                                                  Place place = {__builtin_FUNCTION(), __builtin_LINE()})
+{
+    return read_entry(sess, device_id, entry, from_hw, key.key, action.action_name, action.action,
+                      action.action_number, key.is_default, key.priority, table, place.function, place.line);
+}
 
 pd_status get_entry_from_plcmt_data(const TableReader &table, void *plcmt_data, const KeyOut &key,
                                     pd_plcmt_action_out *action,
