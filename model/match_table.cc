@@ -1,6 +1,7 @@
 #include "match_table.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <functional>
 #include <string_view>
@@ -17,69 +18,69 @@ u32 longest_data(std::span<const ProgramAction> actions)
     return bytes;
 }
 
+u32 rank_hash(u32 value_hash, u32 priority)
+{
+    return value_hash ^ priority * 0x85ebca6b;
+}
+
 } // namespace
 
 MatchTable::MatchTable(const ProgramTable &program)
     : program_{program}, key_bytes_{program.key_bytes}, data_bytes_{program.action_table == 0
                                                                         ? longest_data(program.actions)
                                                                         : 0},
-      scratch_(program.key_bytes)
+      key_((program.key_bytes + sizeof(u64) - 1) / sizeof(u64))
 {
 }
 
 // ---- Images and the index -------------------------------------------------------------------------------
 
-u32 MatchTable::hash(const u8 *image, u32 seed) const
+u32 MatchTable::mask_hash(const u8 *mask, u32 partition) const
 {
     constexpr u32 golden_ratio = 0x9e3779b9;
-    const std::string_view bytes{reinterpret_cast<const char *>(image), key_bytes_};
-    return static_cast<u32>(std::hash<std::string_view>{}(bytes)) ^ seed * golden_ratio;
+    const std::string_view bytes{reinterpret_cast<const char *>(mask), key_bytes_};
+    return static_cast<u32>(std::hash<std::string_view>{}(bytes)) ^ partition * golden_ratio;
 }
 
-std::size_t MatchTable::MaskHash::operator()(u32 group) const
+MatchTable::Value MatchTable::key_under(u32 group) const
 {
-    return table->hash(table->mask_of(group), table->groups_[group].partition);
+    constexpr u64 golden_ratio = 0x9e3779b97f4a7c15;
+    const u64 *mask = mask_words(group);
+    u64 hash = group;
+    for (std::size_t at = 0; at < key_.size(); ++at) {
+        const u64 product = ((key_[at] & mask[at]) + at) * golden_ratio;
+        hash = std::rotl(hash, 7) + (product ^ product >> 32);
+    }
+    hash *= golden_ratio;
+    return {group, static_cast<u32>(hash >> 32)};
 }
 
-bool MatchTable::has_mask(u32 group, const Mask &mask) const
+bool MatchTable::has_key(u32 slot, u32 group) const
 {
-    return groups_[group].partition == mask.partition &&
-           std::memcmp(mask_of(group), mask.mask, key_bytes_) == 0;
-}
-
-bool MatchTable::has_value(u32 slot, const Value &value) const
-{
-    if (entries_[slot].group != value.group)
+    if (entries_[slot].group != group)
         return false;
     const u8 *own = value_of(slot);
-    const u8 *mask = mask_of(value.group);
+    const u8 *mask = mask_of(group);
+    const u8 *key = reinterpret_cast<const u8 *>(key_.data());
     for (u32 at = 0; at < key_bytes_; ++at)
-        if ((own[at] & mask[at]) != value.masked[at])
+        if (((own[at] ^ key[at]) & mask[at]) != 0)
             return false;
     return true;
 }
 
-MatchTable::Value MatchTable::masked(const u8 *value, u32 group)
-{
-    const u8 *mask = mask_of(group);
-    for (u32 at = 0; at < key_bytes_; ++at)
-        scratch_[at] = value[at] & mask[at];
-    return {group, hash(scratch_.data(), group), scratch_.data()};
-}
-
 u32 MatchTable::first_of(const Value &value) const
 {
-    const auto head = by_value_.find(value, value.hash);
-    return head != by_value_.end() ? *head : none;
+    return by_value_.find(value.hash, [&](u32 slot) { return has_key(slot, value.group); });
 }
 
 // Entries of a ternary table can be many on a chain.
 u32 MatchTable::find_ranked(const Value &value, u32 priority) const
 {
-    if (program_.key == Key::ternary) {
-        const auto found = by_rank_.find(Ranked{value, priority});
-        return found != by_rank_.end() ? *found : none;
-    }
+    const auto is = [&](u32 slot) {
+        return entries_[slot].priority == priority && has_key(slot, value.group);
+    };
+    if (program_.key == Key::ternary)
+        return by_rank_.find(rank_hash(value.hash, priority), is);
     u32 slot = first_of(value);
     while (slot != none && entries_[slot].priority != priority)
         slot = entries_[slot].next;
@@ -89,9 +90,9 @@ u32 MatchTable::find_ranked(const Value &value, u32 priority) const
 void MatchTable::link(u32 slot, u32 head)
 {
     if (program_.key == Key::ternary)
-        by_rank_.insert(slot);
+        by_rank_.insert(rank_hash(entries_[slot].hash, entries_[slot].priority), slot);
     if (head == none) {
-        by_value_.insert(slot);
+        by_value_.insert(entries_[slot].hash, slot);
         return;
     }
     const u32 next = entries_[head].next;
@@ -106,24 +107,28 @@ void MatchTable::unlink(u32 slot)
 {
     const auto [next, previous] = std::pair{entries_[slot].next, entries_[slot].previous};
     if (program_.key == Key::ternary)
-        by_rank_.erase(slot);
+        by_rank_.erase(rank_hash(entries_[slot].hash, entries_[slot].priority), slot);
     if (next != none)
         entries_[next].previous = previous;
     if (previous != none) {
         entries_[previous].next = next;
         return;
     }
-    by_value_.erase(slot);
     if (next != none)
-        by_value_.insert(next);
+        by_value_.replace(entries_[slot].hash, slot, next);
+    else
+        by_value_.erase(entries_[slot].hash, slot);
 }
 
 // ---- Groups ---------------------------------------------------------------------------------------------
 
 u32 MatchTable::find_group(const pipe_match_spec &match) const
 {
-    const auto group = by_mask_.find(Mask{match.partition_index, match.match_mask});
-    return group != by_mask_.end() ? *group : none;
+    const auto is = [&](u32 group) {
+        return groups_[group].partition == match.partition_index &&
+               std::memcmp(mask_of(group), match.match_mask, key_bytes_) == 0;
+    };
+    return by_mask_.find(mask_hash(match.match_mask, match.partition_index), is);
 }
 
 u32 MatchTable::group_of(const pipe_match_spec &match)
@@ -134,16 +139,19 @@ u32 MatchTable::group_of(const pipe_match_spec &match)
     u32 group = static_cast<u32>(groups_.size());
     if (free_groups_.empty()) {
         groups_.emplace_back();
-        masks_.resize(masks_.size() + key_bytes_);
+        masks_.resize(masks_.size() + key_.size());
     } else {
         group = free_groups_.back();
         free_groups_.pop_back();
     }
     std::vector<u32> &others = by_partition_[match.partition_index];
-    groups_[group] = {match.partition_index, 0, static_cast<u32>(others.size())};
+    groups_[group] = {.partition = match.partition_index,
+                      .hash = mask_hash(match.match_mask, match.partition_index),
+                      .entries = 0,
+                      .place = static_cast<u32>(others.size())};
     others.push_back(group);
-    std::copy_n(match.match_mask, key_bytes_, masks_.data() + std::size_t{group} * key_bytes_);
-    by_mask_.insert(group);
+    std::memcpy(mask_words(group), match.match_mask, key_bytes_);
+    by_mask_.insert(groups_[group].hash, group);
     return group;
 }
 
@@ -151,7 +159,7 @@ void MatchTable::close_if_empty(u32 group)
 {
     if (groups_[group].entries != 0)
         return;
-    by_mask_.erase(group);
+    by_mask_.erase(groups_[group].hash, group);
     free_groups_.push_back(group);
     std::vector<u32> &others = by_partition_[groups_[group].partition];
     groups_[others.back()].place = groups_[group].place;
@@ -196,7 +204,8 @@ pd_status MatchTable::add(const pipe_match_spec &match, u32 action, const pipe_a
                           u32 capacity, pd_entry_hdl &entry)
 {
     const u32 group = group_of(match);
-    const Value value = masked(match.match_value, group);
+    set_key(match.match_value);
+    const Value value = key_under(group);
     const bool duplicate = find_ranked(value, match.priority) != none;
     const bool full = count_ >= capacity || slots_.issued() + 1 == TS_MODEL_DEFAULT_ENTRY;
     if (duplicate || full) {
@@ -265,7 +274,8 @@ pd_entry_hdl MatchTable::find(const pipe_match_spec &match)
     const u32 group = find_group(match);
     if (group == none)
         return 0;
-    const u32 slot = find_ranked(masked(match.match_value, group), match.priority);
+    set_key(match.match_value);
+    const u32 slot = find_ranked(key_under(group), match.priority);
     return slot != none ? entries_[slot].handle : 0;
 }
 

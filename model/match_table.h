@@ -1,19 +1,22 @@
 // The entries of one match table, of whatever kind its key is.
 //
 // Entries with the same mask image and partition form a group; an exact table has one group, an LPM table one
-// for each prefix length. One hash index finds, for a group and a masked value, the entries of that value,
-// which differ in priority only and hang on a chain. Entries live in flat arrays and are named by their slot.
+// for each prefix length. An index finds, for a group and a masked value, the entries of that value, which
+// differ in priority only and hang on a chain. A look-up asks it for every group of the partition. Entries
+// live in flat arrays and are named by their slot.
 #pragma once
 
 #include <tsl/robin_map.h>
-#include <tsl/robin_set.h>
 
+#include <array>
+#include <cstring>
 #include <optional>
 #include <vector>
 
 #include "entry_copy.h"
 #include "handle_map.h"
 #include "program.h"
+#include "slot_index.h"
 #include "status.h"
 
 namespace model {
@@ -46,9 +49,16 @@ public:
         const auto groups = by_partition_.find(partition);
         if (groups == by_partition_.end())
             return;
-        for (const u32 group : groups->second)
-            for (u32 slot = first_of(masked(key, group)); slot != none; slot = entries_[slot].next)
-                visit(entries_[slot].handle, entries_[slot].priority);
+        set_key(key);
+        std::array<Value, 32> values; // that wait for memory together
+        for (auto group = groups->second.begin(); group != groups->second.end();) {
+            u32 count = 0;
+            for (; count < values.size() && group != groups->second.end(); ++group)
+                by_value_.fetch((values[count++] = key_under(*group)).hash);
+            for (u32 at = 0; at < count; ++at)
+                for (u32 slot = first_of(values[at]); slot != none; slot = entries_[slot].next)
+                    visit(entries_[slot].handle, entries_[slot].priority);
+        }
     }
 
     u32 count() const { return count_; }
@@ -76,94 +86,28 @@ private:
 
     struct Group {
         u32 partition;
+        u32 hash;    // of partition and mask
         u32 entries; // 0: free for another mask
         u32 place;   // among those of its partition
     };
 
-    struct Value { // what the index is asked for
+    struct Value { // what the indices are asked for: key_ under the mask of a group
         u32 group;
         u32 hash;
-        const u8 *masked;
     };
-
-    struct Ranked { // what the index of ternary entries is asked for
-        Value value;
-        u32 priority;
-    };
-
-    struct RankHash {
-        using is_transparent = void;
-        const MatchTable *table;
-        static std::size_t mixed(u32 hash, u32 priority) { return hash ^ priority * 0x85ebca6b; }
-        std::size_t operator()(u32 slot) const
-        {
-            return mixed(table->entries_[slot].hash, table->entries_[slot].priority);
-        }
-        std::size_t operator()(const Ranked &ranked) const
-        {
-            return mixed(ranked.value.hash, ranked.priority);
-        }
-    };
-
-    struct RankEqual {
-        using is_transparent = void;
-        const MatchTable *table;
-        bool operator()(u32 slot, u32 other) const { return slot == other; }
-        bool operator()(const Ranked &ranked, u32 slot) const
-        {
-            return table->entries_[slot].priority == ranked.priority && table->has_value(slot, ranked.value);
-        }
-        bool operator()(u32 slot, const Ranked &ranked) const { return (*this)(ranked, slot); }
-    };
-
-    struct Mask { // what the groups are asked for
-        u32 partition;
-        const u8 *mask;
-    };
-
-    struct ValueHash {
-        using is_transparent = void;
-        const MatchTable *table;
-        std::size_t operator()(u32 slot) const { return table->entries_[slot].hash; }
-        std::size_t operator()(const Value &value) const { return value.hash; }
-    };
-
-    struct ValueEqual {
-        using is_transparent = void;
-        const MatchTable *table;
-        bool operator()(u32 slot, u32 other) const { return slot == other; }
-        bool operator()(const Value &value, u32 slot) const { return table->has_value(slot, value); }
-        bool operator()(u32 slot, const Value &value) const { return table->has_value(slot, value); }
-    };
-
-    struct MaskHash {
-        using is_transparent = void;
-        const MatchTable *table;
-        std::size_t operator()(u32 group) const;
-        std::size_t operator()(const Mask &mask) const { return table->hash(mask.mask, mask.partition); }
-    };
-
-    struct MaskEqual {
-        using is_transparent = void;
-        const MatchTable *table;
-        bool operator()(u32 group, u32 other) const { return group == other; }
-        bool operator()(const Mask &mask, u32 group) const { return table->has_mask(group, mask); }
-        bool operator()(u32 group, const Mask &mask) const { return table->has_mask(group, mask); }
-    };
-
-    template <typename Hash, typename Equal>
-    using Index = tsl::robin_set<u32, Hash, Equal, std::allocator<u32>, true>;
 
     u8 *value_of(u32 slot) { return values_.data() + std::size_t{slot} * key_bytes_; }
     const u8 *value_of(u32 slot) const { return values_.data() + std::size_t{slot} * key_bytes_; }
-    const u8 *mask_of(u32 group) const { return masks_.data() + std::size_t{group} * key_bytes_; }
+    u64 *mask_words(u32 group) { return masks_.data() + std::size_t{group} * key_.size(); }
+    const u64 *mask_words(u32 group) const { return masks_.data() + std::size_t{group} * key_.size(); }
+    const u8 *mask_of(u32 group) const { return reinterpret_cast<const u8 *>(mask_words(group)); }
     const u8 *data_of(u32 slot) const { return data_.data() + std::size_t{slot} * data_bytes_; }
 
-    u32 hash(const u8 *image, u32 seed) const;
-    bool has_value(u32 slot, const Value &value) const;
-    bool has_mask(u32 group, const Mask &mask) const;
+    u32 mask_hash(const u8 *mask, u32 partition) const;
+    void set_key(const u8 *value) { std::memcpy(key_.data(), value, key_bytes_); }
+    Value key_under(u32 group) const;
+    bool has_key(u32 slot, u32 group) const; // in this group
 
-    Value masked(const u8 *value, u32 group);                            // valid until the next call
     u32 slot_of(pd_entry_hdl entry) const { return slots_.find(entry); } // none for an unknown handle
     u32 first_of(const Value &value) const;                              // head of the chain, or none
     u32 find_ranked(const Value &value, u32 priority) const;             // the entry, or none
@@ -188,14 +132,14 @@ private:
     HandleMap slots_; // by handle
 
     std::vector<Group> groups_;
-    std::vector<u8> masks_; // by group
+    std::vector<u64> masks_; // by group, as long as key_
     std::vector<u32> free_groups_;
     tsl::robin_map<u32, std::vector<u32>> by_partition_; // the groups that have entries
 
-    std::vector<u8> scratch_; // the value that masked() made
-    Index<ValueHash, ValueEqual> by_value_{0, ValueHash{this}, ValueEqual{this}};
-    Index<RankHash, RankEqual> by_rank_{0, RankHash{this}, RankEqual{this}}; // of a ternary table
-    Index<MaskHash, MaskEqual> by_mask_{0, MaskHash{this}, MaskEqual{this}};
+    std::vector<u64> key_; // what is looked for, filled up with zeros
+    SlotIndex by_value_;   // the heads of the chains
+    SlotIndex by_rank_;    // by value and priority, of a ternary table
+    SlotIndex by_mask_;    // the groups, by partition and mask
 };
 
 } // namespace model
