@@ -19,7 +19,7 @@ std::string assertion(const std::string &function, const std::string &condition,
 constexpr char unknown_action[] = "false && \"unknown action\"";
 
 // What the decoder below gives a new number; none before that many actions have been decoded.
-pd::ActionReader action{0x20000000, 0, true, nullptr};
+pd::ActionReader action{0x20000000, 0, true, 0, nullptr};
 int decodings;
 
 void decode(const pipe_action_data *, const pd_res_ref *, u32, void *)
@@ -43,7 +43,7 @@ protected:
         members.actions = {&action, 1};
         table.reader = &reader;
         profile.reader = &members;
-        action = {0x20000000, 0, true, decode};
+        action = {0x20000000, 0, true, 0, decode};
         decodings = 1;
         recorder::answer.action = action.handle;
         recorder::answer.value = recorder::answer.mask = {1, 0x23};
