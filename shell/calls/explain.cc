@@ -1,156 +1,16 @@
 #include "explain.h"
 
 #include <algorithm>
-#include <vector>
+#include <utility>
 
-#include "explain_records.h"
-#include "images.h"
-#include "meters.h"
+#include "explain_texts.h"
 #include "profiles.h"
 #include "resources.h"
-#include "shown.h"
 
 namespace shell {
 
-namespace {
-
 using reflection::ProfileFunctions;
 using reflection::TableFunctions;
-
-// Whether each value fits its field: the library hands on what does not, but no command takes it.
-template <typename Fields>
-bool all_fit(const Fields &fields, const void *record)
-{
-    return std::ranges::all_of(fields, [&](const auto &field) {
-        const Value value = load(field.width, static_cast<const std::byte *>(record) + field.offset);
-        const Value most = ones(field.width);
-        return (value.high & ~most.high) == 0 && (value.low & ~most.low) == 0;
-    });
-}
-
-// Whether this key is what the images say: those of a prefix longer than its field are of no key that a
-// command takes.
-bool has_images(const pd::Table &table, const void *key, const pipe_match_spec &match)
-{
-    const KeyImages images = key_images(table, key);
-    const std::vector<u8> counted = full_mask(table);
-    for (std::size_t at = 0; at < counted.size(); ++at)
-        if (((images.value[at] ^ match.match_value[at]) | (images.mask[at] ^ match.match_mask[at])) &
-            counted[at])
-            return false;
-    return true;
-}
-
-// Empty where no command takes the key.
-std::string key_text(const TableFunctions &table, const pipe_match_spec &match)
-{
-    const CallerRecord key = key_record(table, match);
-    if (!all_fit(table.row->key, key.data()) || !has_images(*table.row, key.data(), match))
-        return {};
-    std::string text = assignments(shown_fields(*table.row), key.data());
-    if (pd::has_priority(*table.row))
-        text += (text.empty() ? "priority=" : " priority=") + std::to_string(match.priority);
-    return text;
-}
-
-// "setNextHop nextHop=7"; empty for an action that is none of these, and where a value does not fit.
-std::string action_text(std::span<const pd::Binding> actions, u32 handle, const pipe_action_spec &spec)
-{
-    const auto found = std::ranges::find(actions, handle, &pd::Binding::handle);
-    if (found == actions.end())
-        return {};
-    const pd::Action &action = *found->action;
-    std::string text = action.name;
-    if (action.parameters.empty())
-        return text;
-    const CallerRecord parameters = parameter_record(action, spec);
-    if (!all_fit(action.parameters, parameters.data()))
-        return {};
-    append_assignments(text, shown_fields(action), parameters.data());
-    return text;
-}
-
-// Whether the images are as long as the table and the action say: a record may come from anywhere.
-bool fits(const TableFunctions &table, const pipe_match_spec &match)
-{
-    return match.num_bytes == pd::image_size(table.row->key).bytes && match.match_value && match.match_mask;
-}
-
-bool fits(std::span<const pd::Binding> actions, u32 handle, const pipe_action_spec &spec)
-{
-    const auto found = std::ranges::find(actions, handle, &pd::Binding::handle);
-    const u16 bytes = found == actions.end() ? 0 : pd::image_size(found->action->parameters).bytes;
-    return spec.action_data.num_bytes == bytes && (bytes == 0 || spec.action_data.data);
-}
-
-// " meter=CR,CB,PR,PB,TYPE" where the entry gets one.
-std::string meter_text(const TableFunctions &table, const pipe_action_spec &spec)
-{
-    const pipe_meter_spec *const meter = meter_of(table, spec);
-    if (!meter)
-        return {};
-    return ' ' + meter_option(meter->committed_rate, meter->committed_burst, meter->peak_rate,
-                              meter->peak_burst, meter->meter_type & 1);
-}
-
-// The name of one of the rows by its handle; empty for none.
-template <typename Functions>
-std::string name_of(std::span<const Functions> all, u32 handle)
-{
-    for (const Functions &functions : all)
-        if (functions.row->handle == handle)
-            return functions.row->name;
-    return {};
-}
-
-// "delete ipv4Host dip=10.0.0.1"
-std::string joined(const char *command, const char *name, const std::string &rest)
-{
-    std::string text = std::string{command} + ' ' + name;
-    return rest.empty() ? text : text + ' ' + rest;
-}
-
-// A command about the table of the call; empty when the program has none with its handle.
-std::string table_command(const char *command, const tap::Arguments &call, const std::string &rest = {})
-{
-    const TableFunctions *table = reflection::find_table(call.word("table"));
-    return table ? joined(command, table->row->name, rest) : std::string{};
-}
-
-// Likewise about its action profile.
-std::string profile_command(const char *command, const tap::Arguments &call, const std::string &rest)
-{
-    const ProfileFunctions *profile = profile_by_table(call.word("table"));
-    return profile ? joined(command, profile->row->name, rest) : std::string{};
-}
-
-// A command about a counter, meter or register that the program has.
-template <typename Functions>
-std::string named_command(const char *command, std::span<const Functions> all, u32 handle,
-                          const std::string &rest = {})
-{
-    const std::string name = name_of(all, handle);
-    return name.empty() ? name : joined(command, name.c_str(), rest);
-}
-
-// Empty for a meter that is none of the program's.
-std::string meter_command(u32 handle, const std::string &cell, const pipe_meter_spec &meter)
-{
-    return named_command("meter set", reflection::meters(), handle,
-                         cell + " : committed_rate=" + std::to_string(meter.committed_rate) +
-                             " committed_burst=" + std::to_string(meter.committed_burst) +
-                             " peak_rate=" + std::to_string(meter.peak_rate) +
-                             " peak_burst=" + std::to_string(meter.peak_burst) +
-                             " type=" + std::string{meter_types[meter.meter_type & 1]});
-}
-
-std::string counts_text(const pipe_stat_data &counts)
-{
-    return " : packets=" + std::to_string(counts.first_count) +
-           " bytes=" + std::to_string(counts.second_count);
-}
-
-} // namespace
 
 // ---- Entries ----------------------------------------------------------------------------------------------
 
@@ -183,47 +43,47 @@ std::string Explainer::body(const TableFunctions &table, const pipe_action_spec 
 }
 
 // Of an operation that gives an entry its action: the command, the entry, and what it does.
-std::string Explainer::entry_command(const char *command, const Call &call) const
+std::string Explainer::entry_command(const char *command, const Call &call, const std::string &entry) const
 {
     const TableFunctions *table = reflection::find_table(call.word("table"));
     if (!table)
         return {};
-    const bool has_key = call.match.num_bytes != 0;
-    if (has_key && !fits(*table, call.match))
-        return {};
     std::string body = this->body(*table, call.action);
-    if (body.empty() && fits(table->row->actions, call.word("action"), call.action))
-        body = action_text(table->row->actions, call.word("action"), call.action);
     if (body.empty())
-        return {};
-    std::string text = std::string{command} + ' ' + table->row->name;
-    if (has_key) {
-        const std::string key = key_text(*table, call.match);
-        if (key.empty())
-            return {};
-        text += ' ' + key;
-    }
-    if (!has_key && call.number("entry") != 0 && std::string_view{command} == "modify")
-        text += ' ' + entry(table->row->handle, call.word("entry"));
-    return text + " : " + body + meter_text(*table, call.action);
+        body = action_text(table->row->actions, call.word("action"), call.action);
+    return body.empty() ? body
+                        : joined(command, table->row->name, entry + (entry.empty() ? ": " : " : ") + body) +
+                              meter_text(*table, call.action);
+}
+
+// The key of the call; empty where no command takes it.
+std::string Explainer::key(const Call &call) const
+{
+    const TableFunctions *table = reflection::find_table(call.word("table"));
+    return table ? key_text(*table, call.match) : std::string{};
 }
 
 std::string Explainer::add(const Call &call)
 {
-    std::string text = entry_command("add", call);
-    std::string &key = keys_[{call.word("table"), call.word("entry")}];
-    key.clear();
+    std::string key = this->key(call);
+    std::string text = key.empty() ? key : entry_command("add", call, key);
     if (text.empty())
-        return text;
-    key = key_text(*reflection::find_table(call.word("table")), call.match);
-    if (call.number("ttl") != 0)
+        key.clear();
+    else if (call.number("ttl") != 0)
         text += " ttl=" + std::to_string(call.number("ttl"));
+    keys_[{call.word("table"), call.word("entry")}] = std::move(key);
     return text;
 }
 
 std::string Explainer::modify(const Call &call)
 {
-    return entry_command("modify", call);
+    return entry_command("modify", call, entry(call.word("table"), call.word("entry")));
+}
+
+std::string Explainer::modify_by_key(const Call &call)
+{
+    const std::string key = this->key(call);
+    return key.empty() ? key : entry_command("modify", call, key);
 }
 
 std::string Explainer::remove(const Call &call)
@@ -236,21 +96,18 @@ std::string Explainer::remove(const Call &call)
 
 std::string Explainer::remove_by_key(const Call &call)
 {
-    const TableFunctions *table = reflection::find_table(call.word("table"));
-    if (!table || !fits(*table, call.match))
-        return {};
-    const std::string key = key_text(*table, call.match);
+    const std::string key = this->key(call);
     if (key.empty())
-        return {};
+        return key;
     std::erase_if(keys_, [&](const auto &known) {
-        return known.first.first == table->row->handle && known.second == key;
+        return known.first.first == call.word("table") && known.second == key;
     });
-    return std::string{"delete "} + table->row->name + ' ' + key;
+    return table_command("delete", call, key);
 }
 
 std::string Explainer::set_default(const Call &call)
 {
-    return entry_command("default", call);
+    return entry_command("default", call, {});
 }
 
 std::string Explainer::reset_default(const Call &call)
@@ -330,7 +187,7 @@ std::string Explainer::delete_group(const Call &call)
 std::string Explainer::member_command(const char *command, const Call &call) const
 {
     const ProfileFunctions *profile = profile_by_table(call.word("table"));
-    if (!profile || !fits(profile->row->actions, call.word("action"), call.action))
+    if (!profile)
         return {};
     const std::string action = action_text(profile->row->actions, call.word("action"), call.action);
     return action.empty() ? action
@@ -509,7 +366,7 @@ std::string Explainer::set_digest_timeout(const Call &call)
 const Explainer::Row Explainer::rows[] = {
     {"pipe_mgr_mat_ent_add", &Explainer::add},
     {"pipe_mgr_mat_ent_set_action", &Explainer::modify},
-    {"pipe_mgr_mat_ent_set_action_by_match_spec", &Explainer::modify},
+    {"pipe_mgr_mat_ent_set_action_by_match_spec", &Explainer::modify_by_key},
     {"pipe_mgr_mat_ent_del", &Explainer::remove},
     {"pipe_mgr_mat_ent_del_by_match_spec", &Explainer::remove_by_key},
     {"pipe_mgr_mat_default_entry_set", &Explainer::set_default},

@@ -30,6 +30,7 @@ private:
 
     std::string add(const Call &call);
     std::string modify(const Call &call);
+    std::string modify_by_key(const Call &call);
     std::string remove(const Call &call);
     std::string remove_by_key(const Call &call);
     std::string set_default(const Call &call);
@@ -66,7 +67,8 @@ private:
 
     bool has_no_command(const Call &call) const;
     std::string entry(u32 table, u32 handle) const;
-    std::string entry_command(const char *command, const Call &call) const;
+    std::string entry_command(const char *command, const Call &call, const std::string &entry) const;
+    std::string key(const Call &call) const;
     std::string body(const reflection::TableFunctions &table, const pipe_action_spec &spec) const;
     std::string label(char letter, u32 table, u32 handle) const;
     std::string member(u32 profile_table, u32 handle) const;
