@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "console.h"
+#include "folder.h"
 #include "model.h"
 #include "pd.h"
 #include "protocol.h"
@@ -217,21 +218,15 @@ private:
 
 class ConsoleServerTest : public ConsoleTest {
 protected:
-    ConsoleServerTest()
-    {
-        char folder[] = "/tmp/console_test-XXXXXX";
-        folder_ = mkdtemp(folder);
-        path_ = folder_ + "/socket";
-        EXPECT_EQ(ts_console_serve(path_.c_str(), nullptr, &server_), 0);
-    }
+    ConsoleServerTest() { EXPECT_EQ(ts_console_serve(path_.c_str(), nullptr, &server_), 0); }
     ~ConsoleServerTest() override
     {
         ts_console_stop(server_);
-        EXPECT_TRUE(std::filesystem::is_empty(folder_));
-        std::filesystem::remove(folder_);
+        EXPECT_TRUE(std::filesystem::is_empty(folder_.path));
     }
 
-    std::string folder_, path_;
+    const Folder folder_;
+    const std::string path_ = folder_.file("socket");
     ts_console_server *server_ = nullptr;
 };
 

@@ -8,6 +8,7 @@
 #include <regex>
 
 #include "driver.h"
+#include "folder.h"
 #include "pd.h"
 #include "random_records.h"
 #include "replay.h"
@@ -20,14 +21,6 @@ namespace fs = std::filesystem;
 
 class Explained : public Shell {
 protected:
-    Explained()
-    {
-        char name[] = "/tmp/explain-test-XXXXXX";
-        EXPECT_NE(mkdtemp(name), nullptr);
-        folder_ = name;
-    }
-    ~Explained() override { fs::remove_all(folder_); }
-
     // The calls of `use` leave the same state when their commands are loaded, which explain as themselves,
     // and when they are played where all handles are one higher. Returns the commands.
     template <typename Use>
@@ -56,7 +49,7 @@ private:
     template <typename Use>
     std::string recorded(Use use)
     {
-        const std::string path = folder_ / std::to_string(++records_);
+        const std::string path = folder_.path / std::to_string(++records_);
         EXPECT_EQ(ts_tap_record(path.c_str(), 1 << 22), 0);
         use();
         EXPECT_EQ(ts_tap_record(nullptr, 0), 0);
@@ -78,7 +71,7 @@ private:
     // The first record's program in C makes the same calls.
     void expect_in_c(const std::string &commands)
     {
-        const std::string in = "cd " + folder_.string() + " && ";
+        const std::string in = "cd " + folder_.path.string() + " && ";
         const auto run = [&](const std::string &command) {
             EXPECT_EQ(std::system((in + command).c_str()), 0);
         };
@@ -94,7 +87,7 @@ private:
     tap::RecordReader record(int number) const
     {
         std::string error;
-        auto record = tap::RecordReader::open(folder_ / std::to_string(number), error);
+        auto record = tap::RecordReader::open(folder_.path / std::to_string(number), error);
         EXPECT_TRUE(record && record->dropped() == 0 && !record->lost_at()) << error;
         return *std::move(record);
     }
@@ -152,7 +145,7 @@ private:
         return out;
     }
 
-    fs::path folder_;
+    const Folder folder_;
     int records_ = 0;
 };
 

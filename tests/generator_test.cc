@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+#include "folder.h"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -83,19 +85,11 @@ class Generator : public testing::Test {
 protected:
     void SetUp() override
     {
-        std::string name = (fs::temp_directory_path() / "pdgen_test_XXXXXX").string();
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        directory = name;
-        catalogue = directory / "catalogue";
-        templates = directory / "templates";
-        output = directory / "output";
         fs::copy(TS_CATALOGUE_DIR, catalogue);
         fs::create_directory(directory / "driver");
         fs::copy(TS_CATALOGUE_DIR "/../driver/operations.toml", directory / "driver");
         fs::copy(TS_TEMPLATE_DIR, templates);
     }
-
-    void TearDown() override { fs::remove_all(directory); }
 
     Outcome pdgen(const std::string &arguments, const std::string &before = "")
     {
@@ -155,7 +149,10 @@ protected:
         return finding + '\n';
     }
 
-    fs::path directory, catalogue, templates, output;
+    const Folder folder;
+    const fs::path directory = folder.path;
+    fs::path catalogue = directory / "catalogue", templates = directory / "templates",
+             output = directory / "output";
 };
 
 TEST_F(Generator, SoundCatalogueIsAccepted)

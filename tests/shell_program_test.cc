@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include "commands.h"
+#include "folder.h"
 #include "progress.h"
 #include "shell_fixture.h"
 
@@ -36,33 +37,10 @@ namespace fs = std::filesystem;
 
 const std::string saved = "# Written by save. Load it into empty tables.\ndefault l2SmacCheck : NoAction\n";
 
-class Folder {
-public:
-    Folder()
-    {
-        std::string name = (fs::temp_directory_path() / "shell.XXXXXX").string();
-        path_ = mkdtemp(name.data());
-    }
-    ~Folder() { fs::remove_all(path_); }
-    Folder(const Folder &) = delete;
-    Folder &operator=(const Folder &) = delete;
-
-    std::string file(const std::string &name) const { return (path_ / name).string(); }
-    std::string write(const std::string &name, const std::string &text) const
-    {
-        std::ofstream{path_ / name} << text;
-        return file(name);
-    }
-    std::string read(const std::string &name) const
-    {
-        std::ifstream in{path_ / name};
-        return {std::istreambuf_iterator<char>{in}, {}};
-    }
-    long files() const { return std::distance(fs::directory_iterator{path_}, {}); }
-
-private:
-    fs::path path_;
-};
+long files_in(const Folder &folder)
+{
+    return std::distance(fs::directory_iterator{folder.path}, {});
+}
 
 // Runs tessel-shell with `arguments` in a shell; both outputs, then the exit status.
 std::string program(const std::string &arguments)
@@ -174,7 +152,7 @@ TEST_F(Shell, LeavesNoHalfWrittenFile)
               "t:1:6: '" + file + "' cannot be written: No space left on device\n");
     disk_is_full = false;
     EXPECT_EQ(folder.read("saved"), "older");
-    EXPECT_EQ(folder.files(), 1);
+    EXPECT_EQ(files_in(folder), 1);
 }
 
 TEST_F(Shell, SavesIntoWhatStandsThere)
@@ -218,7 +196,7 @@ TEST_F(Shell, SavesIntoWhatStandsThere)
     EXPECT_EQ((std::string{text, static_cast<std::size_t>(read(reader, text, sizeof text))}), saved);
     close(reader);
     EXPECT_TRUE(fs::is_fifo(fifo));
-    EXPECT_EQ(folder.files(), 7);
+    EXPECT_EQ(files_in(folder), 7);
 }
 
 TEST(ShellProgram, SavesIntoItsOwnOutput)

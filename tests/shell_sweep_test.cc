@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "commands.h"
+#include "folder.h"
 #include "reflection.h"
 #include "shell_fixture.h"
 
@@ -311,16 +312,7 @@ std::string text_at(const cJSON *object, const char *key)
 
 class ShellSweep : public Shell {
 protected:
-    ShellSweep() { folder = mkdtemp(folder.data()); }
-    ~ShellSweep() override { std::filesystem::remove_all(folder); }
-
-    std::string content(const std::string &file) const
-    {
-        std::ifstream in{file};
-        return {std::istreambuf_iterator<char>{in}, {}};
-    }
-
-    std::string folder = (std::filesystem::temp_directory_path() / "shell.XXXXXX").string();
+    const Folder folder;
 };
 
 TEST_F(ShellSweep, EveryEntryOfTheCatalogue)
@@ -419,7 +411,7 @@ std::string random_script(RandomEntries &random)
 
 TEST_F(ShellSweep, ShowsSavesAndLoadsEveryTable)
 {
-    const std::string first = folder + "/first", second = folder + "/second";
+    const std::string first = folder.file("first"), second = folder.file("second");
     for (u64 seed = 1; seed <= 3; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         RandomEntries random{seed};
@@ -440,7 +432,7 @@ TEST_F(ShellSweep, ShowsSavesAndLoadsEveryTable)
         ts_model_reset();
         output_of("load " + first + "\nsave " + second);
         EXPECT_EQ(state(), before);
-        EXPECT_EQ(content(first), content(second));
+        EXPECT_EQ(folder.read("first"), folder.read("second"));
     }
 }
 
@@ -494,7 +486,7 @@ TEST_F(ShellSweep, StreamsLargeTables)
         pd_entry_hdl entry = 0;
         ASSERT_EQ(action.add(0, {0, 0xffff}, with, &entry), 0u);
     }
-    const std::string file = folder + "/saved", save = "save " + file + " ipv4ShortMaskLpm";
+    const std::string file = folder.file("saved"), save = "save " + file + " ipv4ShortMaskLpm";
     const std::pair<std::string, u64> commands[] = {
         {"show ipv4ShortMaskLpm", entries + 1}, {"show ipv4ShortMaskLpm --json", entries}, {save, 0}};
     for (const auto &[command, lines] : commands) {
@@ -506,7 +498,7 @@ TEST_F(ShellSweep, StreamsLargeTables)
         EXPECT_LT(most_live_bytes - before, 100000u) << command;
         EXPECT_EQ(counting.lines, lines) << command;
     }
-    const std::string text = content(file);
+    const std::string text = folder.read("saved");
     EXPECT_GT(std::count(text.begin(), text.end(), '\n'), entries);
 }
 

@@ -15,6 +15,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "folder.h"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -109,19 +111,12 @@ private:
 
 class TerminalTest : public testing::Test {
 protected:
-    TerminalTest()
-    {
-        std::string name = (fs::temp_directory_path() / "terminal.XXXXXX").string();
-        folder_ = mkdtemp(name.data());
-    }
-    ~TerminalTest() override { fs::remove_all(folder_); }
-
-    std::string folder_;
+    const Folder folder_;
 };
 
 TEST_F(TerminalTest, CancelsTheLineAtControlC)
 {
-    Terminal terminal{folder_};
+    Terminal terminal{folder_.path};
     terminal.type("echo given up");
     terminal.expect("echo given up");
     terminal.type(control_c);
@@ -137,11 +132,11 @@ TEST_F(TerminalTest, CancelsTheLineAtControlC)
 TEST_F(TerminalTest, EndsACommandAtControlC)
 {
     constexpr unsigned entries = 6000;
-    std::ofstream file{folder_ + "/entries"};
+    std::ofstream file{folder_.file("entries")};
     for (unsigned i = 1; i <= entries; ++i)
         file << "add l2SmacCheck priority=" << i << " : NoAction\n";
     file.close();
-    Terminal terminal{folder_};
+    Terminal terminal{folder_.path};
     const std::string bar = terminal.answer("load entries");
     EXPECT_NE(bar.find("] 100%\r\033[K"), std::string::npos);
     EXPECT_EQ(bar.find('\n'), std::string::npos) << "nothing but the bar";
@@ -156,9 +151,9 @@ TEST_F(TerminalTest, EndsACommandAtControlC)
 
 TEST_F(TerminalTest, LoadsFromAFifoUntilControlC)
 {
-    const std::string fifo = folder_ + "/fifo";
+    const std::string fifo = folder_.file("fifo");
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
-    Terminal terminal{folder_};
+    Terminal terminal{folder_.path};
     terminal.type("load fifo\r");
     terminal.expect("load fifo\r\n");
     const int writer = open(fifo.c_str(), O_WRONLY); // waits for the shell
@@ -172,7 +167,7 @@ TEST_F(TerminalTest, LoadsFromAFifoUntilControlC)
 
 TEST_F(TerminalTest, TellsColumnsInCharacters)
 {
-    Terminal terminal{folder_};
+    Terminal terminal{folder_.path};
     EXPECT_EQ(terminal.answer("shwo l2SmacCheck"),
               "column 1: unknown command 'shwo': did you mean show?; help lists them\r\n");
     EXPECT_EQ(terminal.answer("trace é€x"), "column 7: unknown state 'é€x': there are on, off\r\n");
@@ -186,7 +181,7 @@ TEST_F(TerminalTest, KeepsItsHistoryHoweverItEnds)
 {
     int lines = 0;
     for (const int signal : {0, SIGTERM, SIGHUP}) {
-        Terminal terminal{folder_};
+        Terminal terminal{folder_.path};
         terminal.answer("echo né " + std::to_string(++lines));
         if (signal == 0)
             terminal.type(control_d);
@@ -195,7 +190,7 @@ TEST_F(TerminalTest, KeepsItsHistoryHoweverItEnds)
         const int status = terminal.end();
         EXPECT_EQ(WIFSIGNALED(status) ? WTERMSIG(status) : 0, signal);
     }
-    Terminal terminal{folder_};
+    Terminal terminal{folder_.path};
     for (int line = lines; line > 0; --line) {
         terminal.type(previous);
         terminal.expect("echo né " + std::to_string(line));

@@ -17,6 +17,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "folder.h"
 #include "model.h"
 #include "session.h"
 
@@ -128,17 +129,15 @@ class Transcripts : public testing::TestWithParam<std::string> {};
 TEST_P(Transcripts, come_out_as_written)
 {
     const fs::path file = fs::path{TS_SOURCE_DIR} / "tests/transcripts" / (GetParam() + ".txt");
-    std::string folder = (fs::temp_directory_path() / "transcript.XXXXXX").string();
-    ASSERT_NE(mkdtemp(folder.data()), nullptr);
+    const Folder folder;
     const fs::path before = fs::current_path();
-    fs::current_path(folder);
-    setenv("HOME", folder.c_str(), 1);
+    fs::current_path(folder.path);
+    setenv("HOME", folder.path.c_str(), 1);
     std::ifstream in{file};
     const std::vector<std::string> expected = lines_of(in);
     std::istringstream came{replayed(expected)};
     const std::vector<std::string> lines = lines_of(came);
     fs::current_path(before);
-    fs::remove_all(folder);
 
     if (std::getenv("TS_RENEW")) {
         std::ofstream out{file};
