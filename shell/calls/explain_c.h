@@ -27,9 +27,6 @@ public:
     std::string statement(const tap::RecordedCall &call);
 
 private:
-    struct Form;
-    static const Form forms[];
-
     std::string filled(std::string_view form);
     std::string value_of(std::string_view place);
     std::string handle(const char *kind, u32 handle) const;
