@@ -1,26 +1,16 @@
 #include "line.h"
 
-#include <algorithm>
-#include <bit>
-#include <charconv>
-#include <initializer_list>
-#include <iterator>
-
 #include "decoding.h"
 #include "handle_names.h"
+#include "line_text.h"
 
 namespace tap {
 
 namespace {
 
-struct Name {
-    const char *name;
-    u64 number;
-};
-
-class Writer {
+class Writer : public LineText {
 public:
-    Writer(Buffer &line, Cursor &from) : line_{line}, from_{from} {}
+    Writer(Buffer &line, Cursor &from) : LineText{line}, from_{from} {}
 
     void argument(const ArgumentRow &row)
     {
@@ -34,8 +24,6 @@ public:
         u32 unused;
         return get_room(from_, row.kind, unused);
     }
-
-    void text(std::string_view words) { line_.append(words); }
 
     void returned(Returns returns, u64 result)
     {
@@ -53,15 +41,8 @@ public:
     }
 
 private:
-    Buffer &line_;
     Cursor &from_;
     bool first_ = true;
-
-    void decimal(u64 number)
-    {
-        char digits[20];
-        line_.append({digits, std::to_chars(digits, std::end(digits), number).ptr});
-    }
 
     // A device and a pipe, and what they are called in a line.
     void begin(const ArgumentRow &row)
@@ -73,46 +54,6 @@ private:
             return;
         text(row.kind == Kind::device || row.kind == Kind::device_byte ? "dev" : row.name);
         text("=");
-    }
-
-    void signed_decimal(u64 number)
-    {
-        const bool negative = static_cast<std::int64_t>(number) < 0;
-        text(negative ? "-" : "");
-        decimal(negative ? -number : number);
-    }
-
-    void hexadecimal(u64 number)
-    {
-        char digits[16];
-        text(number != 0 ? "0x" : "");
-        line_.append({digits, std::to_chars(digits, std::end(digits), number, 16).ptr});
-    }
-
-    void pair(std::string_view before, u64 number)
-    {
-        text(before);
-        decimal(number);
-    }
-
-    void digits(const u8 *bytes, std::size_t count)
-    {
-        constexpr char hex[] = "0123456789abcdef";
-        u8 *to = line_.reserve(2 * count);
-        for (std::size_t at = 0; at < count && !line_.failed(); ++at) {
-            *to++ = hex[bytes[at] >> 4];
-            *to++ = hex[bytes[at] & 15];
-        }
-        line_.advance(2 * count);
-    }
-
-    void image(const u8 *bytes, std::size_t count)
-    {
-        if (bytes == nullptr)
-            return text("null");
-        if (count == 0)
-            return text("-");
-        digits(bytes, count);
     }
 
     void named(Kind kind)
@@ -156,16 +97,6 @@ private:
     void write(const pipe_wred_spec &wred)
     {
         words({wred.words[0], wred.words[1], wred.words[2], wred.words[3]});
-    }
-
-    void words(std::initializer_list<u32> numbers)
-    {
-        const char *before = "[";
-        for (const u32 number : numbers) {
-            pair(before, number);
-            before = " ";
-        }
-        text("]");
     }
 
     void write(const pipe_match_spec &match)
