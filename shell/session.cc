@@ -274,7 +274,7 @@ void Session::carry_out(const Words &line)
     Words rest{words.rest()};
     if (options_.guard)
         options_.guard(command->name, rest);
-    command->run(*this, rest);
+    shell::run(*command, *this, rest);
 }
 
 // What the option word of a command turns on.

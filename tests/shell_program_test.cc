@@ -137,6 +137,24 @@ TEST_F(Shell, HelpsWithEveryCommand)
     }
 }
 
+// Each verb has the row of its command's table.
+TEST_F(Shell, HasTheManualThatItsRowsTell)
+{
+    std::ifstream file{TS_SOURCE_DIR "/docs/shell.md"};
+    const std::string manual{std::istreambuf_iterator<char>{file}, {}};
+    for (const shell::Command &command : shell::commands()) {
+        if (!command.verbs)
+            continue;
+        for (const shell::Verb &verb : command.verbs()) {
+            std::string row = "| `" + std::string{verb.name};
+            for (const char c : ' ' + std::string{verb.arguments()})
+                row += c == '|' ? "\\|" : std::string(1, c);
+            row += "` | " + std::string{verb.brief} + " |\n";
+            EXPECT_NE(manual.find(row), std::string::npos) << row;
+        }
+    }
+}
+
 TEST_F(Shell, LeavesNoHalfWrittenFile)
 {
     const Folder folder;

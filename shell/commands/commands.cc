@@ -49,14 +49,60 @@ std::string list_of_commands()
     return list + "help COMMAND tells more. A # begins a comment, a \\ at the end continues the line.";
 }
 
+std::span<const Verb> verbs_of(const Command &command)
+{
+    return command.verbs ? command.verbs() : std::span<const Verb>{};
+}
+
+// What stands behind the command's name: of its verbs, what they begin with.
+std::string usage_text(const Command &command)
+{
+    std::string lone, words;
+    for (const Verb &verb : verbs_of(command)) {
+        if (verb.word().empty()) {
+            lone = std::string{verb.arguments()} + " | ";
+            continue;
+        }
+        words += words.empty() ? "" : "|";
+        words += verb.word();
+    }
+    return words.empty() ? std::string{command.usage} : lone + words + " ...";
+}
+
+// A line for each, the briefs below each other unless what is before them is long.
+std::string list_of_verbs(const Command &command)
+{
+    constexpr std::size_t widest = 44;
+    std::vector<std::string> forms;
+    std::size_t width = 0;
+    for (const Verb &verb : verbs_of(command)) {
+        std::string form{verb.word()};
+        form += form.empty() ? "" : " ";
+        forms.push_back(form += verb.arguments());
+        if (form.size() <= widest)
+            width = std::max(width, form.size());
+    }
+    std::string text;
+    for (std::size_t i = 0; i < forms.size(); ++i) {
+        const bool apart = forms[i].size() > width;
+        text += "\n  ";
+        text += forms[i];
+        text += apart ? "\n" : "";
+        text.append(apart ? width + 4 : width - forms[i].size() + 2, ' ');
+        text += verbs_of(command)[i].brief;
+    }
+    return text;
+}
+
 std::string help_of(const Command &command)
 {
     std::string text{command.name};
     for (const std::string_view option : command.options)
         text += " [" + std::string{option} + ']';
-    if (!command.usage.empty())
-        text += ' ' + std::string{command.usage};
+    const std::string usage = usage_text(command);
+    text += usage.empty() ? "" : " " + usage;
     text += "\n  " + std::string{command.brief};
+    text += list_of_verbs(command);
     return text + (command.text.empty() ? "" : "\n") +
            std::string{command.text.substr(0, command.text.find_last_not_of('\n') + 1)};
 }
@@ -111,96 +157,42 @@ constexpr std::string_view lookup_text =
 )";
 
 constexpr std::string_view member_text =
-    R"(  add PROFILE [NAME] : ACTION PARAMETERS     adds a member
-  modify PROFILE MEMBER : ACTION PARAMETERS  gives it other parameters; a member keeps its action
-  delete PROFILE MEMBER                      deletes it, unless an entry, a group or the fallback needs it
-  show PROFILE [MEMBER]                      prints it, or all; --hw reads from the hardware
-  MEMBER is a handle, or a NAME that add gave: a letter, then letters, digits and any of _-./
-  'describe PROFILE' tells the actions. Names last as long as the session.
+    R"(  MEMBER is a handle, or a NAME that add gave: a letter, then letters, digits and any of _-./
+  'describe PROFILE' tells the actions. Names last as long as the session. --hw reads from the hardware.
 )";
 
 constexpr std::string_view group_text =
-    R"(  create PROFILE [NAME] [size=N]                 makes an empty group for up to N members (256 without)
-  delete PROFILE GROUP                           deletes it, unless an entry points at it; its members stay
-  add PROFILE GROUP MEMBER...                    lets all these members join, or none
-  remove PROFILE GROUP MEMBER...                 takes all these members out, or none
-  state PROFILE GROUP MEMBER active|inactive     only active members are picked; a member joins active
-  fallback PROFILE MEMBER|none                   the member for packets that find no active member
-  show PROFILE [GROUP]                           prints it, or all and the fallback
-  GROUP and MEMBER are handles, or names that create and 'member add' gave.
+    R"(  GROUP and MEMBER are handles, or names that create and 'member add' gave.
 )";
 
 constexpr std::string_view counter_text =
-    R"(  TABLE|COUNTER                            lists the entries of a table with their counts
-  read COUNTER CELL                        prints both counts of a cell
-  write COUNTER CELL : packets=N bytes=N   sets them; bytes is 0 when it is left out
-  sync COUNTER                             has the driver bring its counts up to date with the hardware's
-  CELL is an index; of a counter that is direct to a table, an entry's handle, its key, or 'default'.
+    R"(  CELL is an index; of a counter that is direct to a table, an entry's handle, its key, or 'default'.
   Counts are those that the driver remembers; --hw brings them up to date first.
 )";
 
 constexpr std::string_view meter_text =
-    R"(  set METER CELL : committed_rate=N committed_burst=N peak_rate=N peak_burst=N type=aware|unaware
-  read METER CELL        prints them
-  adjust METER [BYTES]   prints, or sets, how many bytes it adds to each packet
-  CELL is an index; of a meter that is direct to a table, an entry's handle, its key, or 'default'.
+    R"(  CELL is an index; of a meter that is direct to a table, an entry's handle, its key, or 'default'.
 )";
 
 constexpr std::string_view register_text =
-    R"(  read REGISTER INDEX [count=N]      prints cells, each with its value in every pipe; --hw asks the hardware
-  write REGISTER INDEX VALUE         sets a cell to 0 or 1
-  fill REGISTER VALUE                sets all cells
-  reset REGISTER [INDEX [count=N]]   gives cells, or all, the value that they start with
-  sync REGISTER                      has the driver bring its values up to date with the hardware's
+    R"(  --hw asks the hardware.
 )";
 
 constexpr std::string_view idle_text =
-    R"(  enable TABLE [mode=N] [param_1=N] [param_2=N] [param_3=N] [param_4=N] [param_5=N]
-                                                      lets entries age; clock tells which ran idle
-  disable TABLE                                       ends that
-  params TABLE                                        prints what enable was given
-  show TABLE                                          lists the entries with time to live and state
-  ttl TABLE HANDLE|KEY [ttl=N]                        prints the time to live and the state, or sets the time
-  restart TABLE HANDLE|KEY                            lets the time to live begin again
-  hit TABLE HANDLE|KEY, expire TABLE HANDLE|KEY       makes the entry active, or idle
-  An entry without a time to live does not age.
+    R"(  An entry without a time to live does not age.
 )";
 
 constexpr std::string_view digest_text =
-    R"(  watch DIGEST [on|off|hold]   prints what comes in and acknowledges it; with hold, only prints
-  send DIGEST FIELDS           the chip sends a message; a lone ':' stands between the entries of one message
-  ack DIGEST                   acknowledges the messages that are held
-  pending DIGEST               how many messages are not acknowledged
-  timeout [N]                  prints, or sets, how long the chip waits for a message to fill
-  Digests are macLearningDigest with smac, ingL2Domain, ingL2Aintf, and ptpDigest with ingress_mac_tstamp and
-  ingL2Aintf.
+    R"(  Digests are macLearningDigest with smac, ingL2Domain, ingL2Aintf, and ptpDigest with ingress_mac_tstamp and
+  ingL2Aintf. A lone ':' stands between the entries of one message.
 )";
 
 constexpr std::string_view pvs_text =
-    R"(  add SET key=VALUE [scope=A,B,C]       adds an entry; the handle is printed as by add
-  modify SET HANDLE key=VALUE           gives it another key
-  delete SET HANDLE                     deletes it
-  find SET key=VALUE [scope=A,B,C]      prints the handle of the entry with this key
-  show SET [scope=A,B,C]                lists the entries of the scope
-  property SET NUMBER [VALUE] [argument=N]   prints a property, or sets it
-  VALUE of a key is written like that of a ternary field. A scope that is left out is 0,0,0.
-)";
-
-constexpr std::string_view hash_text =
-    R"(  value CALCULATION WIDTH:VALUE...              the hash of fields of these widths in bits, 128 at most
-  show CALCULATION                              prints input, algorithm, seed and attributes
-  input CALCULATION N, algorithm CALCULATION N  chooses one; each calculation has number 0 alone
-  seed CALCULATION N [SECOND]                   sets the seed; 0 is the algorithm's own
-  attributes CALCULATION [FIELD,TYPE,VALUE]...  sets the attributes of input fields in place of all before
+    R"(  VALUE of a key is written like that of a ternary field. A scope that is left out is 0,0,0.
 )";
 
 constexpr std::string_view snapshot_text =
-    R"(  create ingress|egress [first_stage=N] [last_stage=N] [pipe=N]
-  trigger SNAPSHOT [OFFSET=VALUE]...   arms it: fields by the offset of their first byte, values as of ternary
-                                       fields
-  show SNAPSHOT                        what each stage has captured, in hex without the zeros at the end
-  delete SNAPSHOT
-  SNAPSHOT is the handle that create prints like add. 'lookup' with packets=N is what an armed one captures.
+    R"(  SNAPSHOT is the handle that create prints like add. 'lookup' with packets=N is what an armed one captures.
 )";
 
 constexpr std::string_view restart_text =
@@ -248,10 +240,7 @@ constexpr std::string_view corrupt_text =
 )";
 
 constexpr std::string_view decode_text =
-    R"(  match TABLE VALUE [MASK] [partition=N]  the key of these images, as trace prints them; without MASK all
-                                          bits count
-  action ACTION [DATA]                    the parameters of this image
-  Images are in hex. An index of a counter or meter stands in no image and shows as 65535.
+    R"(  Images are in hex. An index of a counter or meter stands in no image and shows as 65535.
 )";
 
 constexpr std::string_view default_text =
@@ -315,10 +304,8 @@ constexpr Command all_commands[] = {
      {},
      run_capacity},
     {"reset", "TABLE", "gives a table the default entry of the switch program again", "", {}, run_reset},
-    {"member", "add|modify|delete|show PROFILE ...", "the members of an action profile", member_text,
-     read_options, run_member},
-    {"group", "create|delete|add|remove|state|fallback|show PROFILE ...", "the groups of an action profile",
-     group_text, json_option, run_group},
+    {"member", "", "the members of an action profile", member_text, read_options, nullptr, member_verbs},
+    {"group", "", "the groups of an action profile", group_text, json_option, nullptr, group_verbs},
     {"restart", "", "loses and rebuilds the member-selection state, and compares", restart_text, json_option,
      run_restart},
     {"schema", "TABLE|PROFILE|ACTION", "prints the schema text of a table, profile or action", schema_text,
@@ -337,31 +324,26 @@ constexpr Command all_commands[] = {
      corrupt_text,
      {},
      run_corrupt},
-    {"decode", "match TABLE VALUE [MASK] [partition=N] | action ACTION [DATA]",
-     "prints the fields of a match or action image", decode_text, json_option, run_decode},
+    {"decode", "", "prints the fields of a match or action image", decode_text, json_option, nullptr,
+     decode_verbs},
     {"count", "[TABLE]", "the number of entries of a table, or of all that have any", "", json_option,
      run_count},
     {"property", "TABLE NUMBER [VALUE [SECOND_VALUE]]",
      "prints both values of a table's property, or sets them",
      "  The numbers and what their values mean are the driver's. SECOND_VALUE is 0 when it is left out.\n",
      json_option, run_property},
-    {"counter", "TABLE|COUNTER | read|write|sync COUNTER ...", "the counts of entries and of counter cells",
-     counter_text, read_options, run_counter},
-    {"meter", "set|read|adjust METER ...", "the meters of entries and meter cells", meter_text, json_option,
-     run_meter},
-    {"register", "read|write|fill|reset|sync REGISTER ...", "the cells of registers", register_text,
-     read_options, run_register},
-    {"idle", "enable|disable|params|show|ttl|restart|hit|expire TABLE ...", "the ageing of entries",
-     idle_text, json_option, run_idle},
+    {"counter", "", "the counts of entries and of counter cells", counter_text, read_options, nullptr,
+     counter_verbs},
+    {"meter", "", "the meters of entries and meter cells", meter_text, json_option, nullptr, meter_verbs},
+    {"register", "", "the cells of registers", register_text, read_options, nullptr, register_verbs},
+    {"idle", "", "the ageing of entries", idle_text, json_option, nullptr, idle_verbs},
     {"clock", "TICKS", "lets time pass, and tells which entries ran idle", "", json_option, run_clock},
-    {"digest", "watch|send|ack|pending DIGEST ... | timeout [N]",
-     "messages about packets, such as new stations", digest_text, json_option, run_digest},
-    {"pvs", "add|modify|delete|find|show|property SET ...", "the entries of parser value sets", pvs_text,
-     json_option, run_pvs},
-    {"hash", "value|show|input|algorithm|seed|attributes CALCULATION ...", "hash calculations", hash_text,
-     json_option, run_hash},
-    {"snapshot", "create|trigger|show|delete ...", "what packets look like in the stages of a pipe",
-     snapshot_text, json_option, run_snapshot},
+    {"digest", "", "messages about packets, such as new stations", digest_text, json_option, nullptr,
+     digest_verbs},
+    {"pvs", "", "the entries of parser value sets", pvs_text, json_option, nullptr, pvs_verbs},
+    {"hash", "", "hash calculations", "", json_option, nullptr, hash_verbs},
+    {"snapshot", "", "what packets look like in the stages of a pipe", snapshot_text, json_option, nullptr,
+     snapshot_verbs},
     {"watch",
      "TABLE [on|off]",
      "prints the updates of a table behind the commands that make them",
@@ -385,6 +367,29 @@ constexpr Command all_commands[] = {
 };
 
 } // namespace
+
+void run(const Command &command, Session &session, Words &words)
+{
+    if (!command.verbs)
+        return command.run(session, words);
+    const Verb *lone = nullptr;
+    std::vector<std::string_view> names;
+    const std::string_view word = words.peek();
+    for (const Verb &verb : command.verbs()) {
+        if (verb.word().empty()) {
+            lone = &verb;
+            continue;
+        }
+        if (verb.word() == word) {
+            words.take();
+            return verb.run(session, words, verb.name);
+        }
+        names.push_back(verb.word());
+    }
+    if (!lone || word.empty())
+        refuse(word, {"word"}, names);
+    lone->run(session, words, lone->name);
+}
 
 std::span<const Command> commands()
 {

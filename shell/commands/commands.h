@@ -6,18 +6,23 @@
 #include <vector>
 
 #include "session.h"
+#include "verb.h"
 #include "words.h"
 
 namespace shell {
 
 struct Command {
     std::string_view name;
-    std::string_view usage;                    // behind the name
-    std::string_view brief;                    // one line
-    std::string_view text;                     // more of it, for `help COMMAND`
-    std::span<const std::string_view> options; // words of it that begin with --, wherever they stand
-    void (*run)(Session &session, Words &words);
+    std::string_view usage;                      // behind the name
+    std::string_view brief;                      // one line
+    std::string_view text;                       // more of it, for `help COMMAND`
+    std::span<const std::string_view> options;   // words of it that begin with --, wherever they stand
+    void (*run)(Session &session, Words &words); // or else
+    std::span<const Verb> (*verbs)() = nullptr;
 };
+
+// Carries out the rest of a line.
+void run(const Command &command, Session &session, Words &words);
 
 std::span<const Command> commands();
 const Command *find_command(std::string_view name);
@@ -50,10 +55,10 @@ void run_default(Session &session, Words &words);
 void run_reset(Session &session, Words &words);
 
 // members.cc
-void run_member(Session &session, Words &words);
+std::span<const Verb> member_verbs();
 
 // groups.cc
-void run_group(Session &session, Words &words);
+std::span<const Verb> group_verbs();
 
 // restart.cc
 void run_restart(Session &session, Words &words);
@@ -71,7 +76,7 @@ void run_diff(Session &session, Words &words);
 void run_corrupt(Session &session, Words &words);
 
 // decode.cc
-void run_decode(Session &session, Words &words);
+std::span<const Verb> decode_verbs();
 
 // properties.cc
 void run_property(Session &session, Words &words);
@@ -80,29 +85,29 @@ void run_property(Session &session, Words &words);
 void run_watch(Session &session, Words &words);
 
 // counters.cc
-void run_counter(Session &session, Words &words);
+std::span<const Verb> counter_verbs();
 
 // meters.cc
-void run_meter(Session &session, Words &words);
+std::span<const Verb> meter_verbs();
 
 // registers.cc
-void run_register(Session &session, Words &words);
+std::span<const Verb> register_verbs();
 
 // idle.cc
-void run_idle(Session &session, Words &words);
+std::span<const Verb> idle_verbs();
 void run_clock(Session &session, Words &words);
 
 // digests.cc
-void run_digest(Session &session, Words &words);
+std::span<const Verb> digest_verbs();
 
 // value_sets.cc
-void run_pvs(Session &session, Words &words);
+std::span<const Verb> pvs_verbs();
 
 // hashes.cc
-void run_hash(Session &session, Words &words);
+std::span<const Verb> hash_verbs();
 
 // snapshots.cc
-void run_snapshot(Session &session, Words &words);
+std::span<const Verb> snapshot_verbs();
 
 // in_c.cc
 void run_in_c(Session &session, Words &words);

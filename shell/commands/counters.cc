@@ -11,14 +11,13 @@
 #include "resources.h"
 #include "settings.h"
 #include "tables.h"
-#include "verbs.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
 namespace {
 
 using reflection::CounterFunctions;
-using CounterVerb = void(Session &session, Words &words, const CounterFunctions &counter);
 
 constexpr std::size_t count_width = 12;
 
@@ -34,17 +33,9 @@ void append_json(Json &to, const pd_counter_value &value)
     to.key("packets").number(value.first_count).key("bytes").number(value.second_count);
 }
 
-Cell take_last_cell(Words &words, const CounterFunctions &counter)
+void read(Session &session, const CounterFunctions &counter, const Cell &place)
 {
-    Options none;
-    Cell cell{words, counter.row->name, table_of(*counter.row), none};
-    words.expect_end();
-    return cell;
-}
-
-void read(Session &session, Words &words, const CounterFunctions &counter)
-{
-    const u32 cell = take_last_cell(words, counter).find();
+    const u32 cell = place.find();
     const pd_counter_value value = read_cell(session, counter, cell);
     std::string line;
     if (session.json()) {
@@ -60,34 +51,39 @@ void read(Session &session, Words &words, const CounterFunctions &counter)
     session.print(line);
 }
 
-void write(Session &, Words &words, const CounterFunctions &counter)
+constexpr Setting count_settings[] = {{"packets", 64}, {"bytes", 64, 0}};
+
+struct Counts : arg::Settings<count_settings> {
+    static std::string form() { return ": " + Settings::form(); }
+    static Value read(Reading &reading)
+    {
+        take_colon(reading.words, "packets=N [bytes=M]");
+        return Settings::read(reading);
+    }
+};
+
+void write(Session &, const CounterFunctions &counter, const Cell &cell, const std::vector<u64> &counts)
 {
-    static constexpr Setting settings[] = {{"packets", 64}, {"bytes", 64, 0}};
-    Options none;
-    const Cell cell{words, counter.row->name, table_of(*counter.row), none};
-    take_colon(words, "packets=N [bytes=M]");
-    const std::vector<u64> counts = take_settings(words, counter.row->name, settings);
     expect_success(counter.write(driver_session, device, cell.find(), {counts[0], counts[1]}));
 }
 
 // The copies are in step when the driver calls back, which it does before it returns.
-void sync(Session &, Words &words, const CounterFunctions &counter)
+void sync(Session &, const CounterFunctions &counter)
 {
-    words.expect_end();
     expect_success(counter.hw_sync(
         driver_session, device, [](u32, pd_word) {}, 0));
 }
 
-constexpr Verb<CounterVerb> verbs[] = {{"read", read}, {"write", write}, {"sync", sync}};
+// The name of a direct counter or of the table that it is direct to.
+struct Listed {
+    using Value = const CounterFunctions &;
+    static std::string form() { return "TABLE|COUNTER"; }
+    static Value read(Reading &reading);
+};
 
-bool is_verb(std::string_view word)
+const CounterFunctions &Listed::read(Reading &reading)
 {
-    return std::ranges::find(verbs, word, &Verb<CounterVerb>::name) != std::end(verbs);
-}
-
-// Takes the name of a direct counter or of the table that it is direct to.
-const CounterFunctions &take_listed(Words &words)
-{
+    Words &words = reading.words;
     std::vector<std::string_view> names;
     for (const CounterFunctions &counter : reflection::counters()) {
         if (!counter.row->direct)
@@ -165,17 +161,20 @@ void list(Session &session, const CounterFunctions &counter)
     print(entry);
 }
 
+constexpr Verb verbs[] = {
+    verb<list, Listed>("counter", "lists the entries of a table with their counts, and the default entry"),
+    verb<read, arg::Counter, arg::Cell>("counter read", "prints both counts of a cell"),
+    verb<write, arg::Counter, arg::Cell, Counts>("counter write",
+                                                 "sets them; bytes is 0 when it is left out"),
+    verb<sync, arg::Counter>("counter sync",
+                             "has the driver bring its counts up to date with the hardware's"),
+};
+
 } // namespace
 
-void run_counter(Session &session, Words &words)
+std::span<const Verb> counter_verbs()
 {
-    if (!words.empty() && !is_verb(words.peek())) {
-        const CounterFunctions &counter = take_listed(words);
-        words.expect_end();
-        return list(session, counter);
-    }
-    CounterVerb *const run = take_verb<CounterVerb>(words, verbs);
-    run(session, words, take_named(words, reflection::counters(), "counter"));
+    return verbs;
 }
 
 } // namespace shell

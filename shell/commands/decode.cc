@@ -5,7 +5,7 @@
 #include "pipe_mgr_records.h"
 #include "tables.h"
 #include "value_lines.h"
-#include "verbs.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
@@ -33,9 +33,21 @@ Bytes take_image(Words &words, const std::string &what, std::size_t size)
     return image;
 }
 
-void decode_match(Session &session, Words &words)
+// The image of a key.
+struct MatchImage {
+    const reflection::TableFunctions &table;
+    Bytes value, mask;
+    u32 partition = 0;
+
+    using Value = MatchImage;
+    static std::string form() { return "TABLE VALUE [MASK] [partition=N]"; }
+    static Value read(Reading &reading);
+};
+
+MatchImage MatchImage::read(Reading &reading)
 {
     constexpr std::string_view partition = "partition=";
+    Words &words = reading.words;
     const reflection::TableFunctions &table = take_keyed_table(words);
     const pd::ImageSize size = pd::image_size(table.row->key);
     Bytes value = take_image(words, "the value image", size.bytes);
@@ -45,7 +57,13 @@ void decode_match(Session &session, Words &words)
     u32 partition_index = 0;
     if (words.peek().starts_with(partition))
         partition_index = parse_u32(words.take().substr(partition.size()), 0xffff, "partition");
-    words.expect_end();
+    return {table, std::move(value), std::move(mask), partition_index};
+}
+
+void decode_match(Session &session, MatchImage &image)
+{
+    auto &[table, value, mask, partition_index] = image;
+    const pd::ImageSize size = pd::image_size(table.row->key);
     const pipe_match_spec spec{value.data(), mask.data(), partition_index, 0, size.bits, size.bytes, 0};
     ParsedValue fields;
     fields.key.resize(table.row->record_size / sizeof(u64) + 1);
@@ -55,8 +73,16 @@ void decode_match(Session &session, Words &words)
     print_value(session, "table", table.row->name, table.row, fields);
 }
 
-void decode_action(Session &session, Words &words)
+// The image of an action's parameters, as fields.
+struct ActionImage {
+    using Value = ParsedValue;
+    static std::string form() { return "ACTION [DATA]"; }
+    static Value read(Reading &reading);
+};
+
+ParsedValue ActionImage::read(Reading &reading)
 {
+    Words &words = reading.words;
     const pd::Action &action = take_any_action(words);
     const pd::ImageSize size = pd::image_size(action.parameters);
     ParsedValue fields;
@@ -67,18 +93,25 @@ void decode_action(Session &session, Words &words)
         const pipe_action_data data{size.bits, size.bytes, image.data()};
         reflection::action_texts()[action.number].unbuild(&data, nullptr, 0, fields.parameters.data());
     }
-    words.expect_end();
+    return fields;
+}
+
+void decode_action(Session &session, const ParsedValue &fields)
+{
     print_value(session, nullptr, nullptr, nullptr, fields);
 }
 
-using DecodeVerb = void(Session &session, Words &words);
-constexpr Verb<DecodeVerb> verbs[] = {{"match", decode_match}, {"action", decode_action}};
+constexpr Verb verbs[] = {
+    verb<decode_match, MatchImage>(
+        "decode match", "the key of these images, as trace prints them; without MASK all bits count"),
+    verb<decode_action, ActionImage>("decode action", "the parameters of this image"),
+};
 
 } // namespace
 
-void run_decode(Session &session, Words &words)
+std::span<const Verb> decode_verbs()
 {
-    take_verb<DecodeVerb>(words, verbs)(session, words);
+    return verbs;
 }
 
 } // namespace shell

@@ -9,23 +9,17 @@
 #include "model.h"
 #include "named.h"
 #include "options.h"
-#include "verbs.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
 namespace {
 
 using reflection::DigestFunctions;
-using DigestVerb = void(Session &session, Words &words);
 
 u8 device_number()
 {
     return static_cast<u8>(device.device_id);
-}
-
-const DigestFunctions &take_digest(Words &words)
-{
-    return take_named(words, reflection::digests(), "digest");
 }
 
 std::string entry_line(bool as_json, const pd::Digest &digest, const DigestForm &form, u8 *entry)
@@ -44,49 +38,62 @@ std::string entry_line(bool as_json, const pd::Digest &digest, const DigestForm 
     return line;
 }
 
-void watch(Session &session, Words &words)
+enum : unsigned { on, off, hold };
+constexpr std::string_view states[] = {"on", "off", "hold"};
+
+void watch(Session &session, const DigestFunctions &digest, std::optional<unsigned> state)
 {
-    const DigestFunctions &digest = take_digest(words);
-    enum : unsigned { on, off, hold };
-    static constexpr std::string_view states[] = {"on", "off", "hold"};
-    const unsigned state = words.empty() ? unsigned{on} : choose(words.take(), {"state"}, states);
-    words.expect_end();
     if (state == off)
         session.digest_watches().remove(digest);
     else
         session.digest_watches().add(digest, state == hold);
 }
 
-// Entries of one message stand behind each other with colons between them.
-void send(Session &, Words &words)
-{
-    const DigestFunctions &digest = take_digest(words);
-    const DigestForm form{*digest.row};
+// The digest that a message is of, and its entries as the chip sends them.
+struct Message {
+    const DigestFunctions &digest;
     std::vector<u8> entries;
     u32 count = 0;
+};
+
+// Entries of one message stand behind each other with colons between them.
+struct WholeMessage {
+    using Value = Message;
+    static std::string form() { return "DIGEST FIELDS"; }
+    static Value read(Reading &reading);
+};
+
+Message WholeMessage::read(Reading &reading)
+{
+    Message message{arg::Digest::read(reading), {}};
+    Words &words = reading.words;
+    const pd::Digest &digest = *message.digest.row;
+    const DigestForm form{digest};
     do {
         if (words.peek() == ":")
             words.take();
         Record record = form.new_record();
         Options none;
-        take_assignments(words, record, digest.row->name, none);
-        form.pack(record, entries);
-        ++count;
+        take_assignments(words, record, digest.name, none);
+        form.pack(record, message.entries);
+        ++message.count;
     } while (!words.empty());
-    expect_success(ts_model_digest(device.device_id, digest.row->handle, entries.data(), count));
+    return message;
 }
 
-void acknowledge(Session &session, Words &words)
+void send(Session &, const Message &message)
 {
-    const DigestFunctions &digest = take_digest(words);
-    words.expect_end();
+    expect_success(
+        ts_model_digest(device.device_id, message.digest.row->handle, message.entries.data(), message.count));
+}
+
+void acknowledge(Session &session, const DigestFunctions &digest)
+{
     session.digest_watches().acknowledge(digest);
 }
 
-void pending(Session &session, Words &words)
+void pending(Session &session, const DigestFunctions &digest)
 {
-    const DigestFunctions &digest = take_digest(words);
-    words.expect_end();
     const u32 count = ts_model_pending_digests(device.device_id, digest.row->handle);
     std::string line = "messages: " + std::to_string(count);
     if (session.json()) {
@@ -103,14 +110,11 @@ void pending(Session &session, Words &words)
 }
 
 // The library sets it; only the device tells what it is.
-void timeout(Session &session, Words &words)
+void timeout(Session &session, std::optional<u32> wanted)
 {
-    if (!words.empty()) {
-        const u32 units = parse_u32(words.take(), ~u32{0}, "timeout");
-        words.expect_end();
+    if (wanted)
         return expect_success(
-            p4_pd_tessel_switch_set_learning_timeout(driver_session, device_number(), units));
-    }
+            p4_pd_tessel_switch_set_learning_timeout(driver_session, device_number(), *wanted));
     const u32 units = ts_model_learning_timeout(device.device_id);
     std::string line = "timeout: " + std::to_string(units);
     if (session.json()) {
@@ -120,8 +124,15 @@ void timeout(Session &session, Words &words)
     session.print(line);
 }
 
-constexpr Verb<DigestVerb> verbs[] = {
-    {"watch", watch}, {"send", send}, {"ack", acknowledge}, {"pending", pending}, {"timeout", timeout}};
+constexpr Verb verbs[] = {
+    verb<watch, arg::Digest, arg::Optional<arg::Choice<"state", states>>>(
+        "digest watch", "prints what comes in and acknowledges it; with hold, only prints"),
+    verb<send, WholeMessage>("digest send", "the chip sends a message"),
+    verb<acknowledge, arg::Digest>("digest ack", "acknowledges the messages that are held"),
+    verb<pending, arg::Digest>("digest pending", "how many messages are not acknowledged"),
+    verb<timeout, arg::Optional<arg::Number<"N", "timeout">>>(
+        "digest timeout", "prints, or sets, how long the chip waits for a message to fill"),
+};
 
 } // namespace
 
@@ -179,9 +190,9 @@ pd_status DigestWatches::receive(pd_sess_hdl sess, void *message, pd_word cookie
     return TS_MODEL_OK;
 }
 
-void run_digest(Session &session, Words &words)
+std::span<const Verb> digest_verbs()
 {
-    take_verb<DigestVerb>(words, verbs)(session, words);
+    return verbs;
 }
 
 } // namespace shell

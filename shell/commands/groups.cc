@@ -7,7 +7,7 @@
 #include "settings.h"
 #include "show_profile.h"
 #include "values.h"
-#include "verbs.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
@@ -20,11 +20,11 @@ constexpr std::string_view member_states[] = {"active", "inactive"};
 
 constexpr Setting size_setting[] = {{"size", 32, usual_size}};
 
-void create(Session &session, Words &words, const ProfileFunctions &profile)
+void create(Session &session, const ProfileFunctions &profile, std::string_view name,
+            const std::vector<u64> &settings)
 {
     ProfileNames &names = session.names(profile);
-    const std::string_view name = take_new_name(words, names.groups);
-    const auto size = static_cast<u32>(take_settings(words, "group create", size_setting).front());
+    const auto size = static_cast<u32>(settings.front());
     pd_grp_hdl group = 0;
     expect_success(profile.create_group(driver_session, device, size, &group));
     names.groups.give(group, name);
@@ -33,11 +33,9 @@ void create(Session &session, Words &words, const ProfileFunctions &profile)
         print_created(session, profile, {Kind::group, group});
 }
 
-void remove(Session &session, Words &words, const ProfileFunctions &profile)
+void remove(Session &session, const ProfileFunctions &profile, pd_grp_hdl group)
 {
     ProfileNames &names = session.names(profile);
-    const pd_grp_hdl group = take_object(words, profile, names.groups);
-    words.expect_end();
     expect_success(profile.del_group(driver_session, device.device_id, group));
     names.groups.drop(group);
     names.group_sizes.erase(group);
@@ -48,16 +46,28 @@ struct NamedMember {
     pd_mbr_hdl handle;
 };
 
-// Takes the rest of the command: one member or more, each named once.
-std::vector<NamedMember> take_members(Words &words, const ProfileFunctions &profile, const Names &names)
+struct WrittenMember {
+    using Value = NamedMember;
+    static std::string form() { return arg::Member::form(); }
+    static Value read(Reading &reading)
+    {
+        const std::string_view word = reading.words.peek();
+        return {word, arg::Member::read(reading)};
+    }
+};
+
+// One member or more, each named once.
+struct Members : arg::Several<WrittenMember> {
+    static Value read(Reading &reading);
+};
+
+std::vector<NamedMember> Members::read(Reading &reading)
 {
-    std::vector<NamedMember> members;
+    const Names &names = reading.session.names(*reading.profile).members;
+    std::vector<NamedMember> members = Several::read(reading);
     std::vector<pd_mbr_hdl> handles;
-    do {
-        const std::string_view word = words.peek();
-        members.push_back({word, take_object(words, profile, names)});
-        handles.push_back(members.back().handle);
-    } while (!words.empty());
+    for (const NamedMember &member : members)
+        handles.push_back(member.handle);
     std::ranges::sort(handles);
     if (const auto twice = std::ranges::adjacent_find(handles); twice != handles.end()) {
         const auto first = std::ranges::find(members, *twice, &NamedMember::handle);
@@ -68,11 +78,9 @@ std::vector<NamedMember> take_members(Words &words, const ProfileFunctions &prof
 }
 
 // All of them join, or none.
-void add(Session &session, Words &words, const ProfileFunctions &profile)
+void add(Session &, const ProfileFunctions &profile, pd_grp_hdl group,
+         const std::vector<NamedMember> &members)
 {
-    const ProfileNames &names = session.names(profile);
-    const pd_grp_hdl group = take_object(words, profile, names.groups);
-    const std::vector<NamedMember> members = take_members(words, profile, names.members);
     for (std::size_t i = 0; i < members.size(); ++i) {
         const pd_status status =
             profile.add_member_to_group(driver_session, device.device_id, group, members[i].handle);
@@ -84,11 +92,9 @@ void add(Session &session, Words &words, const ProfileFunctions &profile)
     }
 }
 
-void take_out(Session &session, Words &words, const ProfileFunctions &profile)
+void take_out(Session &, const ProfileFunctions &profile, pd_grp_hdl group,
+              const std::vector<NamedMember> &members)
 {
-    const ProfileNames &names = session.names(profile);
-    const pd_grp_hdl group = take_object(words, profile, names.groups);
-    const std::vector<NamedMember> members = take_members(words, profile, names.members);
     u32 state = 0;
     for (const auto &[word, member] : members) // before any of them leaves
         expect_success(
@@ -97,51 +103,59 @@ void take_out(Session &session, Words &words, const ProfileFunctions &profile)
         expect_success(profile.del_member_from_group(driver_session, device.device_id, group, member), word);
 }
 
-void set_state(Session &session, Words &words, const ProfileFunctions &profile)
+void set_state(Session &, const ProfileFunctions &profile, pd_grp_hdl group, pd_mbr_hdl member,
+               unsigned state)
 {
-    const ProfileNames &names = session.names(profile);
-    const pd_grp_hdl group = take_object(words, profile, names.groups);
-    const pd_mbr_hdl member = take_object(words, profile, names.members);
-    const bool active = choose(words.take(), {"state"}, member_states) == 0;
-    words.expect_end();
-    expect_success(
-        profile.group_member_state_set(driver_session, device.device_id, group, member,
-                                       active ? P4_PD_GRP_MBR_STATE_ACTIVE : P4_PD_GRP_MBR_STATE_INACTIVE));
+    expect_success(profile.group_member_state_set(driver_session, device.device_id, group, member,
+                                                  state == 0 ? P4_PD_GRP_MBR_STATE_ACTIVE
+                                                             : P4_PD_GRP_MBR_STATE_INACTIVE));
 }
 
-void set_fallback(Session &session, Words &words, const ProfileFunctions &profile)
-{
-    if (words.peek() == "none") {
-        words.take();
-        words.expect_end();
-        return expect_success(profile.reset_fallback_member(driver_session, device));
+// A member, or nothing for the word that stands for none.
+struct Fallback {
+    using Value = std::optional<pd_mbr_hdl>;
+    static std::string form() { return arg::Member::form() + "|none"; }
+    static Value read(Reading &reading)
+    {
+        if (reading.words.peek() != "none")
+            return arg::Member::read(reading);
+        reading.words.take();
+        return {};
     }
-    const pd_mbr_hdl member = take_object(words, profile, session.names(profile).members);
-    words.expect_end();
-    expect_success(profile.set_fallback_member(driver_session, device, member));
+};
+
+void set_fallback(Session &, const ProfileFunctions &profile, std::optional<pd_mbr_hdl> member)
+{
+    expect_success(member ? profile.set_fallback_member(driver_session, device, *member)
+                          : profile.reset_fallback_member(driver_session, device));
 }
 
-void show(Session &session, Words &words, const ProfileFunctions &profile)
+void show(Session &session, const ProfileFunctions &profile, std::optional<pd_grp_hdl> group)
 {
-    if (words.empty()) {
-        show_groups(session, profile);
-        return show_fallback(session, profile);
-    }
-    const pd_grp_hdl group = take_object(words, profile, session.names(profile).groups);
-    words.expect_end();
     show_groups(session, profile, group);
+    if (!group)
+        show_fallback(session, profile);
 }
 
-constexpr Verb<ProfileVerb> verbs[] = {{"create", create},   {"delete", remove},   {"add", add},
-                                       {"remove", take_out}, {"state", set_state}, {"fallback", set_fallback},
-                                       {"show", show}};
+constexpr Verb verbs[] = {
+    verb<create, arg::Profile, arg::NewName<Kind::group>, arg::Settings<size_setting>>(
+        "group create", "makes an empty group for up to N members, 256 without"),
+    verb<remove, arg::Profile, arg::Group>("group delete",
+                                           "deletes it, unless an entry points at it; its members stay"),
+    verb<add, arg::Profile, arg::Group, Members>("group add", "lets all these members join, or none"),
+    verb<take_out, arg::Profile, arg::Group, Members>("group remove", "takes all these members out, or none"),
+    verb<set_state, arg::Profile, arg::Group, arg::Member, arg::Choice<"state", member_states>>(
+        "group state", "only active members are picked; a member joins active"),
+    verb<set_fallback, arg::Profile, Fallback>("group fallback",
+                                               "the member for packets that find no active member"),
+    verb<show, arg::Profile, arg::Optional<arg::Group>>("group show", "prints it, or all and the fallback"),
+};
 
 } // namespace
 
-void run_group(Session &session, Words &words)
+std::span<const Verb> group_verbs()
 {
-    ProfileVerb *const run = take_verb<ProfileVerb>(words, verbs);
-    run(session, words, take_profile(words));
+    return verbs;
 }
 
 } // namespace shell

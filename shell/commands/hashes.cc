@@ -9,23 +9,17 @@
 #include "named.h"
 #include "services.h"
 #include "values.h"
-#include "verbs.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
 namespace {
 
 using reflection::HashFunctions;
-using HashVerb = void(Session &session, Words &words, const HashFunctions &hash);
 
 // A calculation has one input, whose number this is.
 constexpr u32 the_input = 0;
 constexpr unsigned widest_field = 128;
-
-u32 take_number(Words &words, std::string_view what)
-{
-    return parse_u32(words.take(what), ~u32{0}, what);
-}
 
 std::vector<hash_input_field_attribute> attributes_of(const HashFunctions &hash)
 {
@@ -76,9 +70,8 @@ std::string text_of(const hash_input_field_attribute &attribute)
            std::to_string(attribute.attr_value);
 }
 
-void show(Session &session, Words &words, const HashFunctions &hash)
+void show(Session &session, const HashFunctions &hash)
 {
-    words.expect_end();
     const Choices choices = choices_of(hash);
     const std::vector<hash_input_field_attribute> attributes = attributes_of(hash);
     if (session.json())
@@ -91,26 +84,19 @@ void show(Session &session, Words &words, const HashFunctions &hash)
     session.print(attributes.empty() ? line + " none" : line);
 }
 
-void input(Session &, Words &words, const HashFunctions &hash)
+void input(Session &, const HashFunctions &hash, u32 number)
 {
-    const u32 number = take_number(words, "number of the input");
-    words.expect_end();
     expect_success(hash.input_set(driver_session, device.device_id, number));
 }
 
-void algorithm(Session &, Words &words, const HashFunctions &hash)
+void algorithm(Session &, const HashFunctions &hash, u32 number)
 {
-    const u32 number = take_number(words, "number of the algorithm");
-    words.expect_end();
     expect_success(hash.algorithm_set(driver_session, device.device_id, number));
 }
 
-void seed(Session &, Words &words, const HashFunctions &hash)
+void seed(Session &, const HashFunctions &hash, u32 first, std::optional<u32> second)
 {
-    const u32 first = take_number(words, "seed");
-    const u32 second = words.empty() ? 0 : take_number(words, "second word of the seed");
-    words.expect_end();
-    expect_success(hash.seed_set(driver_session, device.device_id, first, second));
+    expect_success(hash.seed_set(driver_session, device.device_id, first, second.value_or(0)));
 }
 
 hash_input_field_attribute parse_attribute(std::string_view word)
@@ -129,60 +115,66 @@ hash_input_field_attribute parse_attribute(std::string_view word)
     return {parts[0], parts[1], parts[2]};
 }
 
+struct Attribute {
+    using Value = hash_input_field_attribute;
+    static std::string form() { return "FIELD,TYPE,VALUE"; }
+    static Value read(Reading &reading) { return parse_attribute(reading.words.take()); }
+};
+
 // Those that are given replace all; none clears them.
-void attributes(Session &, Words &words, const HashFunctions &hash)
+void attributes(Session &, const HashFunctions &hash, const std::vector<hash_input_field_attribute> &given)
 {
-    std::vector<hash_input_field_attribute> given;
-    while (!words.empty())
-        given.push_back(parse_attribute(words.take()));
     expect_success(hash.input_field_attribute_set(driver_session, device.device_id, the_input,
                                                   static_cast<u32>(given.size()), given.data()));
 }
 
-// The fields of a packet that are hashed. The library wants values of more than 32 bits as bytes elsewhere.
-struct Fields {
-    std::vector<Value> values;
-    std::vector<u32> widths;
-
-    void take(std::string_view word);
-    pd_status hash(const HashFunctions &hash, std::span<u8> result) const;
+struct PacketField {
+    u32 width;
+    Value value;
 };
 
-void Fields::take(std::string_view word)
+// A field of a packet that is hashed.
+struct Field {
+    using Value = PacketField;
+    static std::string form() { return "WIDTH:VALUE"; }
+    static Value read(Reading &reading);
+};
+
+PacketField Field::read(Reading &reading)
 {
+    const std::string_view word = reading.words.take("field: WIDTH:VALUE");
     const std::size_t colon = word.find(':');
     if (colon == std::string_view::npos)
         throw BadLine{word, quoted(word) + " is no field: write WIDTH:VALUE"};
     const u32 width = parse_u32(word.substr(0, colon), widest_field, "width in bits");
     if (width == 0)
         throw BadLine{word, "a field has at least 1 bit"};
-    widths.push_back(width);
-    values.push_back(parse_value(word.substr(colon + 1), width, "field"));
+    return {width, parse_value(word.substr(colon + 1), width, "field")};
 }
 
-pd_status Fields::hash(const HashFunctions &hash, std::span<u8> result) const
+// The library wants values of more than 32 bits as bytes elsewhere.
+pd_status calculate(const HashFunctions &hash, const std::vector<PacketField> &of, std::span<u8> result)
 {
-    std::vector<std::array<u8, widest_field / 8>> bytes(values.size());
+    std::vector<std::array<u8, widest_field / 8>> bytes(of.size());
     std::vector<hash_input_field_attribute> fields;
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        write_image(values[i], widths[i], bytes[i].data());
-        fields.push_back({static_cast<u32>(i), 0,
-                          widths[i] <= 32 ? static_cast<pd_word>(values[i].low)
-                                          : reinterpret_cast<pd_word>(bytes[i].data())});
+    std::vector<u32> widths;
+    for (std::size_t i = 0; i < of.size(); ++i) {
+        const auto &[width, value] = of[i];
+        write_image(value, width, bytes[i].data());
+        widths.push_back(width);
+        fields.push_back(
+            {static_cast<u32>(i), 0,
+             width <= 32 ? static_cast<pd_word>(value.low) : reinterpret_cast<pd_word>(bytes[i].data())});
     }
     return hash.calculate_hash_value(driver_session, device.device_id, static_cast<u32>(fields.size()),
                                      fields.data(), widths.data(), result.data(),
                                      static_cast<u32>(result.size()));
 }
 
-void value(Session &session, Words &words, const HashFunctions &hash)
+void value(Session &session, const HashFunctions &hash, const std::vector<PacketField> &fields)
 {
-    Fields fields;
-    do
-        fields.take(words.take("field: WIDTH:VALUE"));
-    while (!words.empty());
     std::array<u8, sizeof(u32)> bytes{};
-    expect_success(fields.hash(hash, bytes));
+    expect_success(calculate(hash, fields, bytes));
     u32 result = 0;
     for (const u8 byte : bytes)
         result = result << 8 | byte;
@@ -203,15 +195,26 @@ void value(Session &session, Words &words, const HashFunctions &hash)
     session.print(line);
 }
 
-constexpr Verb<HashVerb> verbs[] = {{"show", show}, {"input", input},           {"algorithm", algorithm},
-                                    {"seed", seed}, {"attributes", attributes}, {"value", value}};
+constexpr Verb verbs[] = {
+    verb<value, arg::Calculation, arg::Several<Field>>(
+        "hash value", "the hash of fields of these widths in bits, 128 at most"),
+    verb<show, arg::Calculation>("hash show", "prints input, algorithm, seed and attributes"),
+    verb<input, arg::Calculation, arg::Number<"N", "number of the input">>(
+        "hash input", "chooses the input; each calculation has number 0 alone"),
+    verb<algorithm, arg::Calculation, arg::Number<"N", "number of the algorithm">>(
+        "hash algorithm", "chooses the algorithm; each calculation has number 0 alone"),
+    verb<seed, arg::Calculation, arg::Number<"N", "seed">,
+         arg::Optional<arg::Number<"SECOND", "second word of the seed">>>(
+        "hash seed", "sets the seed; 0 is the algorithm's own"),
+    verb<attributes, arg::Calculation, arg::Any<Attribute>>(
+        "hash attributes", "sets the attributes of input fields in place of all before"),
+};
 
 } // namespace
 
-void run_hash(Session &session, Words &words)
+std::span<const Verb> hash_verbs()
 {
-    HashVerb *const run = take_verb<HashVerb>(words, verbs);
-    run(session, words, take_named(words, reflection::hashes(), "hash calculation"));
+    return verbs;
 }
 
 } // namespace shell

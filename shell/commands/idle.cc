@@ -10,14 +10,13 @@
 #include "model.h"
 #include "settings.h"
 #include "tables.h"
-#include "verbs.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
 namespace {
 
 using reflection::TableFunctions;
-using IdleVerb = void(Session &session, Words &words, const TableFunctions &table);
 
 constexpr u32 idle_state = 0, active_state = 1;
 
@@ -25,42 +24,58 @@ constexpr u32 idle_state = 0, active_state = 1;
 constexpr Setting parameters[] = {{"mode", 32, 1},    {"param_1", 32, 0}, {"param_2", 32, 0},
                                   {"param_3", 32, 0}, {"param_4", 32, 0}, {"param_5", 32, 0}};
 
-const TableFunctions &take_ageing_table(Words &words)
-{
-    const std::string_view name = words.peek();
-    const TableFunctions &table = take_keyed_table(words);
-    if (!table.idle)
-        throw BadLine{name, std::string{table.row->name} + " has entries that do not age"};
-    return table;
-}
+struct AgeingTable {
+    using Value = const TableFunctions &;
+    static std::string form() { return "TABLE"; }
+    static Value read(Reading &reading)
+    {
+        const std::string_view name = reading.words.peek();
+        const TableFunctions &table = take_keyed_table(reading.words);
+        if (!table.idle)
+            throw BadLine{name, std::string{table.row->name} + " has entries that do not age"};
+        reading.table = &table;
+        return table;
+    }
+};
 
-// The entry that the rest of the command names.
-pd_entry_hdl take_last_entry(Words &words, const TableFunctions &table, Options &options)
-{
-    const Cell cell{words, table.row->name, &table, options};
-    words.expect_end();
-    return cell.find();
-}
+struct Entry {
+    using Value = Cell;
+    static std::string form() { return "HANDLE|KEY"; }
+    static Value read(Reading &reading)
+    {
+        Options none;
+        return {reading.words, reading.table->row->name, reading.table, none};
+    }
+};
 
-void enable(Session &session, Words &words, const TableFunctions &table)
+struct EntryAndTtl {
+    using Value = std::pair<Cell, std::optional<u32>>;
+    static std::string form() { return Entry::form() + " [ttl=N]"; }
+    static Value read(Reading &reading)
+    {
+        Options options;
+        options.takes_ttl = true;
+        Cell cell{reading.words, reading.table->row->name, reading.table, options};
+        return {std::move(cell), options.ttl};
+    }
+};
+
+void enable(Session &session, const TableFunctions &table, const std::vector<u64> &given)
 {
-    const std::vector<u64> given = take_settings(words, "idle enable", parameters);
     const auto word = [&](std::size_t i) { return static_cast<u32>(given[i]); };
     expect_success(table.idle->tmo_enable(driver_session, device.device_id,
                                           {word(0), word(1), word(2), word(3), word(4), word(5), 0}));
     session.idle_watches().add(table);
 }
 
-void disable(Session &session, Words &words, const TableFunctions &table)
+void disable(Session &session, const TableFunctions &table)
 {
-    words.expect_end();
     expect_success(table.idle->tmo_disable(driver_session, device.device_id));
     session.idle_watches().remove(table);
 }
 
-void params(Session &session, Words &words, const TableFunctions &table)
+void params(Session &session, const TableFunctions &table)
 {
-    words.expect_end();
     pd_idle_params read{};
     expect_success(table.idle->params_get(driver_session, device.device_id, &read));
     const u32 values[] = {read.idle_mode,    read.idle_param_1, read.idle_param_2,
@@ -103,13 +118,11 @@ void append_json(Json &to, const Age &age)
 }
 
 // With ttl=N, sets it.
-void ttl(Session &session, Words &words, const TableFunctions &table)
+void ttl(Session &session, const TableFunctions &table, const EntryAndTtl::Value &given)
 {
-    Options options;
-    options.takes_ttl = true;
-    const pd_entry_hdl entry = take_last_entry(words, table, options);
-    if (options.ttl)
-        return expect_success(table.idle->set_ttl(driver_session, device.device_id, entry, *options.ttl));
+    const pd_entry_hdl entry = given.first.find();
+    if (given.second)
+        return expect_success(table.idle->set_ttl(driver_session, device.device_id, entry, *given.second));
     const Age age = age_of(table, entry);
     std::string line = "ttl=" + std::to_string(age.ttl) + ", " + age.state();
     if (session.json()) {
@@ -122,19 +135,15 @@ void ttl(Session &session, Words &words, const TableFunctions &table)
     session.print(line);
 }
 
-void restart(Session &, Words &words, const TableFunctions &table)
+void restart(Session &, const TableFunctions &table, const Cell &entry)
 {
-    Options none;
-    const pd_entry_hdl entry = take_last_entry(words, table, none);
-    expect_success(table.idle->reset_ttl(driver_session, device.device_id, entry));
+    expect_success(table.idle->reset_ttl(driver_session, device.device_id, entry.find()));
 }
 
 template <u32 state>
-void set_state(Session &, Words &words, const TableFunctions &table)
+void set_state(Session &, const TableFunctions &table, const Cell &entry)
 {
-    Options none;
-    const pd_entry_hdl entry = take_last_entry(words, table, none);
-    expect_success(table.idle->update_hit_state(driver_session, device.device_id, entry, state));
+    expect_success(table.idle->update_hit_state(driver_session, device.device_id, entry.find(), state));
 }
 
 std::string_view list_line(Columns &columns, std::string_view entry, std::string_view ttl,
@@ -148,9 +157,8 @@ std::string_view list_line(Columns &columns, std::string_view entry, std::string
     return columns.end();
 }
 
-void show(Session &session, Words &words, const TableFunctions &table)
+void show(Session &session, const TableFunctions &table)
 {
-    words.expect_end();
     EntryReader reader{table, false, session.names(table)};
     Columns columns;
     if (!session.json())
@@ -173,14 +181,18 @@ void show(Session &session, Words &words, const TableFunctions &table)
     });
 }
 
-constexpr Verb<IdleVerb> verbs[] = {{"enable", enable},
-                                    {"disable", disable},
-                                    {"params", params},
-                                    {"show", show},
-                                    {"ttl", ttl},
-                                    {"restart", restart},
-                                    {"hit", set_state<active_state>},
-                                    {"expire", set_state<idle_state>}};
+constexpr Verb verbs[] = {
+    verb<enable, AgeingTable, arg::Settings<parameters>>("idle enable",
+                                                         "lets entries age; clock tells which ran idle"),
+    verb<disable, AgeingTable>("idle disable", "ends that"),
+    verb<params, AgeingTable>("idle params", "prints what enable was given"),
+    verb<show, AgeingTable>("idle show", "lists the entries with time to live and state"),
+    verb<ttl, AgeingTable, EntryAndTtl>("idle ttl",
+                                        "prints the time to live and the state, or sets the time"),
+    verb<restart, AgeingTable, Entry>("idle restart", "lets the time to live begin again"),
+    verb<set_state<active_state>, AgeingTable, Entry>("idle hit", "makes the entry active"),
+    verb<set_state<idle_state>, AgeingTable, Entry>("idle expire", "makes the entry idle"),
+};
 
 void print_expired(Session &session, const TableFunctions &table, pd_entry_hdl entry)
 {
@@ -225,10 +237,9 @@ void IdleWatches::clear()
     tables_.clear();
 }
 
-void run_idle(Session &session, Words &words)
+std::span<const Verb> idle_verbs()
 {
-    IdleVerb *const run = take_verb<IdleVerb>(words, verbs);
-    run(session, words, take_ageing_table(words));
+    return verbs;
 }
 
 void run_clock(Session &session, Words &words)

@@ -5,7 +5,7 @@
 #include "member_reader.h"
 #include "profiles.h"
 #include "show_profile.h"
-#include "verbs.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
@@ -20,73 +20,73 @@ struct MemberPart {
     Record parameters;
 };
 
-// Takes the rest of the command.
-MemberPart take_member_part(Words &words, const ProfileFunctions &profile)
+// What stands behind the colon.
+struct Body {
+    using Value = MemberPart;
+    static std::string form() { return ": ACTION PARAMETERS"; }
+    static Value read(Reading &reading);
+};
+
+MemberPart Body::read(Reading &reading)
 {
+    Words &words = reading.words;
     take_colon(words, "an action");
     const std::string_view name = words.peek();
-    const MemberFunctions &functions = take_action(words, profile);
+    const MemberFunctions &functions = take_action(words, *reading.profile);
     MemberPart part{name, &functions, Record{*functions.row->action}};
     Options none;
     take_assignments(words, part.parameters, functions.row->action->name, none);
-    words.expect_end();
     return part;
 }
 
-void add(Session &session, Words &words, const ProfileFunctions &profile)
+void add(Session &session, const ProfileFunctions &profile, std::string_view name, const MemberPart &part)
 {
-    ProfileNames &names = session.names(profile);
-    const std::string_view name = take_new_name(words, names.members);
-    const MemberPart part = take_member_part(words, profile);
     pd_mbr_hdl member = 0;
     expect_success(part.functions->add(driver_session, device, {.action = part.parameters.data()}, &member));
-    names.members.give(member, name);
+    session.names(profile).members.give(member, name);
     if (session.verbose())
         print_created(session, profile, {Kind::member, member});
 }
 
-void modify(Session &session, Words &words, const ProfileFunctions &profile)
+void modify(Session &session, const ProfileFunctions &profile, pd_mbr_hdl member, const MemberPart &part)
 {
-    const Names &names = session.names(profile).members;
-    const pd_mbr_hdl member = take_object(words, profile, names);
-    const MemberPart part = take_member_part(words, profile);
     const pd_status status =
         part.functions->modify(driver_session, device.device_id, member, {.action = part.parameters.data()});
     if (status == PD_STATUS_MISMATCH) {
         MemberReader reader{profile, false};
         reader.read(member);
-        throw BadLine{part.name, "member " + names.label(member) + " has the action " +
-                                     reader.action().name() + ", and a member keeps its action"};
+        throw BadLine{part.name, "member " + session.names(profile).members.label(member) +
+                                     " has the action " + reader.action().name() +
+                                     ", and a member keeps its action"};
     }
     expect_success(status);
 }
 
-void remove(Session &session, Words &words, const ProfileFunctions &profile)
+void remove(Session &session, const ProfileFunctions &profile, pd_mbr_hdl member)
 {
-    Names &names = session.names(profile).members;
-    const pd_mbr_hdl member = take_object(words, profile, names);
-    words.expect_end();
     expect_success(profile.del_member(driver_session, device.device_id, member));
-    names.drop(member);
+    session.names(profile).members.drop(member);
 }
 
-void show(Session &session, Words &words, const ProfileFunctions &profile)
+void show(Session &session, const ProfileFunctions &profile, std::optional<pd_mbr_hdl> member)
 {
-    std::optional<pd_mbr_hdl> member;
-    if (!words.empty())
-        member = take_object(words, profile, session.names(profile).members);
-    words.expect_end();
     show_members(session, profile, member);
 }
 
-constexpr Verb<ProfileVerb> verbs[] = {{"add", add}, {"modify", modify}, {"delete", remove}, {"show", show}};
+constexpr Verb verbs[] = {
+    verb<add, arg::Profile, arg::NewName<Kind::member>, Body>("member add", "adds a member"),
+    verb<modify, arg::Profile, arg::Member, Body>("member modify",
+                                                  "gives it other parameters; a member keeps its action"),
+    verb<remove, arg::Profile, arg::Member>("member delete",
+                                            "deletes it, unless an entry, a group or the fallback needs it"),
+    verb<show, arg::Profile, arg::Optional<arg::Member>>("member show", "prints it, or all"),
+};
 
 } // namespace
 
-void run_member(Session &session, Words &words)
+std::span<const Verb> member_verbs()
 {
-    ProfileVerb *const run = take_verb<ProfileVerb>(words, verbs);
-    run(session, words, take_profile(words));
+    return verbs;
 }
 
 } // namespace shell

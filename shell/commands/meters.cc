@@ -11,14 +11,13 @@
 #include "resources.h"
 #include "settings.h"
 #include "tables.h"
-#include "verbs.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
 namespace {
 
 using reflection::MeterFunctions;
-using MeterVerb = void(Session &session, Words &words, const MeterFunctions &meter);
 
 constexpr Setting settings[] = {{"committed_rate"},
                                 {"committed_burst"},
@@ -26,22 +25,24 @@ constexpr Setting settings[] = {{"committed_rate"},
                                 {"peak_burst"},
                                 {.name = "type", .choices = meter_types}};
 
-void set(Session &, Words &words, const MeterFunctions &meter)
+struct Parts : arg::Settings<settings> {
+    static std::string form() { return ": " + Settings::form(); }
+    static Value read(Reading &reading)
+    {
+        take_colon(reading.words, "the parts of a meter");
+        return Settings::read(reading);
+    }
+};
+
+void set(Session &, const MeterFunctions &meter, const Cell &cell, const std::vector<u64> &parts)
 {
-    Options none;
-    const Cell cell{words, meter.row->name, table_of(*meter.row), none};
-    take_colon(words, "the parts of a meter");
-    const std::vector<u64> parts = take_settings(words, meter.row->name, settings);
     const auto part = [&](std::size_t i) { return static_cast<u32>(parts[i]); };
     const pd_meter_spec spec{part(0), part(1), part(2), part(3), part(4)};
     expect_success(meter.set(driver_session, device, cell.find(), &spec));
 }
 
-void read(Session &session, Words &words, const MeterFunctions &meter)
+void read(Session &session, const MeterFunctions &meter, const Cell &place)
 {
-    Options none;
-    const Cell place{words, meter.row->name, table_of(*meter.row), none};
-    words.expect_end();
     const u32 cell = place.find();
     pd_meter_spec spec{};
     expect_success(meter.read(driver_session, device, cell, &spec));
@@ -63,13 +64,10 @@ void read(Session &session, Words &words, const MeterFunctions &meter)
     session.print(line);
 }
 
-void adjust(Session &session, Words &words, const MeterFunctions &meter)
+void adjust(Session &session, const MeterFunctions &meter, std::optional<u32> wanted)
 {
-    if (!words.empty()) {
-        const u32 bytes = parse_u32(words.take(), ~u32{0}, "number of bytes");
-        words.expect_end();
-        return expect_success(meter.bytecount_adjust_set(driver_session, device, bytes));
-    }
+    if (wanted)
+        return expect_success(meter.bytecount_adjust_set(driver_session, device, *wanted));
     u32 bytes = 0;
     expect_success(meter.bytecount_adjust_get(driver_session, device, &bytes));
     std::string line = "bytes added to each packet: " + std::to_string(bytes);
@@ -86,7 +84,12 @@ void adjust(Session &session, Words &words, const MeterFunctions &meter)
     session.print(line);
 }
 
-constexpr Verb<MeterVerb> verbs[] = {{"set", set}, {"read", read}, {"adjust", adjust}};
+constexpr Verb verbs[] = {
+    verb<set, arg::Meter, arg::Cell, Parts>("meter set", "sets a meter"),
+    verb<read, arg::Meter, arg::Cell>("meter read", "prints it in the same words"),
+    verb<adjust, arg::Meter, arg::Optional<arg::Number<"BYTES", "number of bytes">>>(
+        "meter adjust", "prints, or sets, how many bytes it adds to each packet"),
+};
 
 } // namespace
 
@@ -114,10 +117,9 @@ std::string meter_option(u64 committed_rate, u64 committed_burst, u64 peak_rate,
     return text += meter_types[type];
 }
 
-void run_meter(Session &session, Words &words)
+std::span<const Verb> meter_verbs()
 {
-    MeterVerb *const run = take_verb<MeterVerb>(words, verbs);
-    run(session, words, take_named(words, reflection::meters(), "meter"));
+    return verbs;
 }
 
 } // namespace shell

@@ -7,33 +7,17 @@
 #include "resources.h"
 #include "settings.h"
 #include "values.h"
-#include "verbs.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
 namespace {
 
 using reflection::RegisterFunctions;
-using RegisterVerb = void(Session &session, Words &words, const RegisterFunctions &reg);
-
-u32 take_index(Words &words)
-{
-    return parse_u32(words.take("index"), TS_MODEL_REGISTER_CELLS - 1, "index");
-}
-
-// count=N, which is 1 without.
-u32 take_count(Words &words, const RegisterFunctions &reg)
-{
-    static constexpr Setting settings[] = {{"count", 13, 1}};
-    return static_cast<u32>(take_settings(words, reg.row->name, settings)[0]);
-}
-
-u8 take_flag(Words &words)
-{
-    const auto value = static_cast<u8>(parse_u32(words.take("value 0 or 1"), 1, "value"));
-    words.expect_end();
-    return value;
-}
+using Index = arg::Number<"INDEX", "index", TS_MODEL_REGISTER_CELLS - 1>;
+using Flag = arg::Number<"VALUE", "value", 1>;
+constexpr Setting count_setting[] = {{"count", 13, 1}};
+using Count = arg::Settings<count_setting>;
 
 std::string json_line(const RegisterFunctions &reg, u32 index, std::span<const u8> values)
 {
@@ -56,10 +40,9 @@ std::string text_line(u32 index, std::span<const u8> values)
 }
 
 // One line for each index, with a value for each pipe.
-void read(Session &session, Words &words, const RegisterFunctions &reg)
+void read(Session &session, const RegisterFunctions &reg, u32 start, const std::vector<u64> &settings)
 {
-    const u32 start = take_index(words);
-    const u32 count = take_count(words, reg);
+    const auto count = static_cast<u32>(settings[0]);
     std::vector<u8> values(std::size_t{count} * TS_MODEL_PIPES);
     u32 indices = 0, value_count = 0;
     expect_success(reg.range_read(driver_session, device, start, count, session.from_hardware(), &indices,
@@ -72,45 +55,49 @@ void read(Session &session, Words &words, const RegisterFunctions &reg)
     }
 }
 
-void write(Session &, Words &words, const RegisterFunctions &reg)
+void write(Session &, const RegisterFunctions &reg, u32 index, u32 flag)
 {
-    const u32 index = take_index(words);
-    const u8 value = take_flag(words);
+    const auto value = static_cast<u8>(flag);
     expect_success(reg.write(driver_session, device, index, &value));
 }
 
-void fill(Session &, Words &words, const RegisterFunctions &reg)
+void fill(Session &, const RegisterFunctions &reg, u32 flag)
 {
-    const u8 value = take_flag(words);
+    const auto value = static_cast<u8>(flag);
     expect_success(reg.write_all(driver_session, device, &value));
 }
 
-void reset(Session &, Words &words, const RegisterFunctions &reg)
+void reset(Session &, const RegisterFunctions &reg, std::optional<u32> start,
+           const std::vector<u64> &settings)
 {
-    if (words.empty())
+    if (!start)
         return expect_success(reg.reset_all(driver_session, device));
-    const u32 start = take_index(words);
-    const u32 count = take_count(words, reg);
-    expect_success(reg.range_reset(driver_session, device, start, count));
+    expect_success(reg.range_reset(driver_session, device, *start, static_cast<u32>(settings[0])));
 }
 
 // The copies are in step when the driver calls back, which it does before it returns.
-void sync(Session &, Words &words, const RegisterFunctions &reg)
+void sync(Session &, const RegisterFunctions &reg)
 {
-    words.expect_end();
     expect_success(reg.hw_sync(
         driver_session, device, [](u32, pd_word) {}, 0));
 }
 
-constexpr Verb<RegisterVerb> verbs[] = {
-    {"read", read}, {"write", write}, {"fill", fill}, {"reset", reset}, {"sync", sync}};
+constexpr Verb verbs[] = {
+    verb<read, arg::Register, Index, Count>("register read",
+                                            "prints cells, each with its value in every pipe"),
+    verb<write, arg::Register, Index, Flag>("register write", "sets a cell to 0 or 1"),
+    verb<fill, arg::Register, Flag>("register fill", "sets all cells"),
+    verb<reset, arg::Register, arg::Optional<Index>, Count>(
+        "register reset", "gives cells, or all, the value that they start with"),
+    verb<sync, arg::Register>("register sync",
+                              "has the driver bring its values up to date with the hardware's"),
+};
 
 } // namespace
 
-void run_register(Session &session, Words &words)
+std::span<const Verb> register_verbs()
 {
-    RegisterVerb *const run = take_verb<RegisterVerb>(words, verbs);
-    run(session, words, take_named(words, reflection::registers(), "register"));
+    return verbs;
 }
 
 } // namespace shell

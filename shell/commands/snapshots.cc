@@ -11,13 +11,11 @@
 #include "records.h"
 #include "rows_services.h"
 #include "settings.h"
-#include "verbs.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
 namespace {
-
-using SnapshotVerb = void(Session &session, Words &words);
 
 // By their numbers.
 constexpr std::string_view directions[] = {"ingress", "egress"};
@@ -26,22 +24,12 @@ static_assert(TS_MODEL_INGRESS == 0 && TS_MODEL_EGRESS == 1);
 // Tells the layout of a snapshot's records.
 constexpr u32 egress_bit = 2;
 
-u32 take_snapshot(Words &words)
-{
-    return parse_u32(words.take("snapshot handle"), ~u32{0}, "snapshot handle");
-}
+using Snapshot = arg::Number<"SNAPSHOT", "snapshot handle">;
+constexpr Setting settings[] = {
+    {"first_stage", 8, 0}, {"last_stage", 8, TS_MODEL_STAGES - 1}, {"pipe", 32, 0}};
 
-u32 take_direction(Words &words)
+void create(Session &session, u32 direction, const std::vector<u64> &given)
 {
-    return choose(words.take(), {"direction"}, directions);
-}
-
-void create(Session &session, Words &words)
-{
-    static constexpr Setting settings[] = {
-        {"first_stage", 8, 0}, {"last_stage", 8, TS_MODEL_STAGES - 1}, {"pipe", 32, 0}};
-    const u32 direction = take_direction(words);
-    const std::vector<u64> given = take_settings(words, "snapshot create", settings);
     u32 snapshot = 0;
     expect_success(p4_pd_tessel_switch_snapshot_create(device.device_id, static_cast<pd_word>(given[2]),
                                                        static_cast<u8>(given[0]), static_cast<u8>(given[1]),
@@ -100,9 +88,17 @@ u32 add_to_trigger(Trigger &trigger, std::string_view word, const pd::SnapshotLa
     return offset;
 }
 
-void set_trigger(Session &, Words &words)
+// A snapshot, and what its fields are to be.
+struct Armed {
+    using Value = std::pair<u32, Trigger>;
+    static std::string form() { return Snapshot::form() + " [OFFSET=VALUE]..."; }
+    static Value read(Reading &reading);
+};
+
+Armed::Value Armed::read(Reading &reading)
 {
-    const u32 snapshot = take_snapshot(words);
+    const u32 snapshot = Snapshot::read(reading);
+    Words &words = reading.words;
     const pd::SnapshotLayout &layout = snapshot & egress_bit ? pd::snapshots::B : pd::snapshots::A;
     Trigger trigger;
     std::set<u32> given;
@@ -112,6 +108,12 @@ void set_trigger(Session &, Words &words)
         if (!given.insert(offset).second)
             throw BadLine{word, "offset " + std::to_string(offset) + " is given twice"};
     }
+    return {snapshot, trigger};
+}
+
+void set_trigger(Session &, Armed::Value &armed)
+{
+    auto &[snapshot, trigger] = armed;
     expect_success(p4_pd_tessel_switch_snapshot_capture_trigger_set(snapshot, &trigger.spec, &trigger.mask));
 }
 
@@ -152,10 +154,8 @@ void print(Session &session, u32 handle, const ts_model_snapshot &snapshot, Capt
         session.print("  stage " + std::to_string(snapshot.first_stage + i) + ": " + hex(stages[i]));
 }
 
-void show(Session &session, Words &words)
+void show(Session &session, u32 handle)
 {
-    const u32 handle = take_snapshot(words);
-    words.expect_end();
     ts_model_snapshot snapshot{};
     expect_success(ts_model_get_snapshot(handle, &snapshot));
     std::array<pd_snapshot_phv, TS_MODEL_STAGES> stages{};
@@ -168,21 +168,26 @@ void show(Session &session, Words &words)
         print(session, handle, snapshot, captured);
 }
 
-void remove(Session &, Words &words)
+void remove(Session &, u32 snapshot)
 {
-    const u32 snapshot = take_snapshot(words);
-    words.expect_end();
     expect_success(p4_pd_tessel_switch_snapshot_delete(snapshot));
 }
 
-constexpr Verb<SnapshotVerb> verbs[] = {
-    {"create", create}, {"trigger", set_trigger}, {"show", show}, {"delete", remove}};
+constexpr Verb verbs[] = {
+    verb<create, arg::Choice<"direction", directions>, arg::Settings<settings>>("snapshot create",
+                                                                                "makes a snapshot"),
+    verb<set_trigger, Armed>(
+        "snapshot trigger", "arms it: fields by the offset of their first byte, values as of ternary fields"),
+    verb<show, Snapshot>("snapshot show",
+                         "what each stage has captured, in hex without the zeros at the end"),
+    verb<remove, Snapshot>("snapshot delete", "deletes it"),
+};
 
 } // namespace
 
-void run_snapshot(Session &session, Words &words)
+std::span<const Verb> snapshot_verbs()
 {
-    take_verb<SnapshotVerb>(words, verbs)(session, words);
+    return verbs;
 }
 
 } // namespace shell

@@ -10,14 +10,13 @@
 #include "services.h"
 #include "settings.h"
 #include "shown.h"
-#include "verbs.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
 namespace {
 
 using reflection::ValueSetFunctions;
-using ValueSetVerb = void(Session &session, Words &words, const ValueSetFunctions &set);
 
 struct Key {
     u32 value;
@@ -35,16 +34,15 @@ constexpr pd::Field key_fields[] = {{"key",
                                      {},
                                      false}};
 
-// Takes the rest of the command: the key, and the scope if `options` takes one.
-Key take_key(Words &words, const ValueSetFunctions &set, Options &options)
+// The key, and the scope if `options` takes one.
+Key take_key(Reading &reading, Options &options)
 {
     pd::Table row{};
-    row.name = set.row->name;
+    row.name = reading.owner;
     row.key = key_fields;
     row.record_size = sizeof(Key);
     Record record{row, KeyOf::entry};
-    take_assignments(words, record, row.name, options);
-    words.expect_end();
+    take_assignments(reading.words, record, row.name, options);
     Key key = *static_cast<const Key *>(record.data());
     key.value &= key.mask;
     return key;
@@ -57,10 +55,40 @@ Options scoped()
     return options;
 }
 
-u32 take_entry(Words &words)
-{
-    return parse_u32(words.take("entry handle"), ~u32{0}, "entry handle");
-}
+using Entry = arg::Number<"HANDLE", "entry handle">;
+
+struct LoneKey {
+    using Value = Key;
+    static std::string form() { return "key=VALUE"; }
+    static Value read(Reading &reading)
+    {
+        Options none;
+        return take_key(reading, none);
+    }
+};
+
+struct Scope {
+    using Value = ValueSetScope;
+    static std::string form() { return "[scope=A,B,C]"; }
+    static Value read(Reading &reading)
+    {
+        Options options = scoped();
+        Record nothing{pd::Action{reading.owner, 0, {}, 0}};
+        take_assignments(reading.words, nothing, reading.owner, options);
+        return options.scope.value_or(ValueSetScope{});
+    }
+};
+
+struct ScopedKey {
+    using Value = std::pair<Key, ValueSetScope>;
+    static std::string form() { return LoneKey::form() + ' ' + Scope::form(); }
+    static Value read(Reading &reading)
+    {
+        Options options = scoped();
+        const Key key = take_key(reading, options);
+        return {key, options.scope.value_or(ValueSetScope{})};
+    }
+};
 
 void print_entry(Session &session, const ValueSetFunctions &set, u32 entry)
 {
@@ -72,11 +100,9 @@ void print_entry(Session &session, const ValueSetFunctions &set, u32 entry)
     session.print(line);
 }
 
-void add(Session &session, Words &words, const ValueSetFunctions &set)
+void add(Session &session, const ValueSetFunctions &set, const ScopedKey::Value &given)
 {
-    Options options = scoped();
-    const Key key = take_key(words, set, options);
-    const ValueSetScope scope = options.scope.value_or(ValueSetScope{});
+    const auto &[key, scope] = given;
     u32 entry = 0;
     expect_success(set.entry_add(driver_session, device.device_id, scope.a, scope.b, scope.c, key.value,
                                  key.mask, &entry));
@@ -84,26 +110,19 @@ void add(Session &session, Words &words, const ValueSetFunctions &set)
         print_entry(session, set, entry);
 }
 
-void modify(Session &, Words &words, const ValueSetFunctions &set)
+void modify(Session &, const ValueSetFunctions &set, u32 entry, const Key &key)
 {
-    const u32 entry = take_entry(words);
-    Options none;
-    const Key key = take_key(words, set, none);
     expect_success(set.entry_modify(driver_session, device.device_id, entry, key.value, key.mask));
 }
 
-void remove(Session &, Words &words, const ValueSetFunctions &set)
+void remove(Session &, const ValueSetFunctions &set, u32 entry)
 {
-    const u32 entry = take_entry(words);
-    words.expect_end();
     expect_success(set.entry_delete(driver_session, device.device_id, entry));
 }
 
-void find(Session &session, Words &words, const ValueSetFunctions &set)
+void find(Session &session, const ValueSetFunctions &set, const ScopedKey::Value &given)
 {
-    Options options = scoped();
-    const Key key = take_key(words, set, options);
-    const ValueSetScope scope = options.scope.value_or(ValueSetScope{});
+    const auto &[key, scope] = given;
     u32 entry = 0;
     expect_success(set.entry_handle_get(driver_session, device.device_id, scope.a, scope.b, scope.c,
                                         key.value, key.mask, &entry));
@@ -122,13 +141,8 @@ std::string json_line(const ValueSetFunctions &set, u32 entry, const std::vector
 }
 
 // The entries of one scope.
-void show(Session &session, Words &words, const ValueSetFunctions &set)
+void show(Session &session, const ValueSetFunctions &set, const ValueSetScope &scope)
 {
-    Options options = scoped();
-    Record nothing{pd::Action{set.row->name, 0, {}, 0}};
-    take_assignments(words, nothing, set.row->name, options);
-    words.expect_end();
-    const ValueSetScope scope = options.scope.value_or(ValueSetScope{});
     pd::Table row{};
     row.key = key_fields;
     const std::vector<ShownField> fields = shown_fields(row);
@@ -161,16 +175,29 @@ void show(Session &session, Words &words, const ValueSetFunctions &set)
         });
 }
 
+constexpr Setting property_settings[] = {{"argument", 32, 0}};
+
+// What a property is to be, if that is told before the settings.
+struct NewValue {
+    using Value = std::optional<u32>;
+    static std::string form() { return "[VALUE]"; }
+    static Value read(Reading &reading)
+    {
+        const std::string_view word = reading.words.peek();
+        if (word.empty() || word.find('=') != std::string_view::npos)
+            return {};
+        return parse_u32(reading.words.take(), ~u32{0}, "value");
+    }
+};
+
 // Without a value, reads it.
-void property(Session &session, Words &words, const ValueSetFunctions &set)
+void property(Session &session, const ValueSetFunctions &set, u32 number, std::optional<u32> wanted,
+              const std::vector<u64> &settings)
 {
-    static constexpr Setting settings[] = {{"argument", 32, 0}};
-    const u32 number = parse_u32(words.take("property number"), ~u32{0}, "property number");
-    const bool writes = !words.empty() && words.peek().find('=') == std::string_view::npos;
-    u32 value = writes ? parse_u32(words.take(), ~u32{0}, "value") : 0;
-    const auto argument = static_cast<u32>(take_settings(words, set.row->name, settings)[0]);
-    if (writes)
-        return expect_success(set.set_property(driver_session, device.device_id, number, value, argument));
+    const auto argument = static_cast<u32>(settings[0]);
+    if (wanted)
+        return expect_success(set.set_property(driver_session, device.device_id, number, *wanted, argument));
+    u32 value = 0;
     expect_success(set.get_property(driver_session, device.device_id, number, &value, argument));
     std::string line = "property " + std::to_string(number) + ": " + std::to_string(value);
     if (session.json()) {
@@ -182,15 +209,23 @@ void property(Session &session, Words &words, const ValueSetFunctions &set)
     session.print(line);
 }
 
-constexpr Verb<ValueSetVerb> verbs[] = {{"add", add},   {"modify", modify}, {"delete", remove},
-                                        {"find", find}, {"show", show},     {"property", property}};
+using Number = arg::Number<"NUMBER", "property number">;
+
+constexpr Verb verbs[] = {
+    verb<add, arg::ValueSet, ScopedKey>("pvs add", "adds an entry; the handle is printed as by add"),
+    verb<modify, arg::ValueSet, Entry, LoneKey>("pvs modify", "gives it another key"),
+    verb<remove, arg::ValueSet, Entry>("pvs delete", "deletes it"),
+    verb<find, arg::ValueSet, ScopedKey>("pvs find", "prints the handle of the entry with this key"),
+    verb<show, arg::ValueSet, Scope>("pvs show", "lists the entries of the scope"),
+    verb<property, arg::ValueSet, Number, NewValue, arg::Settings<property_settings>>(
+        "pvs property", "prints a property, or sets it"),
+};
 
 } // namespace
 
-void run_pvs(Session &session, Words &words)
+std::span<const Verb> pvs_verbs()
 {
-    ValueSetVerb *const run = take_verb<ValueSetVerb>(words, verbs);
-    run(session, words, take_named(words, reflection::value_sets(), "value set"));
+    return verbs;
 }
 
 } // namespace shell

@@ -28,6 +28,18 @@ u64 parse(std::string_view text, const Setting &setting)
 
 } // namespace
 
+std::string form_of(const Setting &setting)
+{
+    std::string text{setting.name};
+    for (const std::string_view choice : setting.choices) {
+        text += text.ends_with(setting.name) ? '=' : '|';
+        text += choice;
+    }
+    if (setting.choices.empty())
+        text += "=N";
+    return setting.usual ? '[' + text + ']' : text;
+}
+
 std::vector<u64> take_settings(Words &words, std::string_view owner, std::span<const Setting> settings)
 {
     std::vector<std::optional<u64>> given(settings.size());

@@ -68,26 +68,20 @@ Usage usage_of(std::string_view form)
 
 } // namespace
 
-// Forms have " | " between them. Where one ends in "...", the lines of the help text that begin with a word
-// of its first place tell more: forms with ", " between them, and two blanks behind.
+// Forms have " | " between them.
 std::vector<Usage> usages_of(const Command &command)
 {
     std::vector<Usage> usages;
-    for (const std::string_view form : split(command.usage, " | ")) {
-        Usage usage = usage_of(form);
-        if (!form.ends_with(" ...")) {
+    if (!command.verbs)
+        for (const std::string_view form : split(command.usage, " | "))
+            usages.push_back(usage_of(form));
+    else
+        for (const Verb &verb : command.verbs()) {
+            Usage usage = usage_of(verb.arguments());
+            if (const std::string_view word = verb.word(); !word.empty())
+                usage.places.insert(usage.places.begin(), place_of(word));
             usages.push_back(std::move(usage));
-            continue;
         }
-        const Place first = usage.places.front();
-        usages.push_back({{first}, {}});
-        for (std::string_view line : split(command.text, "\n")) {
-            line.remove_prefix(std::min(line.size(), line.find_first_not_of(' ')));
-            for (const std::string_view more : split(line.substr(0, line.find("  ")), ", "))
-                if (has(first, more.substr(0, more.find(' '))))
-                    usages.push_back(usage_of(more));
-        }
-    }
     return usages;
 }
 

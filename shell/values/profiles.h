@@ -37,9 +37,6 @@ u32 take_object(Words &words, const reflection::ProfileFunctions &profile, const
 // Takes the name for a new member or group; empty when the next word is an option, a colon or missing.
 std::string_view take_new_name(Words &words, const Names &names);
 
-// What a verb of the member or group command runs, behind the name of the profile.
-using ProfileVerb = void(Session &session, Words &words, const reflection::ProfileFunctions &profile);
-
 // ---- Walks and counts. Each throws BadLine when the driver refuses. ----
 
 using Visit = std::function<void(u32 handle)>;
