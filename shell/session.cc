@@ -266,14 +266,14 @@ void Session::carry_out(const Words &line)
 {
     Words words = line;
     const std::string_view name = words.take();
-    const Command *command = find_command(name);
+    const Command *command = command_named(name);
     if (!command)
         refuse(name, {"command", {}, "help"}, command_names());
     if (!command->options.empty())
         take_option_words(*command, *line_, line_->size() - words.rest().size());
     Words rest{words.rest()};
     if (options_.guard)
-        options_.guard(command->name, rest);
+        options_.guard(command->name(), rest);
     shell::run(*command, *this, rest);
 }
 
@@ -303,7 +303,7 @@ void Session::take_option_words(const Command &command, std::string &line, std::
         std::fill_n(line.begin() + static_cast<std::ptrdiff_t>(begin), word.size(), ' ');
     }
     if (!unknown.empty())
-        refuse(unknown, {"option", command.name}, {command.options.begin(), command.options.end()});
+        refuse(unknown, {"option", command.name()}, {command.options.begin(), command.options.end()});
 }
 
 void Session::show_what_came_behind()

@@ -511,8 +511,8 @@ TEST_F(ShellSweep, PrintsOnlyJsonWhenToldSo)
                          "property l2SmacCheck 1\nhelp\n";
     for (const reflection::TableFunctions *table : reflection::tables())
         script += "describe " + std::string{table->row->name} + "\n";
-    for (const shell::Command &command : shell::commands())
-        script += "help " + std::string{command.name} + "\n";
+    for (const shell::Command *command : shell::commands())
+        script += "help " + std::string{command->name()} + "\n";
     script += "echo \"quoted\" \\ \x01 back";
     const std::vector<std::string> lines = lines_of(output_of(script, {.verbose = true, .json = true}));
     EXPECT_GT(lines.size(), 2 * 158u + 30u);

@@ -6,8 +6,7 @@
 
 #include "commands.h"
 #include "json.h"
-#include "profiles.h"
-#include "tables.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
@@ -202,16 +201,12 @@ void print_description(Session &session, const Object &object)
         describe(session.out(), object);
 }
 
-} // namespace
-
-void run_tables(Session &session, Words &words)
+void tables(Session &session, std::optional<std::string_view> part)
 {
-    const std::string_view part = words.empty() ? std::string_view{} : words.take();
-    words.expect_end();
     const int name = column(reflection::tables(), [](const auto *table) { return table->row->name; });
     for (const reflection::TableFunctions *functions : reflection::tables()) {
         const pd::Table &table = *functions->row;
-        if (std::string_view{table.name}.find(part) == std::string_view::npos)
+        if (std::string_view{table.name}.find(part.value_or("")) == std::string_view::npos)
             continue;
         if (session.json())
             session.print(summary_json(table));
@@ -223,15 +218,23 @@ void run_tables(Session &session, Words &words)
     }
 }
 
-void run_describe(Session &session, Words &words)
+void describe_one(Session &session, const arg::TableOrProfile::Value &object)
 {
-    if (const reflection::ProfileFunctions *profile = take_profile_unless_table(words)) {
-        words.expect_end();
-        return print_description(session, *profile);
-    }
-    const pd::Table &table = *take_table(words).row;
-    words.expect_end();
-    print_description(session, table);
+    if (object.profile)
+        print_description(session, *object.profile);
+    else
+        print_description(session, *object.table->row);
 }
+
+constexpr Verb tables_verb[] = {verb<tables, arg::Optional<arg::Word<"TEXT">>>(
+    "tables", "the tables whose name contains TEXT, with key kind and number of entries")};
+
+constexpr Verb describe_verb[] = {verb<describe_one, arg::TableOrProfile>(
+    "describe", "the key, actions and resources of a table, the actions of a profile")};
+
+} // namespace
+
+const Command tables_command{tables_verb, {}, json_option};
+const Command describe_command{describe_verb, {}, json_option};
 
 } // namespace shell

@@ -4,8 +4,7 @@
 #include "commands.h"
 #include "driver.h"
 #include "model.h"
-#include "profiles.h"
-#include "tables.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
@@ -47,33 +46,50 @@ void clear_profile(const ProfileFunctions &profile, ProfileNames &names)
     }
 }
 
-} // namespace
+struct WhatToClear {
+    using Value = std::optional<arg::TableOrProfile::Value>; // none for all
+    static void describe(Usage &usage) { usage.add({"TABLE", "PROFILE", "all"}); }
+    static Value read(Reading &reading)
+    {
+        if (reading.words.peek() != "all")
+            return arg::TableOrProfile::read(reading);
+        reading.words.take();
+        return {};
+    }
+};
 
-void run_clear(Session &session, Words &words)
+void clear(Session &session, const WhatToClear::Value &what)
 {
-    if (words.peek() == "all") {
-        words.take();
-        words.expect_end();
+    if (!what) {
         for (const TableFunctions *table : reflection::tables())
             clear_table(*table);
         for (const ProfileFunctions *profile : reflection::profiles())
             clear_profile(*profile, session.names(*profile));
         return;
     }
-    const ProfileFunctions *profile = take_profile_unless_table(words);
-    const TableFunctions &table = profile ? table_of(*profile) : take_table(words);
-    words.expect_end();
-    clear_table(table);
-    if (profile)
-        clear_profile(*profile, session.names(*profile));
+    clear_table(what->profile ? table_of(*what->profile) : *what->table);
+    if (what->profile)
+        clear_profile(*what->profile, session.names(*what->profile));
 }
 
-void run_capacity(Session &, Words &words)
+void capacity(Session &, const TableFunctions &table, u32 entries)
 {
-    const TableFunctions &table = take_keyed_table(words);
-    const u32 entries = parse_u32(words.take(), ~u32{0}, "number of entries");
-    words.expect_end();
     expect_success(ts_model_set_capacity(table.row->handle, entries));
 }
+
+constexpr std::string_view text =
+    R"(  Of a PROFILE, the entries that point at it as well as its groups, members and fallback. all stands for every table
+  and profile.
+)";
+
+constexpr Verb clear_verb[] = {verb<clear, WhatToClear>(
+    "clear", "deletes all entries, and gives the default entry of the program again")};
+constexpr Verb capacity_verb[] = {verb<capacity, arg::KeyedTable, arg::Number<"NUMBER", "number of entries">>(
+    "capacity", "how many entries the model's table takes, so that a full one can be tried")};
+
+} // namespace
+
+const Command clear_command{clear_verb, text};
+const Command capacity_command{capacity_verb};
 
 } // namespace shell

@@ -53,14 +53,7 @@ void read(Session &session, const CounterFunctions &counter, const Cell &place)
 
 constexpr Setting count_settings[] = {{"packets", 64}, {"bytes", 64, 0}};
 
-struct Counts : arg::Settings<count_settings> {
-    static std::string form() { return ": " + Settings::form(); }
-    static Value read(Reading &reading)
-    {
-        take_colon(reading.words, "packets=N [bytes=M]");
-        return Settings::read(reading);
-    }
-};
+using Counts = arg::SettingsBehindColon<count_settings, "packets=N [bytes=M]">;
 
 void write(Session &, const CounterFunctions &counter, const Cell &cell, const std::vector<u64> &counts)
 {
@@ -77,7 +70,7 @@ void sync(Session &, const CounterFunctions &counter)
 // The name of a direct counter or of the table that it is direct to.
 struct Listed {
     using Value = const CounterFunctions &;
-    static std::string form() { return "TABLE|COUNTER"; }
+    static void describe(Usage &usage) { usage.add({"TABLE", "COUNTER"}); }
     static Value read(Reading &reading);
 };
 
@@ -161,6 +154,11 @@ void list(Session &session, const CounterFunctions &counter)
     print(entry);
 }
 
+constexpr std::string_view text =
+    R"(  CELL is an index; of a counter that is direct to a table, an entry's handle, its key, or 'default'.
+  Counts are those that the driver remembers; --hw brings them up to date first.
+)";
+
 constexpr Verb verbs[] = {
     verb<list, Listed>("counter", "lists the entries of a table with their counts, and the default entry"),
     verb<read, arg::Counter, arg::Cell>("counter read", "prints both counts of a cell"),
@@ -172,9 +170,6 @@ constexpr Verb verbs[] = {
 
 } // namespace
 
-std::span<const Verb> counter_verbs()
-{
-    return verbs;
-}
+const Command counter_command{verbs, text, read_options, "the counts of entries and of counter cells"};
 
 } // namespace shell

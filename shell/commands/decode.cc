@@ -40,7 +40,13 @@ struct MatchImage {
     u32 partition = 0;
 
     using Value = MatchImage;
-    static std::string form() { return "TABLE VALUE [MASK] [partition=N]"; }
+    static void describe(Usage &usage)
+    {
+        usage.add({"TABLE"});
+        usage.add({"VALUE"});
+        usage.places.push_back({.alternatives = {"MASK"}, .optional = true});
+        usage.places.push_back({.option = "partition=", .value = "N", .optional = true});
+    }
     static Value read(Reading &reading);
 };
 
@@ -76,7 +82,11 @@ void decode_match(Session &session, MatchImage &image)
 // The image of an action's parameters, as fields.
 struct ActionImage {
     using Value = ParsedValue;
-    static std::string form() { return "ACTION [DATA]"; }
+    static void describe(Usage &usage)
+    {
+        usage.add({"ACTION"});
+        usage.places.push_back({.alternatives = {"DATA"}, .optional = true});
+    }
     static Value read(Reading &reading);
 };
 
@@ -101,6 +111,10 @@ void decode_action(Session &session, const ParsedValue &fields)
     print_value(session, nullptr, nullptr, nullptr, fields);
 }
 
+constexpr std::string_view text =
+    R"(  Images are in hex. An index of a counter or meter stands in no image and shows as 65535.
+)";
+
 constexpr Verb verbs[] = {
     verb<decode_match, MatchImage>(
         "decode match", "the key of these images, as trace prints them; without MASK all bits count"),
@@ -109,9 +123,6 @@ constexpr Verb verbs[] = {
 
 } // namespace
 
-std::span<const Verb> decode_verbs()
-{
-    return verbs;
-}
+const Command decode_command{verbs, text, json_option, "prints the fields of a match or action image"};
 
 } // namespace shell

@@ -1,19 +1,45 @@
 // The commands around a table's default entry: default, reset.
+#include <utility>
+
 #include "commands.h"
 #include "driver.h"
 #include "entry_body.h"
 #include "entry_reader.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
-void run_default(Session &session, Words &words)
-{
-    const reflection::TableFunctions &table = take_table(words);
-    if (!words.empty()) {
+namespace {
+
+using reflection::TableFunctions;
+
+struct DefaultEntry {
+    struct Value {
         Options options;
-        options.takes_meter = table.row->direct_meter != 0;
-        return EntryBody{session, words, table, ActionOf::default_entry, options}.set_default(options);
+        std::optional<EntryBody> body; // none to read it
+    };
+    static void describe(Usage &usage)
+    {
+        usage.places.push_back({.alternatives = {":"}, .optional = true});
+        usage.bodies = entry_bodies();
+        describe_options(usage, {"meter"});
     }
+    static Value read(Reading &reading)
+    {
+        Value given;
+        if (reading.words.empty())
+            return given;
+        given.options.takes_meter = reading.table->row->direct_meter != 0;
+        given.body.emplace(reading.session, reading.words, *reading.table, ActionOf::default_entry,
+                           given.options);
+        return given;
+    }
+};
+
+void default_entry(Session &session, const TableFunctions &table, const DefaultEntry::Value &given)
+{
+    if (given.body)
+        return given.body->set_default(given.options);
     EntryReader reader{table, session.from_hardware(), session.names(table)};
     reader.read_default();
     std::string line;
@@ -24,11 +50,23 @@ void run_default(Session &session, Words &words)
     session.print(line);
 }
 
-void run_reset(Session &, Words &words)
+void reset(Session &, const TableFunctions &table)
 {
-    const reflection::TableFunctions &table = take_table(words);
-    words.expect_end();
     expect_success(table.reset_default_entry(driver_session, device));
 }
+
+constexpr std::string_view text =
+    R"(  With a colon and an action, sets the default entry. Without meter=, a direct meter is detached from it.
+)";
+
+constexpr Verb default_verb[] = {verb<default_entry, arg::Table, DefaultEntry>(
+    "default", "prints the default entry of a table, or sets it")};
+constexpr Verb reset_verb[] = {
+    verb<reset, arg::Table>("reset", "gives a table the default entry of the switch program again")};
+
+} // namespace
+
+const Command default_command{default_verb, text, read_options};
+const Command reset_command{reset_verb};
 
 } // namespace shell

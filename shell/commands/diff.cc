@@ -8,6 +8,7 @@
 #include "entry_reader.h"
 #include "placement.h"
 #include "tables.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
@@ -280,13 +281,24 @@ void Comparison::append_uncompared(Json &to) const
     to.close_array();
 }
 
-} // namespace
-
-void run_diff(Session &session, Words &words)
+void diff(Session &session, const TableFunctions &table)
 {
-    const TableFunctions &table = take_table(words);
-    words.expect_end();
     Comparison{session, table}.run();
 }
+
+constexpr std::string_view text =
+    R"(  Compares each entry and the default entry, as placed, with the hardware: every key field and every parameter,
+  by the bits that the schema lists; the last lines name the fields some of whose bits are left out. --all-bits
+  compares all bits, and groups by handle, not only by presence. Priorities are not compared.
+)";
+
+constexpr Verb verbs[] = {
+    verb<diff, arg::Table>("diff", "prints every difference between software and hardware")};
+
+constexpr std::string_view options[] = {"--json", "--all-bits"};
+
+} // namespace
+
+const Command diff_command{verbs, text, options};
 
 } // namespace shell

@@ -59,7 +59,11 @@ struct Message {
 // Entries of one message stand behind each other with colons between them.
 struct WholeMessage {
     using Value = Message;
-    static std::string form() { return "DIGEST FIELDS"; }
+    static void describe(Usage &usage)
+    {
+        usage.add({"DIGEST"});
+        usage.places.push_back({.alternatives = {"FIELDS"}, .repeated = true});
+    }
     static Value read(Reading &reading);
 };
 
@@ -123,6 +127,11 @@ void timeout(Session &session, std::optional<u32> wanted)
     }
     session.print(line);
 }
+
+constexpr std::string_view text =
+    R"(  Digests are macLearningDigest with smac, ingL2Domain, ingL2Aintf, and ptpDigest with ingress_mac_tstamp and
+  ingL2Aintf. A lone ':' stands between the entries of one message.
+)";
 
 constexpr Verb verbs[] = {
     verb<watch, arg::Digest, arg::Optional<arg::Choice<"state", states>>>(
@@ -190,9 +199,6 @@ pd_status DigestWatches::receive(pd_sess_hdl sess, void *message, pd_word cookie
     return TS_MODEL_OK;
 }
 
-std::span<const Verb> digest_verbs()
-{
-    return verbs;
-}
+const Command digest_command{verbs, text, json_option, "messages about packets, such as new stations"};
 
 } // namespace shell

@@ -1,11 +1,14 @@
 // The commands that write and find entries: add, modify, delete, find, count.
 #include <algorithm>
+#include <utility>
+#include <variant>
 
 #include "commands.h"
 #include "driver.h"
 #include "entry_body.h"
 #include "entry_key.h"
 #include "json.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
@@ -13,13 +16,112 @@ namespace {
 
 using reflection::TableFunctions;
 
-// The key of an entry with nothing behind it.
-Record take_last_key(Words &words, const pd::Table &table, Options &options)
+// The key of an entry, with the priority that the table may need.
+struct WholeKey {
+    struct Value {
+        Record key;
+        Options options;
+
+        reflection::EntryArguments arguments() const { return key_arguments(key, options); }
+    };
+    static void describe(Usage &usage)
+    {
+        usage.add({"KEY"});
+        describe_options(usage, {"priority"});
+    }
+    static Value read(Reading &reading)
+    {
+        Options options;
+        Record key = take_key(reading.words, *reading.table->row, options);
+        reading.words.expect_end();
+        expect_priority(options, reading.words, *reading.table->row);
+        return {std::move(key), options};
+    }
+};
+
+// An entry by its handle, or by its whole key.
+struct EntryOrKey {
+    using Value = std::variant<pd_entry_hdl, WholeKey::Value>;
+    static void describe(Usage &usage)
+    {
+        usage.add({"HANDLE", "KEY"});
+        describe_options(usage, {"priority"});
+    }
+    static Value read(Reading &reading)
+    {
+        if (is_handle(reading.words.peek()))
+            return parse_u32(reading.words.take(), ~u32{0}, "entry handle");
+        return WholeKey::read(reading);
+    }
+};
+
+void describe_bodies(Usage &usage)
 {
+    usage.add({":"});
+    usage.bodies = entry_bodies();
+}
+
+struct NewEntry {
+    struct Value {
+        Options options;
+        Record key;
+        EntryBody body;
+    };
+    static void describe(Usage &usage)
+    {
+        usage.add({"KEY"});
+        describe_bodies(usage);
+        describe_options(usage, {"priority", "ttl", "meter"});
+    }
+    static Value read(Reading &reading);
+};
+
+NewEntry::Value NewEntry::read(Reading &reading)
+{
+    Words &words = reading.words;
+    const pd::Table &table = *reading.table->row;
+    Options options;
+    options.takes_ttl = table.ttl_on_add;
+    options.takes_meter = table.direct_meter != 0;
     Record key = take_key(words, table, options);
-    words.expect_end();
+    EntryBody body{reading.session, words, *reading.table, ActionOf::entry, options};
     expect_priority(options, words, table);
-    return key;
+    if (options.takes_meter && !options.meter)
+        throw BadLine{words.rest(),
+                      std::string{table.name} + " has a direct meter: give meter=CR,CB,PR,PB,TYPE"};
+    return {options, std::move(key), std::move(body)};
+}
+
+struct ChangedEntry {
+    struct Value {
+        Options options;
+        std::variant<pd_entry_hdl, Record> entry;
+        EntryBody body;
+    };
+    static void describe(Usage &usage)
+    {
+        usage.add({"HANDLE", "KEY"});
+        describe_bodies(usage);
+        describe_options(usage, {"priority", "meter"});
+    }
+    static Value read(Reading &reading);
+};
+
+ChangedEntry::Value ChangedEntry::read(Reading &reading)
+{
+    Words &words = reading.words;
+    const TableFunctions &table = *reading.table;
+    Options options;
+    options.takes_meter = table.row->direct_meter != 0;
+    if (is_handle(words.peek())) {
+        const pd_entry_hdl entry = parse_u32(words.take(), ~u32{0}, "entry handle");
+        EntryBody body{reading.session, words, table, ActionOf::entry, options};
+        return {options, entry, std::move(body)};
+    }
+    Record key = take_key(words, *table.row, options);
+    EntryBody body{reading.session, words, table, ActionOf::entry, options};
+    expect_priority(options, words, *table.row);
+    return {options, std::move(key), std::move(body)};
 }
 
 void print_entry(Session &session, const TableFunctions &table, pd_entry_hdl entry)
@@ -51,79 +153,91 @@ void print_count(Session &session, const pd::Table *table, u64 entries)
     session.print(line);
 }
 
-} // namespace
-
-void run_add(Session &session, Words &words)
+void add(Session &session, const TableFunctions &table, const NewEntry::Value &given)
 {
-    const TableFunctions &table = take_keyed_table(words);
-    Options options;
-    options.takes_ttl = table.row->ttl_on_add;
-    options.takes_meter = table.row->direct_meter != 0;
-    const Record key = take_key(words, *table.row, options);
-    const EntryBody body{session, words, table, ActionOf::entry, options};
-    expect_priority(options, words, *table.row);
-    if (options.takes_meter && !options.meter)
-        throw BadLine{words.rest(),
-                      std::string{table.row->name} + " has a direct meter: give meter=CR,CB,PR,PB,TYPE"};
-    const pd_entry_hdl entry = body.add(key, options);
+    const pd_entry_hdl entry = given.body.add(given.key, given.options);
     if (session.verbose())
         print_entry(session, table, entry);
 }
 
-void run_modify(Session &session, Words &words)
+void modify(Session &, const TableFunctions &, const ChangedEntry::Value &given)
 {
-    const TableFunctions &table = take_keyed_table(words);
-    Options options;
-    options.takes_meter = table.row->direct_meter != 0;
-    if (is_handle(words.peek())) {
-        const pd_entry_hdl entry = parse_u32(words.take(), ~u32{0}, "entry handle");
-        return EntryBody{session, words, table, ActionOf::entry, options}.modify(entry, options);
-    }
-    const Record key = take_key(words, *table.row, options);
-    const EntryBody body{session, words, table, ActionOf::entry, options};
-    expect_priority(options, words, *table.row);
-    body.modify(key, options);
+    std::visit([&](const auto &entry) { given.body.modify(entry, given.options); }, given.entry);
 }
 
-void run_delete(Session &, Words &words)
+void remove(Session &, const TableFunctions &table, const EntryOrKey::Value &entry)
 {
-    const TableFunctions &table = take_keyed_table(words);
-    if (is_handle(words.peek())) {
-        const pd_entry_hdl entry = parse_u32(words.take(), ~u32{0}, "entry handle");
-        words.expect_end();
-        expect_success(table.table_delete(driver_session, device.device_id, entry));
-        return;
-    }
-    Options options;
-    const Record key = take_last_key(words, *table.row, options);
-    expect_success(table.table_delete_by_match_spec(driver_session, device, key_arguments(key, options)));
+    if (const auto *handle = std::get_if<pd_entry_hdl>(&entry))
+        expect_success(table.table_delete(driver_session, device.device_id, *handle));
+    else
+        expect_success(table.table_delete_by_match_spec(driver_session, device,
+                                                        std::get<WholeKey::Value>(entry).arguments()));
 }
 
-void run_find(Session &session, Words &words)
+void find(Session &session, const TableFunctions &table, const WholeKey::Value &key)
 {
-    const TableFunctions &table = take_keyed_table(words);
-    Options options;
-    const Record key = take_last_key(words, *table.row, options);
     pd_entry_hdl entry = 0;
-    expect_success(
-        table.match_spec_to_entry_hdl(driver_session, device, key_arguments(key, options), &entry));
+    expect_success(table.match_spec_to_entry_hdl(driver_session, device, key.arguments(), &entry));
     print_entry(session, table, entry);
 }
 
-void run_count(Session &session, Words &words)
+struct CountedTable : arg::Table {
+    using Value = const pd::Table *;
+    static Value read(Reading &reading) { return arg::Table::read(reading).row; }
+};
+
+void count(Session &session, std::optional<const pd::Table *> table)
 {
-    if (!words.empty()) {
-        const pd::Table &table = *take_table(words).row;
-        words.expect_end();
-        return print_count(session, &table, entry_count(table));
-    }
+    if (table)
+        return print_count(session, *table, entry_count(**table));
     u64 total = 0;
-    for (const TableFunctions *table : reflection::tables())
-        if (const u32 entries = entry_count(*table->row)) {
-            print_count(session, table->row, entries);
+    for (const TableFunctions *each : reflection::tables())
+        if (const u32 entries = entry_count(*each->row)) {
+            print_count(session, each->row, entries);
             total += entries;
         }
     print_count(session, nullptr, total);
 }
+
+constexpr std::string_view add_text =
+    R"(  Every parameter of ACTION is given as name=value. priority=N stands with the key or at the end.
+  ttl=N gives a time to live, for tables that take one (0 without it).
+  meter=CR,CB,PR,PB,TYPE is required for a table with a direct meter: committed rate and burst, peak
+  rate and burst, and the type: aware or unaware of the colour that a packet brings along.
+  In a table of an action profile, 'member M' or 'group G' stands behind the colon, by handle or name.
+  'help find' tells how a KEY is written. The handle is printed with --verbose and at the prompt.
+)";
+
+constexpr std::string_view modify_text =
+    R"(  HANDLE is the number that add printed; or the key says which entry is meant. Parameters as for add.
+  Without meter=, an entry with a direct meter keeps its meter.
+)";
+
+constexpr std::string_view find_text =
+    R"(  KEY is one name=value for each field, by display name (dmacOui) or member name (outerEthHdr_dmacOui).
+  Values: decimal, 0x hex, dotted IPv4 (32 bits), IPv6 (128 bits). A MAC address may be given whole where
+  its two halves stand side by side: dmac=00:11:22:33:44:55 for dmacOui and dmacStation.
+  LPM field: value/length; the whole width without a length. Ternary field: value&mask or value/length;
+  all bits without a mask, any value when left out. 'any' is the mask 0 or the prefix 0/0; 'default' is the
+  value 0, in an LPM field 0/0.
+  priority=N is required where the key has a ternary field; the lowest number wins.
+)";
+
+constexpr Verb add_verb[] = {verb<add, arg::KeyedTable, NewEntry>("add", "adds an entry")};
+constexpr Verb modify_verb[] = {
+    verb<modify, arg::KeyedTable, ChangedEntry>("modify", "gives an entry another action, member or group")};
+constexpr Verb delete_verb[] = {verb<remove, arg::KeyedTable, EntryOrKey>("delete", "deletes an entry")};
+constexpr Verb find_verb[] = {
+    verb<find, arg::KeyedTable, WholeKey>("find", "prints the handle of the entry with this key")};
+constexpr Verb count_verb[] = {verb<count, arg::Optional<CountedTable>>(
+    "count", "the number of entries of a table, or of all that have any")};
+
+} // namespace
+
+const Command add_command{add_verb, add_text};
+const Command modify_command{modify_verb, modify_text};
+const Command delete_command{delete_verb};
+const Command find_command{find_verb, find_text, json_option};
+const Command count_command{count_verb, {}, json_option};
 
 } // namespace shell

@@ -48,7 +48,7 @@ struct NamedMember {
 
 struct WrittenMember {
     using Value = NamedMember;
-    static std::string form() { return arg::Member::form(); }
+    static void describe(Usage &usage) { arg::Member::describe(usage); }
     static Value read(Reading &reading)
     {
         const std::string_view word = reading.words.peek();
@@ -114,7 +114,7 @@ void set_state(Session &, const ProfileFunctions &profile, pd_grp_hdl group, pd_
 // A member, or nothing for the word that stands for none.
 struct Fallback {
     using Value = std::optional<pd_mbr_hdl>;
-    static std::string form() { return arg::Member::form() + "|none"; }
+    static void describe(Usage &usage) { usage.add({"MEMBER", "none"}); }
     static Value read(Reading &reading)
     {
         if (reading.words.peek() != "none")
@@ -137,6 +137,10 @@ void show(Session &session, const ProfileFunctions &profile, std::optional<pd_gr
         show_fallback(session, profile);
 }
 
+constexpr std::string_view text =
+    R"(  GROUP and MEMBER are handles, or names that create and 'member add' gave.
+)";
+
 constexpr Verb verbs[] = {
     verb<create, arg::Profile, arg::NewName<Kind::group>, arg::Settings<size_setting>>(
         "group create", "makes an empty group for up to N members, 256 without"),
@@ -153,9 +157,6 @@ constexpr Verb verbs[] = {
 
 } // namespace
 
-std::span<const Verb> group_verbs()
-{
-    return verbs;
-}
+const Command group_command{verbs, text, json_option, "the groups of an action profile"};
 
 } // namespace shell

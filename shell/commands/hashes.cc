@@ -117,7 +117,7 @@ hash_input_field_attribute parse_attribute(std::string_view word)
 
 struct Attribute {
     using Value = hash_input_field_attribute;
-    static std::string form() { return "FIELD,TYPE,VALUE"; }
+    static void describe(Usage &usage) { usage.add({"FIELD,TYPE,VALUE"}); }
     static Value read(Reading &reading) { return parse_attribute(reading.words.take()); }
 };
 
@@ -136,7 +136,7 @@ struct PacketField {
 // A field of a packet that is hashed.
 struct Field {
     using Value = PacketField;
-    static std::string form() { return "WIDTH:VALUE"; }
+    static void describe(Usage &usage) { usage.add({"WIDTH:VALUE"}); }
     static Value read(Reading &reading);
 };
 
@@ -212,9 +212,6 @@ constexpr Verb verbs[] = {
 
 } // namespace
 
-std::span<const Verb> hash_verbs()
-{
-    return verbs;
-}
+const Command hash_command{verbs, {}, json_option, "hash calculations"};
 
 } // namespace shell

@@ -26,7 +26,7 @@ constexpr Setting parameters[] = {{"mode", 32, 1},    {"param_1", 32, 0}, {"para
 
 struct AgeingTable {
     using Value = const TableFunctions &;
-    static std::string form() { return "TABLE"; }
+    static void describe(Usage &usage) { usage.add({"TABLE"}); }
     static Value read(Reading &reading)
     {
         const std::string_view name = reading.words.peek();
@@ -34,23 +34,18 @@ struct AgeingTable {
         if (!table.idle)
             throw BadLine{name, std::string{table.row->name} + " has entries that do not age"};
         reading.table = &table;
+        reading.owner = table.row->name;
         return table;
-    }
-};
-
-struct Entry {
-    using Value = Cell;
-    static std::string form() { return "HANDLE|KEY"; }
-    static Value read(Reading &reading)
-    {
-        Options none;
-        return {reading.words, reading.table->row->name, reading.table, none};
     }
 };
 
 struct EntryAndTtl {
     using Value = std::pair<Cell, std::optional<u32>>;
-    static std::string form() { return Entry::form() + " [ttl=N]"; }
+    static void describe(Usage &usage)
+    {
+        arg::HandleOrKey::describe(usage);
+        usage.places.push_back({.option = "ttl=", .value = "N", .optional = true});
+    }
     static Value read(Reading &reading)
     {
         Options options;
@@ -181,6 +176,10 @@ void show(Session &session, const TableFunctions &table)
     });
 }
 
+constexpr std::string_view text =
+    R"(  An entry without a time to live does not age.
+)";
+
 constexpr Verb verbs[] = {
     verb<enable, AgeingTable, arg::Settings<parameters>>("idle enable",
                                                          "lets entries age; clock tells which ran idle"),
@@ -189,9 +188,9 @@ constexpr Verb verbs[] = {
     verb<show, AgeingTable>("idle show", "lists the entries with time to live and state"),
     verb<ttl, AgeingTable, EntryAndTtl>("idle ttl",
                                         "prints the time to live and the state, or sets the time"),
-    verb<restart, AgeingTable, Entry>("idle restart", "lets the time to live begin again"),
-    verb<set_state<active_state>, AgeingTable, Entry>("idle hit", "makes the entry active"),
-    verb<set_state<idle_state>, AgeingTable, Entry>("idle expire", "makes the entry idle"),
+    verb<restart, AgeingTable, arg::HandleOrKey>("idle restart", "lets the time to live begin again"),
+    verb<set_state<active_state>, AgeingTable, arg::HandleOrKey>("idle hit", "makes the entry active"),
+    verb<set_state<idle_state>, AgeingTable, arg::HandleOrKey>("idle expire", "makes the entry idle"),
 };
 
 void print_expired(Session &session, const TableFunctions &table, pd_entry_hdl entry)
@@ -237,20 +236,24 @@ void IdleWatches::clear()
     tables_.clear();
 }
 
-std::span<const Verb> idle_verbs()
-{
-    return verbs;
-}
+const Command idle_command{verbs, text, json_option, "the ageing of entries"};
 
-void run_clock(Session &session, Words &words)
+namespace {
+
+void clock(Session &session, u32 ticks)
 {
-    const u32 ticks = parse_u32(words.take("number of ticks"), ~u32{0}, "ticks");
-    words.expect_end();
     expect_success(ts_model_advance_clock(device.device_id, ticks));
     for (const auto &[table, entry] : session.idle_watches().take_expired()) {
         expect_no_stop_signal();
         print_expired(session, *table, entry);
     }
 }
+
+constexpr Verb clock_verb[] = {verb<clock, arg::Number<"TICKS", "number of ticks">>(
+    "clock", "lets time pass, and tells which entries ran idle")};
+
+} // namespace
+
+const Command clock_command{clock_verb, {}, json_option};
 
 } // namespace shell

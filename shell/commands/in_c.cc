@@ -9,6 +9,7 @@
 #include "explain.h"
 #include "explain_c.h"
 #include "tap.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
@@ -52,14 +53,12 @@ private:
     std::string path_ = (std::filesystem::temp_directory_path() / "tessel-XXXXXX").string();
 };
 
-} // namespace
-
-void run_in_c(Session &session, Words &words)
+void in_c(Session &session, std::string_view command)
 {
-    if (words.empty())
+    if (command.empty())
         throw BadLine{"", "missing command"};
     Recording recording;
-    session.carry_out(words);
+    session.carry_out(Words{command});
     const tap::RecordReader record = recording.read();
     Explainer explainer;
     CProgram program;
@@ -69,5 +68,12 @@ void run_in_c(Session &session, Words &words)
             session.out() << program.statement(call);
     }
 }
+
+constexpr Verb verbs[] = {
+    verb<in_c, arg::Rest<"COMMAND">>("--c", "carries a command out, and prints the C that does the same")};
+
+} // namespace
+
+const Command in_c_command{verbs};
 
 } // namespace shell

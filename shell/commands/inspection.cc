@@ -3,6 +3,7 @@
 #include <functional>
 #include <sys/mman.h>
 #include <unistd.h>
+#include <variant>
 
 #include "commands.h"
 #include "driver.h"
@@ -12,11 +13,10 @@
 #include "member_reader.h"
 #include "model.h"
 #include "placement.h"
-#include "profiles.h"
 #include "schema.h"
-#include "tables.h"
 #include "text_buffer.h"
 #include "value_lines.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
@@ -37,24 +37,22 @@ struct Subject {
     const char *name() const { return table ? table->row->name : profile->row->name; }
 };
 
-pd_entry_hdl take_entry(Words &words, const TableFunctions &table)
-{
-    Options options;
-    const Cell entry{words, table.row->name, &table, options};
-    words.expect_end();
-    return entry.find();
-}
-
-Subject take_subject(Session &session, Words &words)
-{
-    if (const ProfileFunctions *profile = take_profile_unless_table(words)) {
-        const u32 member = take_object(words, *profile, session.names(*profile).members);
-        words.expect_end();
-        return {nullptr, profile, member};
+// An entry of a table or a member of a profile, with the table or profile before it.
+struct EntryOrMember {
+    using Value = Subject;
+    static void describe(Usage &usage)
+    {
+        usage.add({"TABLE", "PROFILE"});
+        usage.add({"ENTRY", "MEMBER"});
     }
-    const TableFunctions &table = take_table(words);
-    return {&table, nullptr, take_entry(words, table)};
-}
+    static Value read(Reading &reading)
+    {
+        const auto [table, profile] = arg::TableOrProfile::read(reading);
+        const u32 handle = profile ? arg::Member::read(reading) : arg::Entry::read(reading).find();
+        reading.words.expect_end();
+        return {table, profile, handle};
+    }
+};
 
 // Prints a text as it is or, as JSON, under `key` behind what it is about.
 void print_text_of(Session &session, const Subject &subject, std::string_view key, std::string_view text)
@@ -205,58 +203,55 @@ bool is_one_of(const std::vector<std::string_view> &names, std::string_view word
 
 // ---- Reading a value back -------------------------------------------------------------------------------
 
-void parse_value(Session &session, Words &words)
+void parse(Session &session, const arg::TableOrProfile::Value &of, std::string_view text)
 {
-    const ProfileFunctions *profile = take_profile_unless_table(words);
-    const TableFunctions *table = profile ? nullptr : &take_table(words);
-    if (words.empty())
-        throw BadLine{words.rest(), "missing value text, such as 'value' prints"};
-    std::string_view text = words.rest();
+    if (text.empty())
+        throw BadLine{text, "missing value text, such as 'value' prints"};
     while (is_blank(text.back()))
         text.remove_suffix(1);
-    const ValueParser parser = profile ? ValueParser{*profile} : ValueParser{*table};
-    const Subject subject{table, profile, 0};
-    print_value(session, subject.kind(), subject.name(), table ? table->row : nullptr, parser.parse(text));
+    const ValueParser parser = of.profile ? ValueParser{*of.profile} : ValueParser{*of.table};
+    const Subject subject{of.table, of.profile, 0};
+    print_value(session, subject.kind(), subject.name(), of.table ? of.table->row : nullptr,
+                parser.parse(text));
 }
 
-} // namespace
+// ---- Commands -------------------------------------------------------------------------------------------
 
-void run_schema(Session &session, Words &words)
+struct WithSchema {
+    using Value = std::variant<const TableFunctions *, const ProfileFunctions *, const pd::Action *>;
+    static void describe(Usage &usage) { usage.add({"TABLE", "PROFILE", "ACTION"}); }
+    static Value read(Reading &reading);
+};
+
+WithSchema::Value WithSchema::read(Reading &reading)
 {
+    Words &words = reading.words;
     const std::string_view word = words.peek();
-    if (const ProfileFunctions *profile = take_profile_if_named(words)) {
-        words.expect_end();
-        return print_schema(session, *profile);
-    }
+    if (const ProfileFunctions *profile = take_profile_if_named(words))
+        return profile;
     const std::vector<std::string_view> tables = table_names();
     std::vector<std::string_view> names = all_action_names();
-    if (is_one_of(names, word)) {
-        const pd::Action &action = take_any_action(words);
-        words.expect_end();
-        return print_schema(session, action);
-    }
+    if (is_one_of(names, word))
+        return &take_any_action(words);
     if (!is_one_of(tables, word)) {
         names.insert(names.end(), tables.begin(), tables.end());
         refuse(word, {"table, action profile or action"}, names);
     }
-    const TableFunctions &table = take_table(words);
-    words.expect_end();
-    print_schema(session, table);
+    return &take_table(words);
 }
 
-void run_value(Session &session, Words &words)
+void schema(Session &session, const WithSchema::Value &of)
 {
-    if (words.peek() == "parse") {
-        words.take();
-        return parse_value(session, words);
-    }
-    const Subject subject = take_subject(session, words);
+    std::visit([&](const auto *row) { print_schema(session, *row); }, of);
+}
+
+void value(Session &session, const Subject &subject)
+{
     print_text_of(session, subject, "value", value_of(subject, session.from_hardware()));
 }
 
-void run_print(Session &session, Words &words)
+void print(Session &session, const Subject &subject)
 {
-    const Subject subject = take_subject(session, words);
     const Placement placement{subject.table ? subject.table->get_plcmt_data : subject.profile->get_plcmt_data,
                               subject.handle};
     const std::string text = printed_by([&](int fd) {
@@ -266,18 +261,24 @@ void run_print(Session &session, Words &words)
     print_text_of(session, subject, "text", text);
 }
 
-void run_label(Session &session, Words &words)
-{
-    const std::string_view name = words.peek();
-    const TableFunctions &table = take_table(words);
-    if (!table.text.stringify_counter_match_spec) {
+struct LabelledTable : arg::Table {
+    static Value read(Reading &reading)
+    {
+        const std::string_view name = reading.words.peek();
+        const TableFunctions &table = arg::Table::read(reading);
+        if (table.text.stringify_counter_match_spec)
+            return table;
         std::vector<std::string_view> labelled;
         for (const TableFunctions *other : reflection::tables())
             if (other->text.stringify_counter_match_spec)
                 labelled.push_back(other->row->name);
         throw BadLine{name, std::string{table.row->name} + " has no labels, these have: " + listed(labelled)};
     }
-    const Subject subject{&table, nullptr, take_entry(words, table)};
+};
+
+void label(Session &session, const TableFunctions &table, const Cell &entry)
+{
+    const Subject subject{&table, nullptr, entry.find()};
     const std::string text = text_of([&](char *buffer) {
         return table.text.stringify_counter_match_spec(driver_session, static_cast<u8>(device.device_id),
                                                        subject.handle, buffer);
@@ -286,5 +287,42 @@ void run_label(Session &session, Words &words)
         expect_readable(subject, true);
     print_text_of(session, subject, "label", text.empty() && !session.json() ? "nothing to tell" : text);
 }
+
+constexpr std::string_view schema_help =
+    R"(  The library's own description of key fields, actions and parameters; --json prints it taken apart.
+)";
+
+constexpr std::string_view value_help =
+    R"(  ENTRY is a handle, a key or 'default', MEMBER a handle or name. --hw reads from the hardware.
+  parse reads such a text back: an entry, a placement, a key, an action, a member or a reference. TEXT goes
+  to the end of the line as it is, quotation marks and blanks included.
+)";
+
+constexpr std::string_view print_help =
+    R"(  The library's lines for people, from placement data. ENTRY is a handle, a key or 'default'.
+)";
+
+constexpr std::string_view label_help =
+    R"(  What the entry of a counted table matches on, as the hardware has it. ENTRY is a handle, a key or 'default'.
+)";
+
+constexpr Verb schema_verb[] = {
+    verb<schema, WithSchema>("schema", "prints the schema text of a table, profile or action")};
+constexpr Verb value_verbs[] = {
+    verb<value, EntryOrMember>("value", "prints an entry or member as value text"),
+    verb<parse, arg::TableOrProfile, arg::Rest<"TEXT">>("value parse", "reads such a text back"),
+};
+constexpr Verb print_verb[] = {
+    verb<print, EntryOrMember>("print", "prints an entry or member, one field a line")};
+constexpr Verb label_verb[] = {verb<label, LabelledTable, arg::Entry>(
+    "label", "tells in words what an entry of a counted table matches on")};
+
+} // namespace
+
+const Command schema_command{schema_verb, schema_help, json_option};
+const Command value_command{value_verbs, value_help, read_options,
+                            "prints an entry or member as value text, or reads such a text"};
+const Command print_command{print_verb, print_help, json_option};
+const Command label_command{label_verb, label_help, json_option};
 
 } // namespace shell

@@ -1,6 +1,7 @@
 // The lookup command: which entry a packet would hit, and why; behind a group, which member it gets.
 #include <algorithm>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "commands.h"
@@ -10,9 +11,8 @@
 #include "member_reader.h"
 #include "model.h"
 #include "options.h"
-#include "profiles.h"
 #include "records.h"
-#include "tables.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
@@ -251,32 +251,62 @@ void expect_consistent(const Options &options, bool from_hardware, std::string_v
         throw BadLine{where, "packets=N goes by the driver's memory: leave --hw out"};
 }
 
-} // namespace
+// The key of a packet, and what a look-up with it counts.
+struct Packet {
+    struct Value {
+        Record key;
+        Options options;
+        std::string_view end; // of the line
+    };
+    static void describe(Usage &usage)
+    {
+        usage.add({"KEY"});
+        describe_options(usage, {"hash", "packets", "bytes"});
+    }
+    static Value read(Reading &reading)
+    {
+        Options options;
+        options.takes_hash = reading.table->indirect != nullptr;
+        options.takes_packets = true;
+        Record packet{*reading.table->row, KeyOf::packet};
+        take_assignments(reading.words, packet, reading.owner, options);
+        return {std::move(packet), options, reading.words.rest()};
+    }
+};
 
-void run_lookup(Session &session, Words &words)
+void lookup(Session &session, const reflection::TableFunctions &functions, const Packet::Value &packet)
 {
-    const reflection::TableFunctions &functions = take_keyed_table(words);
     const pd::Table &table = *functions.row;
-    Options options;
-    options.takes_hash = functions.indirect != nullptr;
-    options.takes_packets = true;
-    Record packet{table, KeyOf::packet};
-    take_assignments(words, packet, table.name, options);
-    words.expect_end();
     const bool from_hardware = session.from_hardware();
-    expect_consistent(options, from_hardware, words.rest());
+    expect_consistent(packet.options, from_hardware, packet.end);
 
-    Answer answer{look_up(table, packet_key(table, packet), options, from_hardware),
+    Answer answer{look_up(table, packet_key(table, packet.key), packet.options, from_hardware),
                   EntryReader{functions, from_hardware, session.names(functions)},
                   false,
                   {},
-                  packet.missing()};
+                  packet.key.missing()};
     answer.missing =
         !answer.entry.read_if_there(answer.hit.hit ? answer.hit.entry : default_entry(functions));
     if (functions.indirect && !answer.missing)
         answer.selection.emplace(answer.entry, *functions.indirect->profile, from_hardware,
-                                 options.hash.value_or(FlowHash{}));
+                                 packet.options.hash.value_or(FlowHash{}));
     print(session, answer);
 }
+
+constexpr std::string_view text =
+    R"(  Every field takes a plain value, as a packet has it: no masks, no prefixes, no priority. A field that is left
+  out, or 'any', is 0, and the answer names it. Asked is the driver's memory; with --hw what the hardware holds,
+  where an entry may be missing or have another key.
+  Where the entry points at a group, hash=A,B gives the two words by which it picks a member (0,0 without).
+  With packets=N, and bytes=N, the look-up counts as so many packets: in counters, for ageing and for armed
+  snapshots.
+)";
+
+constexpr Verb verbs[] = {verb<lookup, arg::KeyedTable, Packet>(
+    "lookup", "tells which entry a packet with this key would hit, and why")};
+
+} // namespace
+
+const Command lookup_command{verbs, text, read_options};
 
 } // namespace shell

@@ -23,7 +23,11 @@ struct MemberPart {
 // What stands behind the colon.
 struct Body {
     using Value = MemberPart;
-    static std::string form() { return ": ACTION PARAMETERS"; }
+    static void describe(Usage &usage)
+    {
+        usage.add({":"});
+        usage.bodies = {{"ACTION", "PARAMETERS"}};
+    }
     static Value read(Reading &reading);
 };
 
@@ -73,6 +77,11 @@ void show(Session &session, const ProfileFunctions &profile, std::optional<pd_mb
     show_members(session, profile, member);
 }
 
+constexpr std::string_view text =
+    R"(  MEMBER is a handle, or a NAME that add gave: a letter, then letters, digits and any of _-./
+  'describe PROFILE' tells the actions. Names last as long as the session. --hw reads from the hardware.
+)";
+
 constexpr Verb verbs[] = {
     verb<add, arg::Profile, arg::NewName<Kind::member>, Body>("member add", "adds a member"),
     verb<modify, arg::Profile, arg::Member, Body>("member modify",
@@ -84,9 +93,6 @@ constexpr Verb verbs[] = {
 
 } // namespace
 
-std::span<const Verb> member_verbs()
-{
-    return verbs;
-}
+const Command member_command{verbs, text, read_options, "the members of an action profile"};
 
 } // namespace shell

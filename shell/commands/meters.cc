@@ -25,14 +25,7 @@ constexpr Setting settings[] = {{"committed_rate"},
                                 {"peak_burst"},
                                 {.name = "type", .choices = meter_types}};
 
-struct Parts : arg::Settings<settings> {
-    static std::string form() { return ": " + Settings::form(); }
-    static Value read(Reading &reading)
-    {
-        take_colon(reading.words, "the parts of a meter");
-        return Settings::read(reading);
-    }
-};
+using Parts = arg::SettingsBehindColon<settings, "the parts of a meter">;
 
 void set(Session &, const MeterFunctions &meter, const Cell &cell, const std::vector<u64> &parts)
 {
@@ -84,6 +77,10 @@ void adjust(Session &session, const MeterFunctions &meter, std::optional<u32> wa
     session.print(line);
 }
 
+constexpr std::string_view text =
+    R"(  CELL is an index; of a meter that is direct to a table, an entry's handle, its key, or 'default'.
+)";
+
 constexpr Verb verbs[] = {
     verb<set, arg::Meter, arg::Cell, Parts>("meter set", "sets a meter"),
     verb<read, arg::Meter, arg::Cell>("meter read", "prints it in the same words"),
@@ -117,9 +114,6 @@ std::string meter_option(u64 committed_rate, u64 committed_burst, u64 peak_rate,
     return text += meter_types[type];
 }
 
-std::span<const Verb> meter_verbs()
-{
-    return verbs;
-}
+const Command meter_command{verbs, text, json_option, "the meters of entries and meter cells"};
 
 } // namespace shell

@@ -2,17 +2,11 @@
 #include "commands.h"
 #include "driver.h"
 #include "json.h"
-#include "tables.h"
-#include "values.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
 namespace {
-
-u32 take_u32(Words &words, const char *name)
-{
-    return parse_u32(words.take(name), ~u32{0}, name);
-}
 
 std::string property_json(const char *table, u32 property, u32 value, u32 second)
 {
@@ -23,23 +17,31 @@ std::string property_json(const char *table, u32 property, u32 value, u32 second
     return line;
 }
 
+using Property = arg::Number<"NUMBER", "property number">;
+using FirstValue = arg::Optional<arg::Number<"VALUE", "value">>;
+using SecondValue = arg::Optional<arg::Number<"SECOND_VALUE", "second value">>;
+
+void property(Session &session, const reflection::TableFunctions &table, u32 number,
+              std::optional<u32> new_value, std::optional<u32> new_second)
+{
+    if (new_value)
+        return expect_success(
+            table.set_property(driver_session, device.device_id, number, *new_value, new_second.value_or(0)));
+    u32 value = 0, second = 0;
+    expect_success(table.get_property(driver_session, device.device_id, number, &value, &second));
+    session.print(session.json() ? property_json(table.row->name, number, value, second)
+                                 : "property " + std::to_string(number) + ": " + std::to_string(value) + ' ' +
+                                       std::to_string(second));
+}
+
+constexpr std::string_view text =
+    "  The numbers and what their values mean are the driver's. SECOND_VALUE is 0 when it is left out.\n";
+
+constexpr Verb verbs[] = {verb<property, arg::Table, Property, FirstValue, SecondValue>(
+    "property", "prints both values of a table's property, or sets them")};
+
 } // namespace
 
-void run_property(Session &session, Words &words)
-{
-    const reflection::TableFunctions &table = take_table(words);
-    const u32 property = take_u32(words, "property number");
-    if (!words.empty()) {
-        const u32 value = take_u32(words, "value");
-        const u32 second = words.empty() ? 0 : take_u32(words, "second value");
-        words.expect_end();
-        return expect_success(table.set_property(driver_session, device.device_id, property, value, second));
-    }
-    u32 value = 0, second = 0;
-    expect_success(table.get_property(driver_session, device.device_id, property, &value, &second));
-    session.print(session.json() ? property_json(table.row->name, property, value, second)
-                                 : "property " + std::to_string(property) + ": " + std::to_string(value) +
-                                       ' ' + std::to_string(second));
-}
+const Command property_command{verbs, text, json_option};
 
 } // namespace shell

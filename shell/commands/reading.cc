@@ -8,7 +8,7 @@
 #include "entry_reader.h"
 #include "profiles.h"
 #include "show_profile.h"
-#include "tables.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
@@ -158,36 +158,55 @@ void print_entry(Session &session, const EntryReader &reader)
         session.print("  " + std::string{name} + std::string(width - name.size() + 2, ' ') + text);
 }
 
-} // namespace
-
-void run_show(Session &session, Words &words)
+void show(Session &session, const arg::TableOrProfile::Value &what)
 {
-    if (const reflection::ProfileFunctions *profile = take_profile_unless_table(words)) {
-        words.expect_end();
-        return show_profile(session, *profile);
-    }
-    const reflection::TableFunctions &table = take_keyed_table(words);
-    words.expect_end();
-    EntryReader reader{table, session.from_hardware(), session.names(table)};
+    if (what.profile)
+        return show_profile(session, *what.profile);
+    EntryReader reader{*what.table, session.from_hardware(), session.names(*what.table)};
     if (session.json())
         show_json(session, reader);
     else
         show_text(session, reader);
 }
 
-void run_entry(Session &session, Words &words)
+void entry(Session &session, const reflection::TableFunctions &table, const Cell &which)
 {
-    const reflection::TableFunctions &table = take_keyed_table(words);
-    Options none;
-    const Cell entry{words, table.row->name, &table, none};
-    words.expect_end();
     EntryReader reader{table, session.from_hardware(), session.names(table)};
-    reader.read(entry.find());
+    reader.read(which.find());
     if (!session.json())
         return print_entry(session, reader);
     std::string line;
     reader.append_json(line);
     session.print(line);
 }
+
+// A table without a key has no entries to show.
+struct Shown : arg::TableOrProfile {
+    static Value read(Reading &reading)
+    {
+        const reflection::ProfileFunctions *profile = take_profile_unless_table(reading.words);
+        return {profile ? nullptr : &take_keyed_table(reading.words), profile};
+    }
+};
+
+constexpr std::string_view show_help =
+    R"(  --json prints a JSON object for each entry, --hw reads from the hardware instead of the driver's memory and
+  names the entries that it lacks.
+)";
+
+constexpr std::string_view entry_help =
+    R"(  ENTRY is a handle, a key or 'default'. --json prints a JSON object, --hw reads from the hardware instead of the
+  driver's memory.
+)";
+
+constexpr Verb show_verb[] = {
+    verb<show, Shown>("show", "prints all entries of a table, or all that a profile holds")};
+constexpr Verb entry_verb[] = {
+    verb<entry, arg::KeyedTable, arg::Entry>("entry", "prints one entry, read back")};
+
+} // namespace
+
+const Command show_command{show_verb, show_help, read_options};
+const Command entry_command{entry_verb, entry_help, read_options};
 
 } // namespace shell

@@ -82,6 +82,10 @@ void sync(Session &, const RegisterFunctions &reg)
         driver_session, device, [](u32, pd_word) {}, 0));
 }
 
+constexpr std::string_view text =
+    R"(  --hw asks the hardware.
+)";
+
 constexpr Verb verbs[] = {
     verb<read, arg::Register, Index, Count>("register read",
                                             "prints cells, each with its value in every pipe"),
@@ -95,9 +99,6 @@ constexpr Verb verbs[] = {
 
 } // namespace
 
-std::span<const Verb> register_verbs()
-{
-    return verbs;
-}
+const Command register_command{verbs, text, read_options, "the cells of registers"};
 
 } // namespace shell

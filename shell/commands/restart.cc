@@ -121,15 +121,24 @@ void forget_and_rebuild(const Text &before)
     expect_success(status);
 }
 
-} // namespace
-
-void run_restart(Session &session, Words &words)
+void restart(Session &session)
 {
-    words.expect_end();
     const Text before = log();
     forget_and_rebuild(before);
     const auto difference = first_difference(parse(before).get(), parse(log()).get(), "");
     session.print(session.json() ? outcome_json(difference) : outcome_text(difference));
 }
+
+constexpr std::string_view text =
+    R"(  Logs what the library has of members and groups, forgets it, lets the driver rebuild it as after a restart,
+  and compares: tells that it is the same, or the first difference with both values.
+)";
+
+constexpr Verb verbs[] = {
+    verb<restart>("restart", "loses and rebuilds the member-selection state, and compares")};
+
+} // namespace
+
+const Command restart_command{verbs, text, json_option};
 
 } // namespace shell

@@ -10,7 +10,7 @@
 #include "meters.h"
 #include "new_file.h"
 #include "save_profile.h"
-#include "tables.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
@@ -86,16 +86,23 @@ void save_table(LineSink &file, const TableFunctions &table, Session &session)
 }
 
 // The tables that the rest of the command names, or all that can be saved.
-std::vector<const TableFunctions *> take_tables(Words &words)
-{
-    std::vector<const TableFunctions *> tables;
-    if (words.empty()) {
-        tables.assign(reflection::tables().begin(), reflection::tables().end());
-        return tables;
+struct Tables {
+    using Value = std::vector<const TableFunctions *>;
+    static void describe(Usage &usage)
+    {
+        usage.places.push_back({.alternatives = {"TABLE"}, .optional = true, .repeated = true});
     }
-    while (!words.empty()) {
-        const std::string_view name = words.peek();
-        tables.push_back(&take_table(words));
+    static Value read(Reading &reading);
+};
+
+Tables::Value Tables::read(Reading &reading)
+{
+    if (reading.words.empty())
+        return {reflection::tables().begin(), reflection::tables().end()};
+    Value tables;
+    while (!reading.words.empty()) {
+        const std::string_view name = reading.words.peek();
+        tables.push_back(&take_table(reading.words));
         if (std::ranges::count(tables, tables.back()) > 1)
             throw BadLine{name, quoted(name) + " is named twice"};
     }
@@ -120,12 +127,8 @@ private:
     Session &session_;
 };
 
-} // namespace
-
-void run_save(Session &session, Words &words)
+void save(Session &session, const FileName &to, const Tables::Value &tables)
 {
-    const FileName to = take_file_name(words);
-    const std::vector<const TableFunctions *> tables = take_tables(words);
     if (to.where == "-") {
         Printed printed{session};
         return save_tables(printed, tables, session);
@@ -139,5 +142,19 @@ void run_save(Session &session, Words &words)
         throw BadLine{to.where, shell::quoted(to.name) + " cannot be written: " + error.what()};
     }
 }
+
+constexpr std::string_view text =
+    R"(  Writes the commands that bring all tables, or those that are named, to their state, to FILE, which appears
+  when it is whole, or with - to the output. What is no regular file is written straight into. A table of an
+  action profile brings its members and groups along, an entry its meter and time to live. Counts, properties
+  and what is no part of a table are not saved. 'help load' tells how FILE is written.
+)";
+
+constexpr Verb verbs[] = {
+    verb<save, arg::File, Tables>("save", "writes the state of tables to a file that load reads")};
+
+} // namespace
+
+const Command save_command{verbs, text};
 
 } // namespace shell

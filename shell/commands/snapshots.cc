@@ -91,7 +91,11 @@ u32 add_to_trigger(Trigger &trigger, std::string_view word, const pd::SnapshotLa
 // A snapshot, and what its fields are to be.
 struct Armed {
     using Value = std::pair<u32, Trigger>;
-    static std::string form() { return Snapshot::form() + " [OFFSET=VALUE]..."; }
+    static void describe(Usage &usage)
+    {
+        Snapshot::describe(usage);
+        usage.places.push_back({.alternatives = {"OFFSET=VALUE"}, .optional = true, .repeated = true});
+    }
     static Value read(Reading &reading);
 };
 
@@ -173,6 +177,10 @@ void remove(Session &, u32 snapshot)
     expect_success(p4_pd_tessel_switch_snapshot_delete(snapshot));
 }
 
+constexpr std::string_view text =
+    R"(  SNAPSHOT is the handle that create prints like add. 'lookup' with packets=N is what an armed one captures.
+)";
+
 constexpr Verb verbs[] = {
     verb<create, arg::Choice<"direction", directions>, arg::Settings<settings>>("snapshot create",
                                                                                 "makes a snapshot"),
@@ -185,9 +193,6 @@ constexpr Verb verbs[] = {
 
 } // namespace
 
-std::span<const Verb> snapshot_verbs()
-{
-    return verbs;
-}
+const Command snapshot_command{verbs, text, json_option, "what packets look like in the stages of a pipe"};
 
 } // namespace shell

@@ -59,7 +59,7 @@ using Entry = arg::Number<"HANDLE", "entry handle">;
 
 struct LoneKey {
     using Value = Key;
-    static std::string form() { return "key=VALUE"; }
+    static void describe(Usage &usage) { usage.places.push_back({.option = "key=", .value = "VALUE"}); }
     static Value read(Reading &reading)
     {
         Options none;
@@ -69,7 +69,7 @@ struct LoneKey {
 
 struct Scope {
     using Value = ValueSetScope;
-    static std::string form() { return "[scope=A,B,C]"; }
+    static void describe(Usage &usage) { describe_options(usage, {"scope"}); }
     static Value read(Reading &reading)
     {
         Options options = scoped();
@@ -81,7 +81,11 @@ struct Scope {
 
 struct ScopedKey {
     using Value = std::pair<Key, ValueSetScope>;
-    static std::string form() { return LoneKey::form() + ' ' + Scope::form(); }
+    static void describe(Usage &usage)
+    {
+        LoneKey::describe(usage);
+        Scope::describe(usage);
+    }
     static Value read(Reading &reading)
     {
         Options options = scoped();
@@ -180,7 +184,11 @@ constexpr Setting property_settings[] = {{"argument", 32, 0}};
 // What a property is to be, if that is told before the settings.
 struct NewValue {
     using Value = std::optional<u32>;
-    static std::string form() { return "[VALUE]"; }
+    static void describe(Usage &usage)
+    {
+        usage.add({"VALUE"});
+        usage.places.back().optional = true;
+    }
     static Value read(Reading &reading)
     {
         const std::string_view word = reading.words.peek();
@@ -211,6 +219,10 @@ void property(Session &session, const ValueSetFunctions &set, u32 number, std::o
 
 using Number = arg::Number<"NUMBER", "property number">;
 
+constexpr std::string_view text =
+    R"(  VALUE of a key is written like that of a ternary field. A scope that is left out is 0,0,0.
+)";
+
 constexpr Verb verbs[] = {
     verb<add, arg::ValueSet, ScopedKey>("pvs add", "adds an entry; the handle is printed as by add"),
     verb<modify, arg::ValueSet, Entry, LoneKey>("pvs modify", "gives it another key"),
@@ -223,9 +235,6 @@ constexpr Verb verbs[] = {
 
 } // namespace
 
-std::span<const Verb> pvs_verbs()
-{
-    return verbs;
-}
+const Command pvs_command{verbs, text, json_option, "the entries of parser value sets"};
 
 } // namespace shell

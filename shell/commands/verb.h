@@ -1,12 +1,13 @@
-// Commands of several verbs. A verb is one row: its arguments are types, each of which owns how it is read
-// and how help, completion and manual write it; its function gets the session and the values.
+// Commands as rows. A verb is a row: its arguments are types, each of which owns how it is read and what
+// help, completion and manual say of it; its function gets the session and the values.
 #pragma once
 
-#include <string>
+#include <span>
 #include <string_view>
 #include <tuple>
 
 #include "reflection.h"
+#include "usage.h"
 #include "words.h"
 
 namespace shell {
@@ -26,15 +27,28 @@ struct Verb {
     const char *name;       // with the command's; that alone for what is done without a further word
     std::string_view brief; // one line
     void (*run)(Session &session, Words &words, const char *name);
-    std::string_view (*arguments)(); // as help writes them
+    Usage (*usage)(); // behind the name
 
-    // The word behind the command's name.
+    // The command's name, and the word behind it.
+    std::string_view command() const { return std::string_view{name}.substr(0, blank()); }
     std::string_view word() const
     {
-        const std::string_view whole{name};
-        const std::size_t blank = whole.find(' ');
-        return blank == std::string_view::npos ? std::string_view{} : whole.substr(blank + 1);
+        return blank() == std::string_view::npos ? std::string_view{}
+                                                 : std::string_view{name}.substr(blank() + 1);
     }
+
+private:
+    std::size_t blank() const { return std::string_view{name}.find(' '); }
+};
+
+struct Command {
+    std::span<const Verb> verbs;
+    std::string_view text = {};                     // what `help COMMAND` says behind them
+    std::span<const std::string_view> options = {}; // words that begin with --, wherever they stand
+    std::string_view topic = {};                    // what several verbs are about
+
+    std::string_view name() const { return verbs.front().command(); }
+    std::string_view brief() const { return topic.empty() ? verbs.front().brief : topic; }
 };
 
 template <auto function, typename... Arguments>
@@ -47,20 +61,17 @@ void read_and_run(Session &session, Words &words, const char *name)
 }
 
 template <typename... Arguments>
-std::string_view forms_of()
+Usage usage_of()
 {
-    static const std::string forms = [] {
-        std::string text;
-        ((text += ' ', text += Arguments::form()), ...);
-        return text.substr(text.empty() ? 0 : 1);
-    }();
-    return forms;
+    Usage usage;
+    (Arguments::describe(usage), ...);
+    return usage;
 }
 
 template <auto function, typename... Arguments>
 constexpr Verb verb(const char *name, std::string_view brief)
 {
-    return {name, brief, read_and_run<function, Arguments...>, forms_of<Arguments...>};
+    return {name, brief, read_and_run<function, Arguments...>, usage_of<Arguments...>};
 }
 
 } // namespace shell

@@ -1,5 +1,5 @@
 // The arguments that verbs share. A type has `Value`, what is read; `read`, which takes it from the line or
-// throws BadLine; and `form`, as it is written in help.
+// throws BadLine; and `describe`, which says what can stand there.
 #pragma once
 
 #include <optional>
@@ -7,7 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "entry_body.h"
 #include "entry_key.h"
+#include "file_name.h"
 #include "named.h"
 #include "profiles.h"
 #include "resources.h"
@@ -38,7 +40,13 @@ struct Text {
 template <typename Argument>
 struct Optional {
     using Value = std::optional<typename Argument::Value>;
-    static std::string form() { return '[' + Argument::form() + ']'; }
+    static void describe(Usage &usage)
+    {
+        const std::size_t before = usage.places.size();
+        Argument::describe(usage);
+        for (std::size_t at = before; at < usage.places.size(); ++at)
+            usage.places[at].optional = true;
+    }
     static Value read(Reading &reading)
     {
         return reading.words.empty() ? Value{} : Value{Argument::read(reading)};
@@ -49,7 +57,11 @@ struct Optional {
 template <typename Argument>
 struct Several {
     using Value = std::vector<typename Argument::Value>;
-    static std::string form() { return Argument::form() + "..."; }
+    static void describe(Usage &usage)
+    {
+        Argument::describe(usage);
+        usage.places.back().repeated = true;
+    }
     static Value read(Reading &reading)
     {
         Value values;
@@ -64,7 +76,7 @@ struct Several {
 template <typename Argument>
 struct Any {
     using Value = std::vector<typename Argument::Value>;
-    static std::string form() { return '[' + Argument::form() + "]..."; }
+    static void describe(Usage &usage) { Optional<Several<Argument>>::describe(usage); }
     static Value read(Reading &reading)
     {
         return reading.words.empty() ? Value{} : Several<Argument>::read(reading);
@@ -76,7 +88,7 @@ struct Any {
 template <Text written, Text what, u32 most = ~u32{0}>
 struct Number {
     using Value = u32;
-    static std::string form() { return std::string{written}; }
+    static void describe(Usage &usage) { usage.add({written}); }
     static Value read(Reading &reading) { return parse_u32(reading.words.take(what), most, what); }
 };
 
@@ -84,40 +96,116 @@ struct Number {
 template <Text kind, const auto &names>
 struct Choice {
     using Value = unsigned;
-    static std::string form()
+    static void describe(Usage &usage) { usage.add({std::begin(names), std::end(names)}); }
+    static Value read(Reading &reading) { return choose(reading.words.take(), {kind}, names); }
+};
+
+// Any word.
+template <Text written>
+struct Word {
+    using Value = std::string_view;
+    static void describe(Usage &usage) { usage.add({written}); }
+    static Value read(Reading &reading) { return reading.words.take(); }
+};
+
+struct OnOff {
+    using Value = bool;
+    static void describe(Usage &usage) { usage.add({"on", "off"}); }
+    static Value read(Reading &reading) { return take_on_off(reading.words); }
+};
+
+struct File {
+    using Value = FileName;
+    static void describe(Usage &usage) { usage.add({"FILE"}); }
+    static Value read(Reading &reading) { return take_file_name(reading.words); }
+};
+
+// The rest of the line as it stands.
+template <Text written>
+struct Rest {
+    using Value = std::string_view;
+    static void describe(Usage &usage) { usage.add({written}); }
+    static Value read(Reading &reading)
     {
-        std::string text;
-        for (const std::string_view name : names) {
-            text += text.empty() ? "" : "|";
-            text += name;
-        }
+        const std::string_view text = reading.words.rest();
+        reading.words.take_letters(text.size());
         return text;
     }
-    static Value read(Reading &reading) { return choose(reading.words.take(), {kind}, names); }
 };
 
 // The name=value words at the end of a verb, in the order of `settings`.
 template <const auto &settings>
 struct Settings {
     using Value = std::vector<u64>;
-    static std::string form()
+    static void describe(Usage &usage)
     {
-        std::string text;
-        for (const Setting &setting : settings) {
-            text += text.empty() ? "" : " ";
-            text += form_of(setting);
-        }
-        return text;
+        for (const Setting &setting : settings)
+            usage.places.push_back(place_of(setting));
     }
     static Value read(Reading &reading) { return take_settings(reading.words, reading.owner, settings); }
 };
 
+// Likewise behind a colon, before which `what` may be missing.
+template <const auto &settings, Text what>
+struct SettingsBehindColon {
+    using Value = std::vector<u64>;
+    static void describe(Usage &usage)
+    {
+        usage.add({":"});
+        Settings<settings>::describe(usage);
+    }
+    static Value read(Reading &reading)
+    {
+        take_colon(reading.words, what);
+        return Settings<settings>::read(reading);
+    }
+};
+
 // ---- What the switch program has ------------------------------------------------------------------------
+
+template <auto take>
+struct TableTakenBy {
+    using Value = const reflection::TableFunctions &;
+    static void describe(Usage &usage) { usage.add({"TABLE"}); }
+    static Value read(Reading &reading)
+    {
+        reading.table = &take(reading.words);
+        reading.owner = reading.table->row->name;
+        return *reading.table;
+    }
+};
+using Table = TableTakenBy<take_table>;
+using KeyedTable = TableTakenBy<take_keyed_table>;
+
+struct Profile {
+    using Value = const reflection::ProfileFunctions &;
+    static void describe(Usage &usage) { usage.add({"PROFILE"}); }
+    static Value read(Reading &reading)
+    {
+        reading.profile = &take_profile(reading.words);
+        return *reading.profile;
+    }
+};
+
+struct TableOrProfile {
+    struct Value {
+        const reflection::TableFunctions *table;
+        const reflection::ProfileFunctions *profile; // or else
+    };
+    static void describe(Usage &usage) { usage.add({"TABLE", "PROFILE"}); }
+    static Value read(Reading &reading)
+    {
+        reading.profile = take_profile_unless_table(reading.words);
+        if (!reading.profile)
+            Table::read(reading);
+        return {reading.table, reading.profile};
+    }
+};
 
 template <auto rows, Text written, Text kind>
 struct Named {
     using Value = decltype(*rows().begin());
-    static std::string form() { return std::string{written}; }
+    static void describe(Usage &usage) { usage.add({written}); }
     static Value read(Reading &reading)
     {
         Value functions = take_named(reading.words, rows(), kind);
@@ -135,34 +223,28 @@ using Digest = Named<reflection::digests, "DIGEST", "digest">;
 using ValueSet = Named<reflection::value_sets, "SET", "value set">;
 using Calculation = Named<reflection::hashes, "CALCULATION", "hash calculation">;
 
-struct Profile {
-    using Value = const reflection::ProfileFunctions &;
-    static std::string form() { return "PROFILE"; }
-    static Value read(Reading &reading)
-    {
-        reading.profile = &take_profile(reading.words);
-        return *reading.profile;
-    }
-};
-
 // ---- What tables and profiles hold ----------------------------------------------------------------------
 
-// A cell of the counter or meter before it.
-struct Cell {
+// A cell of the counter or meter before it, an entry of the table before it.
+template <Text... written>
+struct CellWrittenAs {
     using Value = shell::Cell;
-    static std::string form() { return "CELL"; }
+    static void describe(Usage &usage) { usage.add({written...}); }
     static Value read(Reading &reading)
     {
         Options none;
         return {reading.words, reading.owner, reading.table, none};
     }
 };
+using Cell = CellWrittenAs<"CELL">;
+using Entry = CellWrittenAs<"ENTRY">;
+using HandleOrKey = CellWrittenAs<"HANDLE", "KEY">;
 
 // A member or group of the profile before it.
 template <Kind kind>
 struct Held {
     using Value = u32;
-    static std::string form() { return kind == Kind::member ? "MEMBER" : "GROUP"; }
+    static void describe(Usage &usage) { usage.add({kind == Kind::member ? "MEMBER" : "GROUP"}); }
     static Value read(Reading &reading)
     {
         return take_object(reading.words, *reading.profile, reading.session.names(*reading.profile).of(kind));
@@ -175,7 +257,11 @@ using Group = Held<Kind::group>;
 template <Kind kind>
 struct NewName {
     using Value = std::string_view;
-    static std::string form() { return "[NAME]"; }
+    static void describe(Usage &usage)
+    {
+        usage.add({"NAME"});
+        usage.places.back().optional = true;
+    }
     static Value read(Reading &reading)
     {
         return take_new_name(reading.words, reading.session.names(*reading.profile).of(kind));

@@ -6,8 +6,7 @@
 #include "driver.h"
 #include "json.h"
 #include "model.h"
-#include "profiles.h"
-#include "tables.h"
+#include "verb_arguments.h"
 
 namespace shell {
 
@@ -120,15 +119,21 @@ void Watches::clear()
     tables_.clear();
 }
 
-void run_watch(Session &session, Words &words)
+namespace {
+
+void watch(Session &session, const reflection::TableFunctions &table, std::optional<bool> on)
 {
-    const reflection::TableFunctions &table = take_table(words);
-    const bool on = words.empty() || take_on_off(words);
-    words.expect_end();
-    if (on)
+    if (on.value_or(true))
         session.watches().add(table);
     else
         session.watches().remove(table);
 }
+
+constexpr Verb verbs[] = {verb<watch, arg::Table, arg::Optional<arg::OnOff>>(
+    "watch", "prints the updates of a table behind the commands that make them")};
+
+} // namespace
+
+const Command watch_command{verbs};
 
 } // namespace shell

@@ -1,6 +1,8 @@
 #include "options.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "meters.h"
 
@@ -14,29 +16,6 @@ void set_once(std::optional<Option> &option, const Option &value, std::string_vi
     if (option)
         throw BadLine{name, std::string{name} + " is given twice"};
     option = value;
-}
-
-void expect_taken(bool taken, std::string_view name, const char *what_for)
-{
-    if (!taken)
-        throw BadLine{name, std::string{name} + " does not belong here: it " + what_for};
-}
-
-// Those that are taken, by their names.
-std::vector<std::string_view> taken(const Options &options)
-{
-    std::vector<std::string_view> names;
-    const auto add = [&](bool takes, std::initializer_list<std::string_view> of) {
-        if (takes)
-            names.insert(names.end(), of);
-    };
-    add(options.takes_priority, {"priority"});
-    add(options.takes_ttl, {"ttl"});
-    add(options.takes_meter, {"meter"});
-    add(options.takes_hash, {"hash"});
-    add(options.takes_packets, {"packets", "bytes"});
-    add(options.takes_scope, {"scope"});
-    return names;
 }
 
 pd_meter_spec parse_meter(std::string_view text)
@@ -76,31 +55,69 @@ ValueSetScope parse_scope(std::string_view text)
     return scope;
 }
 
+struct Option {
+    std::string_view name;
+    std::string_view value; // as help writes it
+    std::string_view use;   // behind "it"
+    bool Options::*is_taken;
+    void (*assign)(Options &to, std::string_view value, std::string_view name);
+    bool (*goes_with)(const pd::Table &table);
+};
+
+bool any_table(const pd::Table &)
+{
+    return true;
+}
+
+constexpr Option all_options[] = {
+    {"priority", "N", "ranks the entries of a table that has a ternary field", &Options::takes_priority,
+     [](Options &to, std::string_view value, std::string_view name) {
+         set_once(to.priority, parse_u32(value, ~u32{0}, name), name);
+     },
+     pd::has_priority},
+    {"ttl", "N", "stands in add, for a table whose entries take a time to live, and in idle ttl",
+     &Options::takes_ttl,
+     [](Options &to, std::string_view value, std::string_view name) {
+         set_once(to.ttl, parse_u32(value, ~u32{0}, name), name);
+     },
+     [](const pd::Table &table) { return table.ttl_on_add; }},
+    {"meter", "CR,CB,PR,PB,TYPE", "stands in add and modify, for a table with a direct meter",
+     &Options::takes_meter,
+     [](Options &to, std::string_view value, std::string_view name) {
+         set_once(to.meter, parse_meter(value), name);
+     },
+     [](const pd::Table &table) { return table.direct_meter != 0; }},
+    {"hash", "A,B", "stands in lookup, for a table of an action profile", &Options::takes_hash,
+     [](Options &to, std::string_view value, std::string_view name) {
+         set_once(to.hash, parse_hash(value), name);
+     },
+     [](const pd::Table &table) { return table.profile != nullptr; }},
+    {"packets", "N", "stands in lookup", &Options::takes_packets,
+     [](Options &to, std::string_view value, std::string_view name) {
+         set_once(to.packets, parse_value(value, 64, name).low, name);
+     },
+     any_table},
+    {"bytes", "N", "stands in lookup", &Options::takes_packets,
+     [](Options &to, std::string_view value, std::string_view name) {
+         set_once(to.bytes, parse_value(value, 64, name).low, name);
+     },
+     any_table},
+    {"scope", "A,B,C", "stands in pvs add, find and show", &Options::takes_scope,
+     [](Options &to, std::string_view value, std::string_view name) {
+         set_once(to.scope, parse_scope(value), name);
+     },
+     any_table},
+};
+
 // False when there is no such option.
 bool assign_option(Options &options, std::string_view name, std::string_view value)
 {
-    if (name == "priority") {
-        expect_taken(options.takes_priority, name, "ranks the entries of a table that has a ternary field");
-        set_once(options.priority, parse_u32(value, ~u32{0}, name), name);
-    } else if (name == "ttl") {
-        expect_taken(options.takes_ttl, name,
-                     "stands in add, for a table whose entries take a time to live, and in idle ttl");
-        set_once(options.ttl, parse_u32(value, ~u32{0}, name), name);
-    } else if (name == "meter") {
-        expect_taken(options.takes_meter, name, "stands in add and modify, for a table with a direct meter");
-        set_once(options.meter, parse_meter(value), name);
-    } else if (name == "hash") {
-        expect_taken(options.takes_hash, name, "stands in lookup, for a table of an action profile");
-        set_once(options.hash, parse_hash(value), name);
-    } else if (name == "packets" || name == "bytes") {
-        expect_taken(options.takes_packets, name, "stands in lookup");
-        set_once(name == "packets" ? options.packets : options.bytes, parse_value(value, 64, name).low, name);
-    } else if (name == "scope") {
-        expect_taken(options.takes_scope, name, "stands in pvs add, find and show");
-        set_once(options.scope, parse_scope(value), name);
-    } else {
+    const auto option = std::ranges::find(all_options, name, &Option::name);
+    if (option == std::end(all_options))
         return false;
-    }
+    if (!(options.*option->is_taken))
+        throw BadLine{name, std::string{name} + " does not belong here: it " + std::string{option->use}};
+    option->assign(options, value, name);
     return true;
 }
 
@@ -113,11 +130,23 @@ void take_assignments(Words &words, Record &record, const char *owner, Options &
         if (record.assign(name, value) || assign_option(options, name, value))
             continue;
         std::vector<std::string_view> names = record.names();
-        const std::vector<std::string_view> others = taken(options);
-        names.insert(names.end(), others.begin(), others.end());
+        for (const Option &option : all_options)
+            if (options.*option.is_taken)
+                names.push_back(option.name);
         refuse(name, {record.kind(), owner}, names);
     }
     record.expect_complete(words.peek());
+}
+
+void describe_options(Usage &usage, std::initializer_list<std::string_view> names)
+{
+    for (const std::string_view name : names) {
+        const auto option = std::ranges::find(all_options, name, &Option::name);
+        usage.places.push_back({.option = std::string{name} + '=',
+                                .value = option->value,
+                                .optional = true,
+                                .goes_with = option->goes_with});
+    }
 }
 
 } // namespace shell

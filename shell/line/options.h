@@ -1,11 +1,13 @@
 // The name=value words of a command: fields of a record, and options beside them.
 #pragma once
 
+#include <initializer_list>
 #include <optional>
 #include <string_view>
 
 #include "pd_types.h"
 #include "records.h"
+#include "usage.h"
 #include "words.h"
 
 namespace shell {
@@ -44,5 +46,8 @@ struct Options {
 // Takes words up to a colon or the end, and sees that no field of `record` is missing. A name is a field's
 // first, an option's else. `owner` is the table or action that messages name.
 void take_assignments(Words &words, Record &record, const char *owner, Options &options);
+
+// Says that these can stand with the last argument.
+void describe_options(Usage &usage, std::initializer_list<std::string_view> names);
 
 } // namespace shell

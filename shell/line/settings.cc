@@ -28,16 +28,12 @@ u64 parse(std::string_view text, const Setting &setting)
 
 } // namespace
 
-std::string form_of(const Setting &setting)
+Place place_of(const Setting &setting)
 {
-    std::string text{setting.name};
-    for (const std::string_view choice : setting.choices) {
-        text += text.ends_with(setting.name) ? '=' : '|';
-        text += choice;
-    }
-    if (setting.choices.empty())
-        text += "=N";
-    return setting.usual ? '[' + text + ']' : text;
+    Place place{.option = std::string{setting.name} + '=', .value = "N"};
+    place.choices.assign(setting.choices.begin(), setting.choices.end());
+    place.optional = setting.usual.has_value();
+    return place;
 }
 
 std::vector<u64> take_settings(Words &words, std::string_view owner, std::span<const Setting> settings)

@@ -3,11 +3,11 @@
 
 #include <optional>
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include "pd_types.h"
+#include "usage.h"
 #include "words.h"
 
 namespace shell {
@@ -20,8 +20,7 @@ struct Setting {
         {}; // words that stand for 0, 1 and so on, in place of numbers
 };
 
-// As help writes it: name=N, or its words, in brackets where it can be left out.
-std::string form_of(const Setting &setting);
+Place place_of(const Setting &setting);
 
 // Takes the rest of the command. The values come in the order of `settings`. `owner` is what messages name.
 std::vector<u64> take_settings(Words &words, std::string_view owner, std::span<const Setting> settings);

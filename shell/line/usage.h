@@ -1,10 +1,11 @@
-// The usage texts of commands taken apart, so that they say what can stand where.
+// What can stand where behind the name of a command: for help, completion and the manual.
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
-#include "commands.h"
+#include "rows.h"
 
 namespace shell {
 
@@ -12,11 +13,13 @@ using Texts = std::vector<std::string_view>;
 
 // What can stand at one place.
 struct Place {
-    Texts alternatives;      // kinds such as TABLE, or words as they are
-    std::string_view option; // of name=VALUE: the name with its '='
-    Texts choices;           // what can stand behind the '=', where those are words
-    bool repeated = false;   // any number of times
+    Texts alternatives{};     // kinds such as TABLE, or words as they are
+    std::string option{};     // of name=VALUE: the name with its '='
+    std::string_view value{}; // what is written behind the '='; or else
+    Texts choices{};          // which words can stand there
     bool optional = false;
+    bool repeated = false;                          // any number of times
+    bool (*goes_with)(const pd::Table &) = nullptr; // of an option for some tables only
 };
 
 struct Usage {
@@ -24,10 +27,12 @@ struct Usage {
     // What can stand behind a lone colon, where that depends on its first word: "ACTION PARAMETERS" and the
     // like, as words.
     std::vector<Texts> bodies;
+
+    void add(Texts alternatives) { places.push_back({std::move(alternatives)}); }
 };
 
-// The forms of a command.
-std::vector<Usage> usages_of(const Command &command);
+// "TABLE HANDLE|KEY [priority=N]"
+std::string text_of(const Usage &usage);
 
 bool has(const Place &place, std::string_view alternative);
 // Whether a key of a table can stand here, in any number of words.

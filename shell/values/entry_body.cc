@@ -23,6 +23,11 @@ void take_colon(Words &words, std::string_view what)
     words.take();
 }
 
+std::vector<Texts> entry_bodies()
+{
+    return {{"ACTION", "PARAMETERS"}, {"member", "M"}, {"group", "G"}};
+}
+
 EntryBody::EntryBody(Session &session, Words &words, const reflection::TableFunctions &table, ActionOf use,
                      Options &options)
 {

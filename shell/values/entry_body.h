@@ -16,6 +16,9 @@ namespace shell {
 // Takes the colon before `what`, which begins with an article: "an action".
 void take_colon(Words &words, std::string_view what);
 
+// What it can be, for help and completion.
+std::vector<Texts> entry_bodies();
+
 class EntryBody {
 public:
     // Takes the rest of the command.

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <set>
 
+#include "commands.h"
 #include "digest_form.h"
 #include "profiles.h"
 #include "resources.h"
 #include "services.h"
 #include "shown.h"
 #include "tables.h"
-#include "usage.h"
 
 namespace shell {
 
@@ -98,7 +98,7 @@ Line::Line(std::string_view text, const ObjectNames &names) : objects(names)
     at_command = words.empty();
     if (at_command)
         return;
-    command = find_command(words.front());
+    command = command_named(words.front());
     words.erase(words.begin());
     std::erase_if(words, [](std::string_view word) { return word.starts_with("--"); });
     for (const std::string_view word : words)
@@ -153,22 +153,11 @@ void add_fields(Candidates &to, const Line &line, const std::vector<ShownField> 
         add_assigned(to, given, std::string{field.name} + '=');
 }
 
-// Whether an option that goes with some tables only goes with this one. A time to live that stands with no
-// action is for every table that ages.
-bool goes_with(const pd::Table &table, std::string_view option, const Usage &usage)
-{
-    return option == "priority=" ? pd::has_priority(table)
-           : option == "ttl="    ? table.ttl_on_add || usage.bodies.empty()
-           : option == "meter="  ? table.direct_meter != 0
-           : option == "hash="   ? table.profile != nullptr
-                                 : true;
-}
-
 // Options come in any order.
 void add_options(Candidates &to, const Line &line, const Usage &usage)
 {
     for (const Place &place : usage.places)
-        if (!place.option.empty() && (!line.table || goes_with(*line.table->row, place.option, usage)))
+        if (!place.option.empty() && (!line.table || !place.goes_with || place.goes_with(*line.table->row)))
             add_assigned(to, line.words, place.option, place.choices);
 }
 
@@ -270,7 +259,7 @@ void add_next(Candidates &to, const Line &line, const Usage &usage)
 std::vector<const pd::Action *> actions_of(const Line &line)
 {
     std::vector<const pd::Action *> actions;
-    const bool of_default = line.command->name == "default";
+    const bool of_default = line.command->name() == "default";
     const auto bindings = line.table     ? line.table->row->actions
                           : line.profile ? line.profile->row->actions
                                          : std::span<const pd::Binding>{};
@@ -332,6 +321,14 @@ bool add_body(Candidates &to, const Line &line, const Usage &usage)
     return true;
 }
 
+Usage usage_behind_command(const Verb &verb)
+{
+    Usage usage = verb.usage();
+    if (!verb.word().empty())
+        usage.places.insert(usage.places.begin(), Place{.alternatives = {verb.word()}});
+    return usage;
+}
+
 } // namespace
 
 std::vector<std::string> complete(std::string_view text, const ObjectNames &names)
@@ -343,9 +340,11 @@ std::vector<std::string> complete(std::string_view text, const ObjectNames &name
     } else if (line.command && line.begun.starts_with('-')) {
         add(candidates, {line.command->options.begin(), line.command->options.end()});
     } else if (line.command) {
-        for (const Usage &usage : usages_of(*line.command))
+        for (const Verb &verb : line.command->verbs) {
+            const Usage usage = usage_behind_command(verb);
             if (!add_body(candidates, line, usage))
                 add_next(candidates, line, usage);
+        }
     }
     std::erase_if(candidates, [&](const std::string &candidate) {
         const bool whole = candidate.ends_with('=') && candidate == line.begun;
@@ -359,7 +358,10 @@ std::vector<std::string> complete(std::string_view text, const ObjectNames &name
 bool completes_a_file(std::string_view text)
 {
     const Line line{text, {}};
-    return line.command && line.words.empty() && line.command->usage.starts_with("FILE");
+    if (!line.command || !line.words.empty())
+        return false;
+    const Usage usage = line.command->verbs.front().usage();
+    return !usage.places.empty() && has(usage.places.front(), "FILE");
 }
 
 } // namespace shell

@@ -1,0 +1,53 @@
+// The commands about the session itself: load, trace, echo, quit, exit.
+#include <algorithm>
+
+#include "commands.h"
+#include "verb_arguments.h"
+
+namespace shell {
+
+namespace {
+
+void load(Session &session, const FileName &file)
+{
+    session.load(file);
+}
+
+void trace(Session &session, bool on)
+{
+    session.set_trace(on);
+}
+
+void echo(Session &session, std::optional<std::string_view> words)
+{
+    std::string text{words.value_or("")};
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    session.print_text("echo", text);
+}
+
+void quit(Session &session)
+{
+    session.quit();
+}
+
+constexpr std::string_view text =
+    R"(  In FILE, ~/ is the home folder; blanks stand between quotation marks or behind backslashes. Handles of new
+  entries are printed with --verbose only. Ctrl-C ends it between two lines.
+)";
+
+constexpr Verb load_verb[] = {verb<load, arg::File>("load", "carries out the commands of a file")};
+constexpr Verb trace_verb[] = {
+    verb<trace, arg::OnOff>("trace", "prints the driver calls of each command behind it")};
+constexpr Verb echo_verb[] = {verb<echo, arg::Optional<arg::Rest<"TEXT">>>("echo", "prints TEXT")};
+constexpr Verb quit_verb[] = {verb<quit>("quit", "ends the session")};
+constexpr Verb exit_verb[] = {verb<quit>("exit", "the same as quit")};
+
+} // namespace
+
+const Command load_command{load_verb, text};
+const Command trace_command{trace_verb};
+const Command echo_command{echo_verb};
+const Command quit_command{quit_verb};
+const Command exit_command{exit_verb};
+
+} // namespace shell
