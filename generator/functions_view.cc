@@ -128,6 +128,7 @@ View FunctionViews::function_view(const Section &section, const Family &family, 
     const std::string name = fill(family.name, scope);
     view.set("function", name);
     view.set("family", family.name);
+    view.set("over", section.over);
     view.set("object", value_of(find_object(section.over)->word, scope).string_value());
     view.set("is_first", View(exported.empty()));
     exported.emplace_back(name, &family);

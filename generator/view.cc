@@ -251,6 +251,7 @@ private:
                                [&](const Field &field) { return field.match == match; });
         };
         view.set("table", table.name);
+        view.set("group", group_of(table));
         view.set("table_handle", hex(table.handle));
         view.set("key_type", key_type(catalogue, table.name));
         view.set("has_key", data(!table.key.empty()));
@@ -284,6 +285,14 @@ private:
         view.set("entry_actions", profile ? binding_views(profile->actions, true)
                                           : binding_views(table.actions, !table.key.empty()));
         return view;
+    }
+
+    std::string group_of(const Table &table) const
+    {
+        const auto has = [&](const Group &group) {
+            return std::ranges::any_of(group.tables, [&](const Table &own) { return &own == &table; });
+        };
+        return std::ranges::find_if(catalogue.groups, has)->file;
     }
 
     list label_views(const Table &table, const Labels &labels) const
