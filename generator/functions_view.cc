@@ -6,8 +6,6 @@
 
 namespace pdgen {
 
-namespace {
-
 const View &value_of(const std::string &word, const std::vector<const View *> &scope)
 {
     for (auto view = scope.rbegin(); view != scope.rend(); ++view)
@@ -15,6 +13,8 @@ const View &value_of(const std::string &word, const std::vector<const View *> &s
             return *value;
     throw std::runtime_error("functions.toml: \"" + word + "\" has no value here");
 }
+
+namespace {
 
 bool holds(const std::string &predicate, const std::vector<const View *> &scope)
 {
@@ -175,11 +175,11 @@ void FunctionViews::set_list(View &owner, const Views &functions)
         all.push_back(function);
 }
 
-void FunctionViews::set_functions(View &owner, const std::vector<Part> &parts)
+void FunctionViews::set_functions(View &owner, const std::vector<ObjectPart> &parts)
 {
     Views views;
     for (const Section &section : catalogue.functions.sections)
-        for (const Part &part : parts) {
+        for (const ObjectPart &part : parts) {
             if (section.over != part.over)
                 continue;
             for (const View *object : part.objects)

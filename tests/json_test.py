@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Holds the reference's JSON files against their schemas: every file has one, and every member of a file is told of.
 
     tests/json_test.py GENERATED

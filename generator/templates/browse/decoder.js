@@ -1,0 +1,114 @@
+// The page that tells the fields of an image: of a table's key or of an action's data.
+
+// NAME=VALUE pairs of a line such as the tap's trace prints, and of plain hex, which is the value.
+function readImageText(text) {
+    const read = {};
+    for (const [, name, value] of text.matchAll(/(\w+)=([^\s,{}()]+)/g))
+        if (!(name in read))
+            read[name] = value;
+    const names = text.match(/[A-Za-z_]\w*/g) ?? [];
+    read.of = names.find((name) => tables.has(name) && !isKeyless(tables.get(name))) ?? names.find((name) => actions.has(name));
+    const bare = text.trim().match(/^(?:0x)?[0-9a-fA-F\s:_-]+$/);
+    if (bare)
+        read.value = bare[0];
+    return read;
+}
+
+// What the address holds: the object and the images.
+function decodeLink(of, images) {
+    const query = Object.entries(images).filter(([, value]) => value).map(([name, value]) => `${name}=${encodeURIComponent(value)}`);
+    return `#decode/${of}${query.length ? `?${query.join("&")}` : ""}`;
+}
+
+function macNote(decoded, i) {
+    const [upper, lower] = [decoded[i], decoded[i + 1]];
+    if (upper.row.format !== "mac" || lower?.row.format !== "mac")
+        return "";
+    const digits = [upper, lower].map(({ value }) => value.toString(16).padStart(6, "0")).join("");
+    return ` (${digits.match(/../g).join(":")} with the next)`;
+}
+
+function keyResult(table, { value, mask, partition }) {
+    const decoded = decodeKey(table, value, mask, partition);
+    const images = { value: imageDigits(value, table.bytes, "value image"), mask: mask && imageDigits(mask, table.bytes, "mask image") };
+    const words = decoded.map((field) => `${field.name}=${matchText(field)}`).join(" ");
+    return [keyStrip(table, images),
+        dataTable(`Fields of ${table.name}`, ["", "Field", "Value", "Hex", "Bits that count"], decoded.map((field, i) => [
+            `${i + 1}`, link("field", field.row.field, el("code", {}, field.name)),
+            [el("output", {}, matchText(field)), macNote(decoded, i)], el("code", {}, hexText(field.value)),
+            field.length !== undefined ? `the first ${field.length}` : field.mask === undefined ? "all" : el("code", {}, hexText(field.mask))])),
+        el("p", {}, "As the shell's key:"),
+        codeBlock(`${words}${hasTernary(table) ? " priority=10" : ""}`, "key")];
+}
+
+function actionResult(action, { data, value }) {
+    const image = data || value;
+    const decoded = decodeAction(action, image);
+    return [actionStrip(action, imageDigits(image, action.bytes, "action image")),
+        dataTable(`Parameters of ${action.name}`, ["", "Parameter", "Value", "Hex"], decoded.map(({ name, row, value: own }, i) => [
+            `${i + 1}`, el("code", {}, name), own === undefined ? "goes with the resource" : el("output", {}, valueText(own, row)),
+            own === undefined ? "" : el("code", {}, hexText(own))]))];
+}
+
+// Where no table is named: those whose image has this length.
+function candidates(images) {
+    const image = images.data || images.value || "", bytes = image.replace(/^0x/i, "").replace(/[\s:_-]/g, "").length / 2;
+    const fitting = images.data ? catalogue.actions.filter((action) => action.bytes === bytes)
+        : catalogue.tables.filter((table) => !isKeyless(table) && table.bytes === bytes);
+    return [el("p", {}, fitting.length ? `${count(fitting.length, images.data ? "action" : "table")} with ${count(bytes, "byte")}; which is it?`
+        : `Nothing has an image of ${count(bytes, "byte")}.`),
+    el("ul", { class: "choices" }, fitting.map(({ name }) => el("li", {}, el("a", { href: decodeLink(name, images) }, name))))];
+}
+
+function decodeResult(of, images) {
+    const table = tables.get(of), action = actions.get(of);
+    if (!images.value && !images.data)
+        return [table && !isKeyless(table) ? keyStrip(table) : action?.bytes ? actionStrip(action) : ""];
+    try {
+        if (table && images.value)
+            return keyResult(table, images);
+        return action ? actionResult(action, images) : candidates(images);
+    } catch (error) {
+        return [el("p", { class: "error", role: "alert" }, error.message)];
+    }
+}
+
+// The first of a line's parts that can be shown: a trace of an entry has a key and an action.
+function chooseParts(read, chosen) {
+    const of = read.of ?? chosen;
+    const { value, mask, partition, data } = read;
+    return tables.has(of) || !of ? { of, images: { value, mask, partition: partition === "0" ? "" : partition, data: value ? "" : data } }
+        : { of, images: { data: data ?? value } };
+}
+
+const numberText = (text) => (/^(0x[0-9a-f]+|\d+)$/i.test(text ?? "") ? text : "");
+
+function decodePage(name, query) {
+    const of = tables.has(name) || actions.has(name) ? name : "";
+    const images = { value: query.get("value") ?? "", mask: query.get("mask") ?? "", partition: numberText(query.get("partition")),
+        data: query.get("data") ?? "" };
+    const written = Object.entries(images).filter(([, text]) => text).map(([word, text]) => `${word}=${text}`).join(" ");
+    const chooser = el("input", { id: "decode-of", list: "decode-names", value: of, autocomplete: "off", spellcheck: "false" });
+    const area = el("textarea", { id: "decode-text", rows: 3, spellcheck: "false",
+        placeholder: "value=050a100000 mask=fffff00000, data=00000007, plain hex, or a line of the tap's trace" }, written);
+    const update = () => {
+        const parts = chooseParts(readImageText(area.value), tables.has(chooser.value) || actions.has(chooser.value) ? chooser.value : "");
+        replaceAddress(decodeLink(parts.of ?? "", { ...parts.images, partition: numberText(parts.images.partition) }));
+        if (parts.of && parts.of !== chooser.value)
+            chooser.value = parts.of;
+        document.getElementById("decoded").replaceChildren(...el("div", {}, decodeResult(parts.of ?? "", parts.images)).childNodes);
+    };
+    area.addEventListener("input", update);
+    chooser.addEventListener("input", update);
+    const known = [...catalogue.tables.filter((table) => !isKeyless(table)), ...catalogue.actions.filter((action) => action.bytes)];
+    return {
+        title: of ? `Decode ${of}` : "Decoder",
+        content: [heading("Decoder", "Fields of an image"),
+            el("div", { class: "form" },
+                el("label", { for: "decode-of" }, "Table or action"), chooser,
+                el("datalist", { id: "decode-names" }, known.map((row) => el("option", { value: row.name }))),
+                el("label", { for: "decode-text" }, "Image"), area),
+            of && el("p", {}, link(tables.has(of) ? "table" : "action", of)),
+            el("div", { id: "decoded", "aria-live": "polite" }, decodeResult(of, images))],
+    };
+}
