@@ -9,12 +9,12 @@ const routes = {
 const box = document.getElementById("query"), list = document.getElementById("answers"), page = document.getElementById("page");
 const chosen = Object.fromEntries(Object.keys(facets).map((name) => [name, new Set()]));
 const shownAnswers = 160; // all tables, when nothing is asked
-let answers = [], active = -1;
+let answers = [], active = -1, focusesHeading = false;
 
 // ---- The address -------------------------------------------------------------------------------------------------
 
-function readAddress() {
-    const [path, query] = location.hash.slice(1).split(/\?(.*)/s);
+function readAddress(hash) {
+    const [path, query] = hash.slice(1).split(/\?(.*)/s);
     const [kind, name = "", part = ""] = path.split("/");
     let decoded = name;
     try {
@@ -34,8 +34,8 @@ function missingPage({ kind, name }) {
     return { title: "Not found", content: [heading("Not found", name || kind), el("p", {}, "Nothing has this name; the search box finds what is like it.")] };
 }
 
-function showPage() {
-    const address = readAddress();
+function showPage(hash) {
+    const address = readAddress(hash);
     const made = (Object.hasOwn(routes, address.kind) && routes[address.kind](address.name, address.query)) || missingPage(address);
     document.title = `${made.title} - ${catalogue.program}`;
     page.replaceChildren(...el("div", {}, made.content).childNodes);
@@ -45,6 +45,9 @@ function showPage() {
         readSearch(address.query);
     else
         document.body.classList.remove("searching");
+    if (focusesHeading)
+        page.querySelector("h1").focus({ preventScroll: true });
+    focusesHeading = false;
     const place = page.querySelector(`[id="${CSS.escape(address.part || address.name)}"]`);
     if (place)
         place.scrollIntoView();
@@ -187,9 +190,10 @@ const boxKeys = {
     Enter: () => {
         if (!list.children[active])
             return;
+        focusesHeading = true;
         list.children[active].click();
         endSearching();
-        page.querySelector("h1")?.focus({ preventScroll: true });
+        box.blur();
     },
     Escape: () => {
         if (box.value) {
@@ -252,13 +256,13 @@ if (stored())
 showTheme();
 matchMedia("(prefers-color-scheme: dark)").addEventListener("change", showTheme);
 
-window.addEventListener("hashchange", showPage);
+window.addEventListener("hashchange", () => showPage(location.hash));
 showFacets();
 showAnswers();
-showPage();
+showPage(location.hash);
 
 // For who looks into the page from outside.
 window.reference = {
-    search, cExample, shellExample, decodeKey, decodeAction, tables, actions,
-    functions: () => [...functions.values()].map((made) => detailsOf(made)),
+    search, showPage, cExample, shellExample, decodeKey, decodeAction, tables, actions,
+    functions: () => [...functions.values()].map(detailsOf),
 };

@@ -50,7 +50,7 @@ const findables = [
         aliases: [...new Set(uses.map(({ field }) => field.display))], users: uses.map(({ table }) => table),
         told: `${display}, in ${count(uses.length, "table")}`,
     })),
-    ...[...families.values()].map(({ name, functions: made }) => findable("family", name, {
+    ...[...families.values()].filter(({ over }) => over !== "program").map(({ name, functions: made }) => findable("family", name, {
         aliases: [name.replaceAll(/\{(prefix|table|profile|name)\}_?/g, "")], text: made[0].family.brief,
         told: count(made.length, "function"), users: made.flatMap(usersOf),
     })),
