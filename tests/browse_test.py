@@ -200,10 +200,11 @@ def decoder_page(browser):
         "pipe_mgr_mat_ent_add(sess=0, table=0x100003d ipv4ShortMaskLpm, match={value=050a100000 mask=fffff00000 "
         "partition=0}, action=0x200000ae setNextHop, spec={data=00000007})")
     values = lambda: [item.text for item in browser.find_elements(By.CSS_SELECTOR, "#decoded output")]
-    expect("a pasted line", values(), ["5", "10.16.0.0/12"])
-    expect("its address", address(browser), "#decode/ipv4ShortMaskLpm?value=050a100000&mask=fffff00000")
+    expect("a pasted line", values(), ["5", "10.16.0.0/12", "7"])
+    expect("its address", address(browser),
+           "#decode/ipv4ShortMaskLpm?value=050a100000&mask=fffff00000&action=setNextHop&data=00000007")
     browser.refresh()
-    expect("the same by its address", values(), ["5", "10.16.0.0/12"])
+    expect("the same by its address", values(), ["5", "10.16.0.0/12", "7"])
     open_page(browser, "#decode/setPhase0?data=006b00070000")
     expect("an action's image", values(), ["107", "7", "0", "0"])
     open_page(browser, "#decode/ipv4Host?value=0a1")

@@ -6,8 +6,11 @@ function readImageText(text) {
     for (const [, name, value] of text.matchAll(/(\w+)=([^\s,{}()]+)/g))
         if (!(name in read))
             read[name] = value;
+    if (read.data === "-") // an action without parameters
+        delete read.data;
     const names = text.match(/[A-Za-z_]\w*/g) ?? [];
-    read.of = names.find((name) => tables.has(name) && !isKeyless(tables.get(name))) ?? names.find((name) => actions.has(name));
+    read.table = names.find((name) => tables.has(name) && !isKeyless(tables.get(name)));
+    read.action = names.find((name) => actions.has(name));
     const bare = text.trim().match(/^(?:0x)?[0-9a-fA-F\s:_-]+$/);
     if (bare)
         read.value = bare[0];
@@ -60,46 +63,54 @@ function candidates(images) {
     el("ul", { class: "choices" }, fitting.map(({ name }) => el("li", {}, el("a", { href: decodeLink(name, images) }, name))))];
 }
 
+// The key, and the action's data where a line has both.
+function entryResult(table, images) {
+    const action = actions.get(images.action);
+    return [keyResult(table, images), action && images.data && [el("h2", {}, link("action", action.name)), actionResult(action, images)]];
+}
+
 function decodeResult(of, images) {
     const table = tables.get(of), action = actions.get(of);
     if (!images.value && !images.data)
         return [table && !isKeyless(table) ? keyStrip(table) : action?.bytes ? actionStrip(action) : ""];
     try {
         if (table && images.value)
-            return keyResult(table, images);
+            return entryResult(table, images);
         return action ? actionResult(action, images) : candidates(images);
     } catch (error) {
         return [el("p", { class: "error", role: "alert" }, error.message)];
     }
 }
 
-// The first of a line's parts that can be shown: a trace of an entry has a key and an action.
-function chooseParts(read, chosen) {
-    const of = read.of ?? chosen;
-    const { value, mask, partition, data } = read;
-    return tables.has(of) || !of ? { of, images: { value, mask, partition: partition === "0" ? "" : partition, data: value ? "" : data } }
-        : { of, images: { data: data ?? value } };
-}
-
 const numberText = (text) => (/^(0x[0-9a-f]+|\d+)$/i.test(text ?? "") ? text : "");
 
+// What of a line is shown: a trace of an entry has a key and an action.
+function chooseParts({ table, action, value, mask, partition, data }, chosen, chosenFirst) {
+    const of = (chosenFirst && chosen) || (value && table) || chosen || action || "";
+    if (actions.has(of))
+        return { of, images: { data: data ?? value } };
+    return { of, images: { value, mask, partition: partition === "0" ? "" : numberText(partition), action: data && action, data } };
+}
+
+const knownName = (name) => (tables.has(name) || actions.has(name) ? name : "");
+
 function decodePage(name, query) {
-    const of = tables.has(name) || actions.has(name) ? name : "";
+    const of = knownName(name);
     const images = { value: query.get("value") ?? "", mask: query.get("mask") ?? "", partition: numberText(query.get("partition")),
-        data: query.get("data") ?? "" };
+        action: query.get("action") ?? "", data: query.get("data") ?? "" };
     const written = Object.entries(images).filter(([, text]) => text).map(([word, text]) => `${word}=${text}`).join(" ");
     const chooser = el("input", { id: "decode-of", list: "decode-names", value: of, autocomplete: "off", spellcheck: "false" });
     const area = el("textarea", { id: "decode-text", rows: 3, spellcheck: "false",
         placeholder: "value=050a100000 mask=fffff00000, data=00000007, plain hex, or a line of the tap's trace" }, written);
-    const update = () => {
-        const parts = chooseParts(readImageText(area.value), tables.has(chooser.value) || actions.has(chooser.value) ? chooser.value : "");
-        replaceAddress(decodeLink(parts.of ?? "", { ...parts.images, partition: numberText(parts.images.partition) }));
-        if (parts.of && parts.of !== chooser.value)
+    const update = (chosenFirst) => {
+        const parts = chooseParts(readImageText(area.value), knownName(chooser.value), chosenFirst);
+        replaceAddress(decodeLink(parts.of, parts.images));
+        if (parts.of && !chosenFirst)
             chooser.value = parts.of;
-        document.getElementById("decoded").replaceChildren(...el("div", {}, decodeResult(parts.of ?? "", parts.images)).childNodes);
+        document.getElementById("decoded").replaceChildren(...el("div", {}, decodeResult(parts.of, parts.images)).childNodes);
     };
-    area.addEventListener("input", update);
-    chooser.addEventListener("input", update);
+    area.addEventListener("input", () => update(false));
+    chooser.addEventListener("input", () => update(true));
     const known = [...catalogue.tables.filter((table) => !isKeyless(table)), ...catalogue.actions.filter((action) => action.bytes)];
     return {
         title: of ? `Decode ${of}` : "Decoder",

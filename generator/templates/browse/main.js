@@ -156,11 +156,8 @@ function facetValue(name, value, number) {
 
 function showFacets() {
     document.getElementById("facets").replaceChildren(...Object.entries(facets).map(([name, facet]) => {
-        const numbers = new Map();
-        for (const table of catalogue.tables)
-            for (const value of facet.of(table))
-                numbers.set(value, (numbers.get(value) ?? 0) + 1);
-        return el("fieldset", {}, el("legend", {}, facet.title), [...numbers].map(([value, number]) => facetValue(name, value, number)));
+        const numberOf = (value) => catalogue.tables.filter((table) => facet.of(table).includes(value)).length;
+        return el("fieldset", {}, el("legend", {}, facet.title), facet.values.map((value) => facetValue(name, value, numberOf(value))));
     }));
     showFacetState();
 }

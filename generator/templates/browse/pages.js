@@ -20,6 +20,12 @@ function argumentTable(details) {
         [prose(argument.text), argument.unit && `; unit: ${argument.unit}`]]));
 }
 
+const objectTexts = {
+    binding: "action of a table", field: "key field of a table", reference: "kind of target of an indirect table",
+    member: "action of a profile", program: "program",
+};
+const objectText = (over) => objectTexts[over] ?? resourceKinds[over]?.text ?? over;
+
 function functionBody(made) {
     const details = detailsOf(made);
     return [
@@ -72,10 +78,9 @@ function familyPage(name) {
         title: name,
         content: [heading("Family of functions", el("code", {}, name)),
             el("p", {}, prose(family.functions[0].family.brief)),
-            facts([["One for each", family.over.replace("_", " ")], ["Functions", `${family.functions.length}`]]),
+            facts([["One for each", objectText(family.over)], ["Functions", `${family.functions.length}`]]),
             section("functions", count(family.functions.length, "function"),
-                family.functions.length > 200 && el("p", { class: "told" }, "The first 200; the search finds the others."),
-                family.functions.slice(0, 200).map(functionItem))],
+                family.functions.map(functionItem))],
     };
 }
 
@@ -85,7 +90,7 @@ function functionsPage() {
         content: [heading("Library", "Families of functions"),
             el("p", {}, `${count(functions.size, "function")} in ${count(families.size, "family").replace("familys", "families")}.`),
             dataTable("Families", ["Family", "One for each", "Functions"], [...families.values()].map((family) => [
-                link("family", family.name), family.over.replace("_", " "), `${family.functions.length}`])),
+                link("family", family.name), objectText(family.over), `${family.functions.length}`])),
             functionSection("program/")],
     };
 }

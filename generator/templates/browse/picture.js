@@ -108,10 +108,14 @@ function gridCell(first, second, kind, most) {
     const shared = sharedBy(first, second, kind === "action" ? actionNames : fieldNames);
     if (!shared.length)
         return el("td", { class: "none" }, "·");
-    const strength = Math.round(15 + (70 * shared.length) / most);
+    const strength = Math.round(8 + (34 * shared.length) / most);
     const what = `${count(shared.length, kind === "action" ? "action" : "field")} in ${first.title} and ${second.title}`;
     return el("td", {}, el("button", { type: "button", class: `shared ${kind}`, style: `--strength: ${strength}%`, "aria-label": what,
         title: `${what}: ${shared.join(", ")}`, onclick: () => tellShared(what, kind, shared) }, `${shared.length}`));
+}
+
+function mostShared(list, of) {
+    return Math.max(...list.flatMap((row, i) => list.slice(0, i).map((column) => sharedBy(row, column, of).length)));
 }
 
 function tellShared(what, kind, shared) {
@@ -120,8 +124,9 @@ function tellShared(what, kind, shared) {
 
 function sharedGrid() {
     const list = [...groups.values()];
+    const most = { action: mostShared(list, actionNames), field: mostShared(list, fieldNames) };
     const cell = (row, i, column, j) => (i === j ? el("td", { class: "self" })
-        : gridCell(row, column, j > i ? "action" : "field", j > i ? 4 : 12));
+        : gridCell(row, column, j > i ? "action" : "field", j > i ? most.action : most.field));
     return el("div", { class: "scroll", tabindex: 0, role: "region", "aria-label": "What two groups share" },
         el("table", { class: "grid" },
             el("thead", {}, el("tr", {}, el("td", {}), list.map((group) => el("th", { scope: "col" },

@@ -116,18 +116,18 @@ const yesNo = (holds) => (holds ? "yes" : "no");
 
 // Each with the values that a table has of it.
 const facets = {
-    group: { title: "Group", of: (table) => [table.group], text: (value) => groups.get(value).title },
-    match: { title: "Kind of match", of: (table) => [table.match], text: (value) => matchTexts[value] },
+    group: { title: "Group", values: [...groups.keys()], of: (table) => [table.group], text: (value) => groups.get(value).title },
+    match: { title: "Kind of match", values: Object.keys(matchTexts), of: (table) => [table.match], text: (value) => matchTexts[value] },
     resources: {
-        title: "Resources", text: (value) => value,
+        title: "Resources", values: ["direct counter", "direct meter", "by index", "none"], text: (value) => value,
         of: (table) => {
             const has = [["counter", "direct counter"], ["meter", "direct meter"], ["indexed_resource", "by index"]]
                 .filter(([column]) => table[column]).map(([, text]) => text);
             return has.length ? has : ["none"];
         },
     },
-    profile: { title: "Action profile", of: (table) => [yesNo(table.profile)], text: (value) => value },
-    ageing: { title: "Entries age", of: (table) => [yesNo(table.idle_time)], text: (value) => value },
+    profile: { title: "Action profile", values: ["yes", "no"], of: (table) => [yesNo(table.profile)], text: (value) => value },
+    ageing: { title: "Entries age", values: ["yes", "no"], of: (table) => [yesNo(table.idle_time)], text: (value) => value },
 };
 
 // `chosen` holds a set of values for each facet; an empty one lets everything through.
