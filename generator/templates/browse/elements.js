@@ -2,12 +2,15 @@
 
 function fillElement(element, attributes, children) {
     for (const [name, value] of Object.entries(attributes ?? {})) {
-        if (name.startsWith("on"))
-            element.addEventListener(name.slice(2), value);
+        if (name.startsWith("on")) element.addEventListener(name.slice(2), value);
         else if (value !== false && value !== undefined && value !== null)
             element.setAttribute(name, value === true ? "" : value);
     }
-    element.append(...children.flat(Infinity).filter((child) => child !== undefined && child !== null && child !== false));
+    element.append(
+        ...children
+            .flat(Infinity)
+            .filter((child) => child !== undefined && child !== null && child !== false),
+    );
     return element;
 }
 
@@ -34,10 +37,34 @@ function badge(text, kind) {
 }
 
 function dataTable(caption, heads, rows) {
-    return el("div", { class: "scroll", tabindex: 0, role: "region", "aria-label": caption },
-        el("table", {},
-            el("thead", {}, el("tr", {}, heads.map((head) => el("th", { scope: "col" }, head)))),
-            el("tbody", {}, rows.map((row) => el("tr", {}, row.map((cell) => el("td", {}, cell)))))));
+    return el(
+        "div",
+        { class: "scroll", tabindex: 0, role: "region", "aria-label": caption },
+        el(
+            "table",
+            {},
+            el(
+                "thead",
+                {},
+                el(
+                    "tr",
+                    {},
+                    heads.map((head) => el("th", { scope: "col" }, head)),
+                ),
+            ),
+            el(
+                "tbody",
+                {},
+                rows.map((row) =>
+                    el(
+                        "tr",
+                        {},
+                        row.map((cell) => el("td", {}, cell)),
+                    ),
+                ),
+            ),
+        ),
+    );
 }
 
 // A file has no clipboard of its own in some browsers; then a selection is copied.
@@ -61,15 +88,27 @@ function copyButton(text, what) {
         await copyText(text);
         button.textContent = "Copied";
         document.getElementById("status").textContent = `${what} copied`;
-        setTimeout(() => { button.textContent = "Copy"; }, 1500);
+        setTimeout(() => {
+            button.textContent = "Copy";
+        }, 1500);
     });
     return button;
 }
 
 function codeBlock(text, what) {
-    return el("div", { class: "code" }, el("pre", { tabindex: 0 }, el("code", {}, text)), copyButton(text, what));
+    return el(
+        "div",
+        { class: "code" },
+        el("pre", { tabindex: 0 }, el("code", {}, text)),
+        copyButton(text, what),
+    );
 }
 
 function section(id, title, ...children) {
-    return el("section", { id, "aria-labelledby": `${id}-title` }, el("h2", { id: `${id}-title` }, title), children);
+    return el(
+        "section",
+        { id, "aria-labelledby": `${id}-title` },
+        el("h2", { id: `${id}-title` }, title),
+        children,
+    );
 }

@@ -14,7 +14,12 @@ const objectKinds = {
 
 // A word is looked up in the innermost object, then in its action, then in its owner.
 function scopeOf(owner, object) {
-    return { prefix: catalogue.prefix, ...owner, ...(object?.action && actionWords.get(object.action)), ...object };
+    return {
+        prefix: catalogue.prefix,
+        ...owner,
+        ...(object?.action && actionWords.get(object.action)),
+        ...object,
+    };
 }
 
 function fill(text, scope) {
@@ -29,7 +34,8 @@ function makeFunction(family, over, object, kind, scope) {
 function functionsOf(kind, owner) {
     const made = [];
     for (const { over, families } of familyRows.sections) {
-        const parts = over === kind ? [undefined] : objectKinds[kind].parts.includes(over) ? owner[over] ?? [] : [];
+        const parts =
+            over === kind ? [undefined] : objectKinds[kind].parts.includes(over) ? (owner[over] ?? []) : [];
         for (const part of parts) {
             const scope = scopeOf(owner, part);
             for (const family of families)
@@ -42,12 +48,21 @@ function functionsOf(kind, owner) {
 
 function programFunctions() {
     const scope = scopeOf({});
-    return familyRows.sections.filter(({ over }) => over === "program").flatMap(({ families }) =>
-        families.map((family) => makeFunction(family, "program", "", "program", scope)));
+    return familyRows.sections
+        .filter(({ over }) => over === "program")
+        .flatMap(({ families }) =>
+            families.map((family) => makeFunction(family, "program", "", "program", scope)),
+        );
 }
 
-const functionLists = new Map(Object.keys(objectKinds).flatMap((kind) =>
-    objectWords[kind].map((owner) => [`${kind}/${owner[objectKinds[kind].word]}`, functionsOf(kind, owner)])));
+const functionLists = new Map(
+    Object.keys(objectKinds).flatMap((kind) =>
+        objectWords[kind].map((owner) => [
+            `${kind}/${owner[objectKinds[kind].word]}`,
+            functionsOf(kind, owner),
+        ]),
+    ),
+);
 functionLists.set("program/", programFunctions());
 const functions = new Map([...functionLists.values()].flat().map((made) => [made.name, made]));
 
@@ -64,12 +79,22 @@ function detailsOf({ name, family, over, object, scope }) {
         .map((id) => ({ id, ...familyRows.arguments[id] }))
         .filter(({ when }) => !when || scope[when])
         .map((row) => ({
-            id: row.id, name: fill(row.name, scope), type: fill(row.type, scope), direction: row.out ? "out" : "in",
-            unit: row.unit ?? "", text: fill(row.text, scope),
+            id: row.id,
+            name: fill(row.name, scope),
+            type: fill(row.type, scope),
+            direction: row.out ? "out" : "in",
+            unit: row.unit ?? "",
+            text: fill(row.text, scope),
         }));
     return {
-        name, family: family.name, over, object: object || catalogue.program, result: fill(family.result, scope), arguments: args,
-        returns: fill(family.returns, scope), brief: fill(family.brief, scope),
+        name,
+        family: family.name,
+        over,
+        object: object || catalogue.program,
+        result: fill(family.result, scope),
+        arguments: args,
+        returns: fill(family.returns, scope),
+        brief: fill(family.brief, scope),
     };
 }
 

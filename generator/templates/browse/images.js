@@ -15,11 +15,16 @@ function layoutOf(rows) {
 
 // The digits of an image, which may stand in groups; throws a text that says what is wrong.
 function imageDigits(text, bytes, what) {
-    const digits = text.replace(/^0x/i, "").replace(/[\s:_-]/g, "").toLowerCase();
+    const digits = text
+        .replace(/^0x/i, "")
+        .replace(/[\s:_-]/g, "")
+        .toLowerCase();
     if (/[^0-9a-f]/.test(digits))
         throw Error(`The ${what} holds something that is no hex digit: ${digits.match(/[^0-9a-f]/)[0]}`);
-    if (digits.length !== 2 * bytes)
-        throw Error(`The ${what} has ${count(digits.length, "digit")}; it takes ${2 * bytes}, for ${count(bytes, "byte")}`);
+    if (digits.length !== 2 * bytes) {
+        const has = count(digits.length, "digit");
+        throw Error(`The ${what} has ${has}; it takes ${2 * bytes}, for ${count(bytes, "byte")}`);
+    }
     return digits;
 }
 
@@ -29,14 +34,12 @@ function valueAt(digits, { offset, bytes }) {
 
 // The length that the lowest set bit of a mask tells.
 function prefixLength(mask, width) {
-    for (let zeros = 0; zeros < width; ++zeros)
-        if ((mask >> BigInt(zeros)) & 1n)
-            return width - zeros;
+    for (let zeros = 0; zeros < width; ++zeros) if ((mask >> BigInt(zeros)) & 1n) return width - zeros;
     return 0;
 }
 
-// The fields of a key: {name, row, value, mask or length}. Without a mask all bits count. The partition word holds
-// what stands in no image.
+// The fields of a key: {name, row, value, mask or length}. Without a mask all bits count. The partition word
+// holds what stands in no image.
 function decodeKey(table, value, mask, partition) {
     const size = table.bytes;
     const digits = imageDigits(value, size, "value image");
@@ -45,10 +48,8 @@ function decodeKey(table, value, mask, partition) {
         const field = { name: row.name, row };
         field.value = row.partition_index ? BigInt(partition ?? 0) & 0xffffn : valueAt(digits, row);
         const bits = maskDigits ? valueAt(maskDigits, row) : allOnes(row.width);
-        if (row.match === "ternary")
-            field.mask = bits;
-        else if (row.match === "lpm")
-            field.length = prefixLength(bits, row.width);
+        if (row.match === "ternary") field.mask = bits;
+        else if (row.match === "lpm") field.length = prefixLength(bits, row.width);
         return field;
     });
 }
@@ -57,18 +58,20 @@ function decodeKey(table, value, mask, partition) {
 function decodeAction(action, data) {
     const digits = imageDigits(data, action.bytes, "action image");
     return layoutOf(action.parameters).map((row) => ({
-        name: row.name, row, value: row.in_image ? valueAt(digits, row) : undefined,
+        name: row.name,
+        row,
+        value: row.in_image ? valueAt(digits, row) : undefined,
     }));
 }
 
-// What a field of the mask image can hold at most, by byte, and who says so: only a ternary key is cut off at the
-// width of its fields.
+// What the mask image can hold of a field at most, by byte: only a ternary key is cut off at the width of its
+// fields.
 function maskBytes(table, row) {
     const first = hasTernary(table) && row.width % 8 ? (1 << (row.width % 8)) - 1 : 0xff;
     return Array.from({ length: row.bytes }, (_, i) => (row.partition_index ? 0 : i === 0 ? first : 0xff));
 }
 
-// ---- As people write values ----------------------------------------------------------------------------------
+// ---- As people write values -------------------------------------------------------------------------------
 
 const hexText = (value) => `0x${value.toString(16)}`;
 
@@ -76,9 +79,9 @@ function v6Text(value) {
     const words = Array.from({ length: 8 }, (_, i) => (value >> BigInt(112 - 16 * i)) & 0xffffn);
     const text = words.map((word) => word.toString(16)).join(":");
     const zeros = [...text.matchAll(/(?:^|:)0(?::0)+(?=:|$)/g)].sort((a, b) => b[0].length - a[0].length)[0];
-    if (!zeros)
-        return text;
-    const before = text.slice(0, zeros.index), after = text.slice(zeros.index + zeros[0].length);
+    if (!zeros) return text;
+    const before = text.slice(0, zeros.index),
+        after = text.slice(zeros.index + zeros[0].length);
     return `${before}::${after.replace(/^:/, "")}`;
 }
 
@@ -87,20 +90,17 @@ function v4Text(value) {
 }
 
 function valueText(value, { format, width }) {
-    if (width === 128)
-        return v6Text(value);
-    if (format === "v4addr" && value < 1n << 32n)
-        return v4Text(value);
+    if (width === 128) return v6Text(value);
+    if (format === "v4addr" && value < 1n << 32n) return v4Text(value);
     return format === "mac" ? `0x${value.toString(16).padStart(6, "0")}` : value.toString();
 }
 
 // As the shell takes a field: value, value&mask, value/length.
 function matchText({ value, mask, length, row }) {
-    if (mask === 0n)
-        return "any";
+    if (mask === 0n) return "any";
     const text = valueText(value, row);
-    if (length !== undefined)
-        return `${text}/${length}`;
-    return mask === undefined || mask === allOnes(row.width) ? text
+    if (length !== undefined) return `${text}/${length}`;
+    return mask === undefined || mask === allOnes(row.width)
+        ? text
         : `${text}&${row.format === "none" || row.format === "dec" ? hexText(mask) : valueText(mask, row)}`;
 }
