@@ -176,8 +176,11 @@ def decoder(browser):
     digits = lambda size: chance.randbytes(size).hex()
     asked = []
     for table in CATALOGUE["tables"]:
-        for _ in range(3 if table["key"] else 0):
-            asked.append(("decodeKey", table["name"], [digits(table["bytes"]), digits(table["bytes"]), chance.randrange(1 << 16)]))
+        size = table["bytes"]
+        masks = [digits(size), digits(size), "00" * size] if size else []
+        if table["match"] == "lpm": # the last bit that counts, wherever it is
+            masks += [f"{1 << bit:0{2 * size}x}" for bit in range(8 * size)]
+        asked += [("decodeKey", table["name"], [digits(size), mask, chance.randrange(1 << 16)]) for mask in masks]
     for action in CATALOGUE["actions"]:
         asked += [("decodeAction", action["name"], [digits(action["bytes"])])] * (action["bytes"] > 0)
     lines = [f"decode match {name} {rest[0]} {rest[1]} partition={rest[2]}" if call == "decodeKey" else
@@ -241,6 +244,12 @@ def examples(browser):
         calls = driver_calls(done.stdout + done.stderr)
         expect("driver calls of the shell's lines", driver_calls(trace.read_text()), calls)
     expect("driver calls", len(calls) >= len(names), True)
+    masks = browser.execute_script("""
+        return [...reference.tables.values()].filter(({ match }) => match === "exact" || match === "ternary").map((table) => [
+            table.name, reference.layoutOf(table.key).flatMap((row) => reference.maskBytes(table, row))]);""")
+    added = dict(re.findall(r"table=0x\w+ (\w+), match={value=\w+ mask=(\w+)", "\n".join(calls)))
+    expect("the masks that the strips show", {name: bytes(mask).hex() for name, mask in masks},
+           {name: added[name] for name, _ in masks})
 
 
 # ---- Looks -------------------------------------------------------------------------------------------------------

@@ -308,6 +308,8 @@ window.reference = {
     shellExample,
     decodeKey,
     decodeAction,
+    layoutOf,
+    maskBytes,
     tables,
     actions,
     functions: () => [...functions.values()].map(detailsOf),
