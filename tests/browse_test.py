@@ -178,7 +178,7 @@ def decoder(browser):
     for table in CATALOGUE["tables"]:
         size = table["bytes"]
         masks = [digits(size), digits(size), "00" * size] if size else []
-        if table["match"] == "lpm": # the last bit that counts, wherever it is
+        if table["match"] == "lpm":  # the last bit that counts, wherever it is
             masks += [f"{1 << bit:0{2 * size}x}" for bit in range(8 * size)]
         asked += [("decodeKey", table["name"], [digits(size), mask, chance.randrange(1 << 16)]) for mask in masks]
     for action in CATALOGUE["actions"]:
