@@ -54,10 +54,12 @@ elseif(NOT CMAKE_CROSSCOMPILING)
     install(PROGRAMS ${TESSEL_PDGEN} DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME pdgen COMPONENT tools)
 endif()
 install(DIRECTORY ${TS_ROOT}/catalogue ${TS_ROOT}/driver generator/templates DESTINATION ${data} COMPONENT tools
-    FILES_MATCHING PATTERN *.toml PATTERN *.mustache PATTERN README.md)
+    FILES_MATCHING PATTERN *.toml PATTERN *.mustache PATTERN "browse/*" PATTERN README.md)
 install(FILES
     ${TS_GENERATED}/reference/catalogue.json
+    ${TS_GENERATED}/reference/catalogue.schema.json
     ${TS_GENERATED}/reference/functions.json
+    ${TS_GENERATED}/reference/functions.schema.json
     DESTINATION ${data} COMPONENT tools)
 install(FILES shell/completion/tessel-shell generator/completion/pdgen
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)

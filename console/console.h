@@ -21,19 +21,20 @@ PD_BEGIN_DECLS
 
 /** What a console works on, and its bounds. All zeros are the defaults. */
 typedef struct ts_console_options {
-    pd_sess_hdl session; /**< of the driver */
-    u32 device;
-    u8 read_only;     /**< not 0: what writes is refused */
-    u32 line_bytes;   /**< of a command at most; 0 stands for 64 KiB */
-    u32 answer_bytes; /**< of what a command prints at most; 0 stands for 16 MiB */
+    pd_sess_hdl session;   /**< of the driver */
+    uint32_t device;       /**< that the commands are for */
+    uint8_t read_only;     /**< not 0: what writes is refused */
+    uint32_t line_bytes;   /**< of a command at most; 0 stands for 64 KiB */
+    uint32_t answer_bytes; /**< of what a command prints at most; 0 stands for 16 MiB */
     /**
      * Called on the console's thread between two steps of a long command, such as two entries of a walk: a
      * place to give way. Not 0 ends the command. May be null.
      */
     int (*between_steps)(void *cookie);
-    void *cookie;
+    void *cookie; /**< handed to it */
 } ts_console_options;
 
+/** A session of the shell inside this process. */
 typedef struct ts_console ts_console;
 
 enum {
@@ -50,13 +51,20 @@ enum {
 
 /** What a command gave. The texts end in a zero byte and live until the console's next command. */
 typedef struct ts_console_answer {
-    int status;
-    const char *output;
-    size_t output_bytes;
-    const char *messages; /**< what was wrong, one line each */
-    size_t messages_bytes;
+    int status;            /**< one of the three above */
+    const char *output;    /**< what it printed */
+    size_t output_bytes;   /**< without the zero byte */
+    const char *messages;  /**< what was wrong, one line each */
+    size_t messages_bytes; /**< likewise */
 } ts_console_answer;
 
+/**
+ * Opens a session, which takes commands until it is closed.
+ *
+ * @param options null for the defaults
+ * @param console receives it
+ * @return 0, or an errno
+ */
 int ts_console_open(const ts_console_options *options, ts_console **console);
 
 /** Carries a command out. Its place in messages is the column. */
@@ -71,10 +79,11 @@ void ts_console_close(ts_console *console);
 /** How to answer on a socket. All zeros are the defaults. */
 typedef struct ts_console_server_options {
     ts_console_options console; /**< `between_steps` and `cookie` are the server's own, and left alone */
-    u32 clients;                /**< at once at most; 0 stands for 64 */
+    uint32_t clients;           /**< at once at most; 0 stands for 64 */
     const char *group;          /**< whose members may connect, too; null for none */
 } ts_console_server_options;
 
+/** The thread that answers on a socket. */
 typedef struct ts_console_server ts_console_server;
 
 /**
@@ -82,6 +91,7 @@ typedef struct ts_console_server ts_console_server;
  * takes no signals. Only the same user, root and members of the group are let in. A socket that nobody
  * answers on is replaced.
  *
+ * @param path    of the socket
  * @param options null for the defaults
  * @param server  may be null for one that is never stopped
  * @return EADDRINUSE where somebody answers, or there is something else than a socket

@@ -63,7 +63,10 @@ constexpr Output outputs[] = {
     {"actions_reference.mustache", "reference/actions.md"},
     {"functions_reference.mustache", "reference/functions.md"},
     {"functions_json.mustache", "reference/functions.json"},
+    {"functions_schema.mustache", "reference/functions.schema.json"},
     {"catalogue_json.mustache", "reference/catalogue.json"},
+    {"catalogue_schema.mustache", "reference/catalogue.schema.json"},
+    {"browse.mustache", "reference/index.html"},
     {"driver_header.mustache", "driver/*", "driver_headers", "header"},
     {"driver_reference.mustache", "reference/driver.md"},
     {"every_header.mustache", "operations/every_header.h"},
@@ -189,6 +192,10 @@ public:
                 view.set(
                     entry.path().stem().string(),
                     data(kainjow::mustache::partial([text = partial_text(entry.path())] { return text; })));
+        // What the browse page consists of goes into it as it stands: page.css is the variable page_css.
+        for (const auto &entry : fs::directory_iterator(templates / "browse"))
+            view.set(entry.path().stem().string() + "_" + entry.path().extension().string().substr(1),
+                     read_file(entry.path()));
     }
 
     // Nothing is written before all templates have been rendered.

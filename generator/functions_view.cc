@@ -6,8 +6,6 @@
 
 namespace pdgen {
 
-namespace {
-
 const View &value_of(const std::string &word, const std::vector<const View *> &scope)
 {
     for (auto view = scope.rbegin(); view != scope.rend(); ++view)
@@ -15,6 +13,8 @@ const View &value_of(const std::string &word, const std::vector<const View *> &s
             return *value;
     throw std::runtime_error("functions.toml: \"" + word + "\" has no value here");
 }
+
+namespace {
 
 bool holds(const std::string &predicate, const std::vector<const View *> &scope)
 {
@@ -128,6 +128,7 @@ View FunctionViews::function_view(const Section &section, const Family &family, 
     const std::string name = fill(family.name, scope);
     view.set("function", name);
     view.set("family", family.name);
+    view.set("over", section.over);
     view.set("object", value_of(find_object(section.over)->word, scope).string_value());
     view.set("is_first", View(exported.empty()));
     exported.emplace_back(name, &family);
@@ -174,11 +175,11 @@ void FunctionViews::set_list(View &owner, const Views &functions)
         all.push_back(function);
 }
 
-void FunctionViews::set_functions(View &owner, const std::vector<Part> &parts)
+void FunctionViews::set_functions(View &owner, const std::vector<ObjectPart> &parts)
 {
     Views views;
     for (const Section &section : catalogue.functions.sections)
-        for (const Part &part : parts) {
+        for (const ObjectPart &part : parts) {
             if (section.over != part.over)
                 continue;
             for (const View *object : part.objects)

@@ -13,19 +13,22 @@ namespace pdgen {
 using View = kainjow::mustache::data;
 using Views = kainjow::mustache::list;
 
+// The objects of one kind that belong to an owner.
+struct ObjectPart {
+    const char *over;
+    std::vector<const View *> objects;
+};
+
+// What the word stands for, in the innermost of these objects that has it, which is the last one.
+const View &value_of(const std::string &word, const std::vector<const View *> &scope);
+
 class FunctionViews {
 public:
-    // The objects of one kind that belong to an owner.
-    struct Part {
-        const char *over;
-        std::vector<const View *> objects;
-    };
-
     explicit FunctionViews(const Catalogue &rows) : catalogue(rows) {}
 
     // Sets the variable "functions" of the owner: all functions over these objects, in the order of the rows.
     // Words are looked up in the object and then in the owner.
-    void set_functions(View &owner, const std::vector<Part> &parts);
+    void set_functions(View &owner, const std::vector<ObjectPart> &parts);
 
     // All functions so far, in the order of their making, with their families.
     const std::vector<std::pair<std::string, const Family *>> &exports() const { return exported; }

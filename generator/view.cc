@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 
+#include "browse_data.h"
 #include "functions_view.h"
 #include "names.h"
 #include "operations_view.h"
@@ -95,6 +96,8 @@ public:
         for (const char *file : {"program", "inspection", "resources", "services"})
             view.set(std::string(file) + "_sections", functions.program_functions(file, view));
         functions.set_families(view);
+        view.set("families_json", families_json(catalogue.functions));
+        view.set("words_json", words.json());
         return view;
     }
 
@@ -116,6 +119,7 @@ public:
 private:
     const Catalogue &catalogue;
     FunctionViews functions;
+    ObjectWords words;
     std::map<std::string, data> actions;
 
     // Of the longest full name, with its NUL.
@@ -251,6 +255,7 @@ private:
                                [&](const Field &field) { return field.match == match; });
         };
         view.set("table", table.name);
+        view.set("group", group_of(table));
         view.set("table_handle", hex(table.handle));
         view.set("key_type", key_type(catalogue, table.name));
         view.set("has_key", data(!table.key.empty()));
@@ -284,6 +289,14 @@ private:
         view.set("entry_actions", profile ? binding_views(profile->actions, true)
                                           : binding_views(table.actions, !table.key.empty()));
         return view;
+    }
+
+    std::string group_of(const Table &table) const
+    {
+        const auto has = [&](const Group &group) {
+            return std::ranges::any_of(group.tables, [&](const Table &own) { return &own == &table; });
+        };
+        return std::ranges::find_if(catalogue.groups, has)->file;
     }
 
     list label_views(const Table &table, const Labels &labels) const
@@ -320,10 +333,16 @@ private:
         return view;
     }
 
+    void set_functions(data &owner, const std::vector<ObjectPart> &parts)
+    {
+        words.add(owner, parts);
+        functions.set_functions(owner, parts);
+    }
+
     data with_functions(data view, const char *over)
     {
         functions.set_slots(view, over);
-        functions.set_functions(view, {{over, {&view}}});
+        set_functions(view, {{over, {&view}}});
         return view;
     }
 
@@ -346,10 +365,10 @@ private:
         for (data &reference : references)
             functions.set_slots(reference, "reference", &view);
         functions.set_slots(view, "table");
-        functions.set_functions(view, {{"table", {&view}},
-                                       {"binding", pointers_to(bindings)},
-                                       {"field", pointers_to(fields)},
-                                       {"reference", pointers_to(references)}});
+        set_functions(view, {{"table", {&view}},
+                             {"binding", pointers_to(bindings)},
+                             {"field", pointers_to(fields)},
+                             {"reference", pointers_to(references)}});
         view.set("actions", bindings);
         view.set("references", references);
         return view;
@@ -379,7 +398,7 @@ private:
         for (data &member : members)
             functions.set_slots(member, "member", &view);
         functions.set_slots(view, "profile");
-        functions.set_functions(view, {{"member", pointers_to(members)}, {"profile", {&view}}});
+        set_functions(view, {{"member", pointers_to(members)}, {"profile", {&view}}});
         view.set("entry_actions", members);
         return view;
     }

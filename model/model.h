@@ -80,12 +80,12 @@ uint32_t ts_model_entry_count(uint32_t device_id, uint32_t table);
 
 /** What a look-up found. */
 typedef struct ts_model_hit {
-    int hit; /**< 0: a miss, the other members are 0 */
-    pd_entry_hdl entry;
-    uint32_t priority;   /**< of the entry; among hits the lowest number wins */
-    uint32_t candidates; /**< how many entries the key matched */
-    uint32_t runner_up;  /**< the entry that would win without this one, 0 for none */
-    uint32_t runner_up_priority;
+    int hit;                     /**< 0: a miss, the other members are 0 */
+    pd_entry_hdl entry;          /**< the entry that wins */
+    uint32_t priority;           /**< of the entry; among hits the lowest number wins */
+    uint32_t candidates;         /**< how many entries the key matched */
+    uint32_t runner_up;          /**< the entry that would win without this one, 0 for none */
+    uint32_t runner_up_priority; /**< its priority */
 } ts_model_hit;
 
 /**
@@ -105,21 +105,21 @@ pd_status ts_model_hardware_lookup(uint32_t device_id, uint32_t table, const uin
 
 /** An entry as the model holds it; the pointers live until the next change of the table. */
 typedef struct ts_model_entry {
-    const uint8_t *value; /**< null, like the mask, for the default entry */
-    const uint8_t *mask;
-    uint32_t key_bytes; /**< 0 for the default entry */
-    uint32_t partition_index;
-    uint32_t priority;
-    uint32_t action; /**< handle of the action function */
-    uint32_t action_kind;
-    const uint8_t *data;
-    uint32_t data_bytes;
+    const uint8_t *value;     /**< null, like the mask, for the default entry */
+    const uint8_t *mask;      /**< of the value */
+    uint32_t key_bytes;       /**< of either, 0 for the default entry */
+    uint32_t partition_index; /**< 0 in a table without partitions */
+    uint32_t priority;        /**< as it was given */
+    uint32_t action;          /**< handle of the action function */
+    uint32_t action_kind;     /**< as in the driver's record: the action itself, a member or a group */
+    const uint8_t *data;      /**< the image of the action's parameters */
+    uint32_t data_bytes;      /**< of it */
     uint32_t handle_of_member_or_group; /**< when action_kind is 2 or 4 */
-    uint32_t res_count;
-    uint32_t res_handle;
-    uint32_t res_index;
-    uint32_t res_tag;
-    uint32_t ttl;
+    uint32_t res_count;                 /**< 1 for an entry with a cell of a resource, else 0 */
+    uint32_t res_handle;                /**< of the resource */
+    uint32_t res_index;                 /**< its cell */
+    uint32_t res_tag;                   /**< as in the driver's record */
+    uint32_t ttl;                       /**< as it was given */
 } ts_model_entry;
 
 /** Reads one entry or the default entry. TS_MODEL_UNKNOWN_OBJECT when there is none. */
@@ -210,8 +210,8 @@ typedef struct ts_model_profile_update {
     pd_grp_hdl group;  /**< 0 where none is concerned */
     pd_mbr_hdl member; /**< likewise */
     uint32_t action; /**< of the member, as its data: behind the change, or what it was; 0 without a member */
-    const uint8_t *data;
-    uint32_t data_bytes;
+    const uint8_t *data; /**< the image of its parameters */
+    uint32_t data_bytes; /**< of it */
 } ts_model_profile_update;
 
 /*
@@ -282,8 +282,8 @@ enum {
  * registrations are taken back may still be told.
  */
 typedef struct ts_model_update {
-    uint32_t kind; /**< one of the above */
-    pd_entry_hdl entry;
+    uint32_t kind;           /**< one of the above */
+    pd_entry_hdl entry;      /**< that changed */
     uint32_t action;         /**< handle of the action function */
     ts_model_entry contents; /**< behind the change; of a deleted entry, what it was */
 } ts_model_update;
@@ -297,7 +297,7 @@ typedef struct ts_model_update {
  * operation decodes is refused with TS_MODEL_BAD_ARGUMENT.
  */
 typedef struct ts_model_plcmt_request {
-    uint32_t device_id;
+    uint32_t device_id; /**< where it is */
     pd_entry_hdl entry; /**< may be TS_MODEL_DEFAULT_ENTRY; in a profile, the member or group */
     void *data;         /**< the caller frees it with ts_model_free_plcmt_data */
 } ts_model_plcmt_request;
@@ -405,8 +405,8 @@ pd_status ts_model_advance_clock(uint32_t device_id, uint32_t ticks);
  * else is refused with TS_MODEL_UNKNOWN_OBJECT. ts_model_reset and the removal of the device free it, too.
  */
 typedef struct ts_model_digest_message {
-    uint32_t device_id;
-    uint32_t digest;
+    uint32_t device_id;     /**< whose packets it is about */
+    uint32_t digest;        /**< its handle */
     uint32_t count;         /**< of entries, at least 1 */
     uint32_t entry_bytes;   /**< of one entry */
     const uint8_t *entries; /**< one behind the other, as they were given to ts_model_digest */
@@ -480,14 +480,14 @@ enum {
  * unknown snapshot.
  */
 typedef struct ts_model_snapshot {
-    uint32_t device_id;
+    uint32_t device_id;   /**< that it was made for */
     uint32_t pipe;        /**< kept as given */
     uint32_t first_stage; /**< the stages that it looks at, at most TS_MODEL_STAGES - 1 */
     uint32_t last_stage;  /**< included, not below the first */
-    uint32_t direction;
-    uint32_t captured;   /**< stages, up to the last one that captured something */
-    const uint8_t *spec; /**< the trigger, null like its mask before it is set */
-    const uint8_t *mask;
+    uint32_t direction;   /**< of the pipeline: TS_MODEL_INGRESS or TS_MODEL_EGRESS */
+    uint32_t captured;    /**< stages, up to the last one that captured something */
+    const uint8_t *spec;  /**< the trigger, null like its mask before it is set */
+    const uint8_t *mask;  /**< the bits of it that count */
     uint32_t stage_bytes; /**< of the two records, and of each stage of a capture */
 } ts_model_snapshot;
 

@@ -88,7 +88,7 @@ protected:
         fs::copy(TS_CATALOGUE_DIR, catalogue);
         fs::create_directory(directory / "driver");
         fs::copy(TS_CATALOGUE_DIR "/../driver/operations.toml", directory / "driver");
-        fs::copy(TS_TEMPLATE_DIR, templates);
+        fs::copy(TS_TEMPLATE_DIR, templates, fs::copy_options::recursive);
     }
 
     Outcome pdgen(const std::string &arguments, const std::string &before = "")
@@ -334,8 +334,9 @@ TEST_F(Generator, FilesAreTouchedOnlyWhenTheyChange)
 
     replace_in(catalogue / "l2.toml", "Sorts destination MACs per port", "Sorts MACs");
     ASSERT_EQ(generate().status, 0);
-    EXPECT_EQ(touched(), (std::vector<std::string>{"include/pd_l2.h", "reference/catalogue.json",
-                                                   "reference/l2.md", "rows/rows_l2.h"}));
+    EXPECT_EQ(touched(),
+              (std::vector<std::string>{"include/pd_l2.h", "reference/catalogue.json", "reference/index.html",
+                                        "reference/l2.md", "rows/rows_l2.h"}));
 }
 
 TEST_F(Generator, OutputThatCannotBeWritten)

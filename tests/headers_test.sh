@@ -2,9 +2,10 @@
 # Texts of the public headers that hang on numbers, and: every header compiles alone, as the first line of a program
 # with short types of its own, with all warnings as errors: the public ones as C99, C11, C++11 and C++20, those of the
 # driver as C11 and C++20.
-# usage: headers_test.sh CC C_FLAGS CXX CXX_FLAGS PUBLIC_DIRECTORY GENERATED_DIRECTORY DRIVER_DIRECTORY
+# usage: headers_test.sh CC C_FLAGS CXX CXX_FLAGS PUBLIC_DIRECTORY GENERATED_DIRECTORY DRIVER_DIRECTORY HEADER...
 set -eu
 cc=$1 c_flags=$2 cxx=$3 cxx_flags=$4 public=$5 generated=$6/include driver=$7 operations=$6/driver
+shift 7
 tried=0 wrong=0
 
 # alone HEADER STANDARD
@@ -22,7 +23,7 @@ alone() {
     fi
 }
 
-for header in "$public"/*.h "$generated"/*.h; do
+for header in "$public"/*.h "$generated"/*.h "$@"; do
     for standard in c99 c11 c++11 c++20; do
         alone "$header" $standard
     done

@@ -16,7 +16,7 @@ for component in libraries development tools documentation; do
 done
 (cd "$folder/installed" && find . ! -type d) | LC_ALL=C sort |
     sed -E -e "s|^\./||; s|/lib/[^/]*-linux-gnu[^/]*/|/lib/|; s|$version|VERSION|; s|-(debug\|release)\.cmake|-CONFIG.cmake|" \
-        -e 's|/[a-z_]*\.mustache|/*.mustache|' | uniq >"$folder/list"
+        -e 's|/[a-z_]*\.mustache|/*.mustache|; s|/browse/[a-z_]*\.[a-z]*$|/browse/*|' | LC_ALL=C sort -u >"$folder/list"
 [ -z "${TS_RENEW-}" ] || cp "$folder/list" "$list"
 diff -u "$list" "$folder/list" || { echo "TS_RENEW=1 takes the list over, if that is meant" >&2; exit 1; }
 

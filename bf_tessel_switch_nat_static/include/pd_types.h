@@ -19,7 +19,7 @@
     _Pragma("GCC visibility pop")
 #else
 #define PD_BEGIN_DECLS
-#define PD_END_DECLS
+#define PD_END_DECLS /**< ends what it begins */
 #endif
 
 PD_BEGIN_DECLS
@@ -83,10 +83,10 @@ enum { PD_METER_TYPE_COLOR_AWARE = 0, PD_METER_TYPE_COLOR_UNAWARE = 1 };
 
 /** A meter as a caller describes it. Rates and bursts are in the driver's units. */
 typedef struct pd_meter_spec {
-    uint32_t committed_rate;
-    uint32_t committed_burst;
-    uint32_t peak_rate;
-    uint32_t peak_burst;
+    uint32_t committed_rate;  /**< that is guaranteed */
+    uint32_t committed_burst; /**< above it for a moment */
+    uint32_t peak_rate;       /**< that is never exceeded */
+    uint32_t peak_burst;      /**< above it for a moment */
     /** PD_METER_TYPE_COLOR_AWARE or PD_METER_TYPE_COLOR_UNAWARE; another value is logged and counts as colour
      * aware, and ends the process when the driver is in debug mode. */
     uint32_t requested_meter_type;
@@ -109,13 +109,13 @@ typedef void (*pd_idle_tmo_cb)(uint32_t device_id, uint32_t table, pd_entry_hdl 
 
 /** How the entries of a table age. What the parameters mean is the driver's. */
 typedef struct pd_idle_params {
-    uint32_t idle_mode; /**< 1 is the mode that the parameters belong to */
-    uint32_t idle_param_1;
-    uint32_t idle_param_2;
-    uint32_t idle_param_3;
-    uint32_t idle_param_4;
-    uint32_t idle_param_5;
-    uint8_t idle_flag; /**< not handed on; 0 when read */
+    uint32_t idle_mode;    /**< 1 is the mode that the parameters belong to */
+    uint32_t idle_param_1; /**< the driver's, like the four below */
+    uint32_t idle_param_2; /**< likewise */
+    uint32_t idle_param_3; /**< likewise */
+    uint32_t idle_param_4; /**< likewise */
+    uint32_t idle_param_5; /**< likewise */
+    uint8_t idle_flag;     /**< not handed on; 0 when read */
 } pd_idle_params;
 
 /** Whether a member takes part in the selection of its group. */
@@ -127,8 +127,8 @@ struct pipe_action_data;
 
 /** One resource of an entry that was read back: the counter, meter or register table and the cell of it. */
 typedef struct pd_res_ref {
-    uint32_t res_handle;
-    uint32_t res_index;
+    uint32_t res_handle; /**< handle of the counter, meter or register */
+    uint32_t res_index;  /**< the cell */
 } pd_res_ref;
 
 /** What an entry does, as it is read back. */
