@@ -5,7 +5,6 @@
 #include "complete.h"
 #include "driver.h"
 #include "json.h"
-#include "policy.h"
 #include "signals.h"
 
 namespace console {
@@ -65,9 +64,7 @@ Console::Console(const ts_console_options &options, std::function<bool()> step)
 {
     shell::SessionOptions session;
     session.guest = true;
-    session.guard = [this](std::string_view command, const shell::Words &words) {
-        check(command, words, options_.read_only != 0);
-    };
+    session.read_only = options_.read_only != 0;
     const AtWork at_work{*this};
     session_.emplace(out_, err_, session);
 }

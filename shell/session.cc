@@ -272,9 +272,27 @@ void Session::carry_out(const Words &line)
     if (!command->options.empty())
         take_option_words(*command, *line_, line_->size() - words.rest().size());
     Words rest{words.rest()};
-    if (options_.guard)
-        options_.guard(command->name(), rest);
     shell::run(*command, *this, rest);
+}
+
+void Session::expect_changes_allowed() const
+{
+    if (options_.read_only)
+        throw BadLine{{}, "this console only reads"};
+}
+
+void Session::expect_allowed(const Verb &verb) const
+{
+    if (options_.guest && !verb.clash.empty())
+        throw BadLine{{}, "not in the console of a process: " + std::string{verb.clash}};
+    if (verb.effect == Effect::changes)
+        expect_changes_allowed();
+}
+
+void Session::expect_files_allowed() const
+{
+    if (options_.guest)
+        throw BadLine{{}, "not in the console of a process: files are written by the client"};
 }
 
 // What the option word of a command turns on.

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <map>
 #include <ostream>
 #include <string>
@@ -21,7 +20,7 @@
 
 namespace shell {
 
-struct Command;
+struct Verb;
 
 struct SessionOptions {
     bool keep_going = false;          // a bad line does not end the session
@@ -30,8 +29,7 @@ struct SessionOptions {
     bool interactive = false;         // a person types: bad lines are no failure
     std::ostream *terminal = nullptr; // where the progress of long files is shown
     bool guest = false;               // the process has brought the library up, and takes it down
-    // Asked before each command, with the words behind its name; throws BadLine to refuse it.
-    std::function<void(std::string_view command, const Words &words)> guard = {};
+    bool read_only = false;           // what changes something is refused
 };
 
 // Whether the command that `line` belongs to goes on in the next line.
@@ -75,6 +73,10 @@ public:
     void load(const FileName &file);
     // Carries out what is left of the line as a command of its own.
     void carry_out(const Words &words);
+    // Each throws BadLine where that is refused: a change, a verb, a file of this process.
+    void expect_changes_allowed() const;
+    void expect_allowed(const Verb &verb) const;
+    void expect_files_allowed() const;
     void quit() { done_ = true; }
 
 private:
@@ -86,7 +88,7 @@ private:
     void execute(Script &script);
     void forget_option_words() { json_ = from_hardware_ = all_bits_ = false; }
     bool &option(std::string_view word);
-    void take_option_words(const Command &command, std::string &line, std::size_t from);
+    void take_option_words(const struct Command &command, std::string &line, std::size_t from);
     void show_what_came_behind();
     void report(const Script &script, const BadLine &error);
     void report_interruption(const Script &script);

@@ -116,7 +116,7 @@ TEST_F(ConsoleTest, OnlyReadsWhenToldSo)
                                 "clock 1",
                                 "corrupt ipv4Host 1 : missing",
                                 "property ipv4Host 1 2",
-                                "meter adjust x 1",
+                                "meter adjust pdpMeter 1",
                                 "counter write x 1 : packets=1",
                                 "register fill x 1",
                                 "idle ttl l2LearningLookup 1 ttl=5",

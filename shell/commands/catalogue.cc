@@ -226,11 +226,15 @@ void describe_one(Session &session, const arg::TableOrProfile::Value &object)
         print_description(session, *object.table->row);
 }
 
-constexpr Verb tables_verb[] = {verb<tables, arg::Optional<arg::Word<"TEXT">>>(
-    "tables", "the tables whose name contains TEXT, with key kind and number of entries")};
+constexpr Verb tables_verb[] = {
+    verb<tables, arg::Optional<arg::Word<"TEXT">>>(
+        "tables", "the tables whose name contains TEXT, with key kind and number of entries")
+        .reads()};
 
-constexpr Verb describe_verb[] = {verb<describe_one, arg::TableOrProfile>(
-    "describe", "the key, actions and resources of a table, the actions of a profile")};
+constexpr Verb describe_verb[] = {
+    verb<describe_one, arg::TableOrProfile>(
+        "describe", "the key, actions and resources of a table, the actions of a profile")
+        .reads()};
 
 } // namespace
 

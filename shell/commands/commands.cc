@@ -18,6 +18,12 @@ constexpr const Command *all_commands[] = {
     &help_command,    &question_command, &quit_command,     &exit_command,
 };
 
+void carry_out(const Verb &verb, Session &session, Words &words)
+{
+    session.expect_allowed(verb);
+    verb.run(session, words, verb.name);
+}
+
 } // namespace
 
 void run(const Command &command, Session &session, Words &words)
@@ -32,13 +38,13 @@ void run(const Command &command, Session &session, Words &words)
         }
         if (verb.word() == word) {
             words.take();
-            return verb.run(session, words, verb.name);
+            return carry_out(verb, session, words);
         }
         names.push_back(verb.word());
     }
     if (!lone || (word.empty() && !names.empty()))
         refuse(word, {"word"}, names);
-    lone->run(session, words, lone->name);
+    carry_out(*lone, session, words);
 }
 
 std::span<const Command *const> commands()

@@ -160,8 +160,9 @@ constexpr std::string_view text =
 )";
 
 constexpr Verb verbs[] = {
-    verb<list, Listed>("counter", "lists the entries of a table with their counts, and the default entry"),
-    verb<read, arg::Counter, arg::Cell>("counter read", "prints both counts of a cell"),
+    verb<list, Listed>("counter", "lists the entries of a table with their counts, and the default entry")
+        .reads(),
+    verb<read, arg::Counter, arg::Cell>("counter read", "prints both counts of a cell").reads(),
     verb<write, arg::Counter, arg::Cell, Counts>("counter write",
                                                  "sets them; bytes is 0 when it is left out"),
     verb<sync, arg::Counter>("counter sync",

@@ -117,8 +117,9 @@ constexpr std::string_view text =
 
 constexpr Verb verbs[] = {
     verb<decode_match, MatchImage>(
-        "decode match", "the key of these images, as trace prints them; without MASK all bits count"),
-    verb<decode_action, ActionImage>("decode action", "the parameters of this image"),
+        "decode match", "the key of these images, as trace prints them; without MASK all bits count")
+        .reads(),
+    verb<decode_action, ActionImage>("decode action", "the parameters of this image").reads(),
 };
 
 } // namespace

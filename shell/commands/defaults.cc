@@ -38,8 +38,10 @@ struct DefaultEntry {
 
 void default_entry(Session &session, const TableFunctions &table, const DefaultEntry::Value &given)
 {
-    if (given.body)
+    if (given.body) {
+        session.expect_changes_allowed();
         return given.body->set_default(given.options);
+    }
     EntryReader reader{table, session.from_hardware(), session.names(table)};
     reader.read_default();
     std::string line;
@@ -60,7 +62,8 @@ constexpr std::string_view text =
 )";
 
 constexpr Verb default_verb[] = {verb<default_entry, arg::Table, DefaultEntry>(
-    "default", "prints the default entry of a table, or sets it")};
+                                     "default", "prints the default entry of a table, or sets it")
+                                     .may_change()};
 constexpr Verb reset_verb[] = {
     verb<reset, arg::Table>("reset", "gives a table the default entry of the switch program again")};
 

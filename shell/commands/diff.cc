@@ -293,7 +293,7 @@ constexpr std::string_view text =
 )";
 
 constexpr Verb verbs[] = {
-    verb<diff, arg::Table>("diff", "prints every difference between software and hardware")};
+    verb<diff, arg::Table>("diff", "prints every difference between software and hardware").reads()};
 
 constexpr std::string_view options[] = {"--json", "--all-bits"};
 

@@ -116,9 +116,11 @@ void pending(Session &session, const DigestFunctions &digest)
 // The library sets it; only the device tells what it is.
 void timeout(Session &session, std::optional<u32> wanted)
 {
-    if (wanted)
+    if (wanted) {
+        session.expect_changes_allowed();
         return expect_success(
             p4_pd_tessel_switch_set_learning_timeout(driver_session, device_number(), *wanted));
+    }
     const u32 units = ts_model_learning_timeout(device.device_id);
     std::string line = "timeout: " + std::to_string(units);
     if (session.json()) {
@@ -135,12 +137,15 @@ constexpr std::string_view text =
 
 constexpr Verb verbs[] = {
     verb<watch, arg::Digest, arg::Optional<arg::Choice<"state", states>>>(
-        "digest watch", "prints what comes in and acknowledges it; with hold, only prints"),
+        "digest watch", "prints what comes in and acknowledges it; with hold, only prints")
+        .not_in_console("the messages go to the control plane"),
     verb<send, WholeMessage>("digest send", "the chip sends a message"),
-    verb<acknowledge, arg::Digest>("digest ack", "acknowledges the messages that are held"),
-    verb<pending, arg::Digest>("digest pending", "how many messages are not acknowledged"),
+    verb<acknowledge, arg::Digest>("digest ack", "acknowledges the messages that are held")
+        .not_in_console("the messages go to the control plane"),
+    verb<pending, arg::Digest>("digest pending", "how many messages are not acknowledged").reads(),
     verb<timeout, arg::Optional<arg::Number<"N", "timeout">>>(
-        "digest timeout", "prints, or sets, how long the chip waits for a message to fill"),
+        "digest timeout", "prints, or sets, how long the chip waits for a message to fill")
+        .may_change(),
 };
 
 } // namespace

@@ -228,9 +228,10 @@ constexpr Verb modify_verb[] = {
     verb<modify, arg::KeyedTable, ChangedEntry>("modify", "gives an entry another action, member or group")};
 constexpr Verb delete_verb[] = {verb<remove, arg::KeyedTable, EntryOrKey>("delete", "deletes an entry")};
 constexpr Verb find_verb[] = {
-    verb<find, arg::KeyedTable, WholeKey>("find", "prints the handle of the entry with this key")};
+    verb<find, arg::KeyedTable, WholeKey>("find", "prints the handle of the entry with this key").reads()};
 constexpr Verb count_verb[] = {verb<count, arg::Optional<CountedTable>>(
-    "count", "the number of entries of a table, or of all that have any")};
+                                   "count", "the number of entries of a table, or of all that have any")
+                                   .reads()};
 
 } // namespace
 

@@ -152,7 +152,8 @@ constexpr Verb verbs[] = {
         "group state", "only active members are picked; a member joins active"),
     verb<set_fallback, arg::Profile, Fallback>("group fallback",
                                                "the member for packets that find no active member"),
-    verb<show, arg::Profile, arg::Optional<arg::Group>>("group show", "prints it, or all and the fallback"),
+    verb<show, arg::Profile, arg::Optional<arg::Group>>("group show", "prints it, or all and the fallback")
+        .reads(),
 };
 
 } // namespace

@@ -197,8 +197,9 @@ void value(Session &session, const HashFunctions &hash, const std::vector<Packet
 
 constexpr Verb verbs[] = {
     verb<value, arg::Calculation, arg::Several<Field>>(
-        "hash value", "the hash of fields of these widths in bits, 128 at most"),
-    verb<show, arg::Calculation>("hash show", "prints input, algorithm, seed and attributes"),
+        "hash value", "the hash of fields of these widths in bits, 128 at most")
+        .reads(),
+    verb<show, arg::Calculation>("hash show", "prints input, algorithm, seed and attributes").reads(),
     verb<input, arg::Calculation, arg::Number<"N", "number of the input">>(
         "hash input", "chooses the input; each calculation has number 0 alone"),
     verb<algorithm, arg::Calculation, arg::Number<"N", "number of the algorithm">>(

@@ -103,8 +103,8 @@ void help(Session &session, std::optional<const Command *> command)
 }
 
 constexpr Verb help_verb[] = {
-    verb<help, arg::Optional<CommandName>>("help", "lists the commands, or tells about one")};
-constexpr Verb question_verb[] = {verb<help, arg::Optional<CommandName>>("?", "the same as help")};
+    verb<help, arg::Optional<CommandName>>("help", "lists the commands, or tells about one").reads()};
+constexpr Verb question_verb[] = {verb<help, arg::Optional<CommandName>>("?", "the same as help").reads()};
 
 } // namespace
 

@@ -116,8 +116,10 @@ void append_json(Json &to, const Age &age)
 void ttl(Session &session, const TableFunctions &table, const EntryAndTtl::Value &given)
 {
     const pd_entry_hdl entry = given.first.find();
-    if (given.second)
+    if (given.second) {
+        session.expect_changes_allowed();
         return expect_success(table.idle->set_ttl(driver_session, device.device_id, entry, *given.second));
+    }
     const Age age = age_of(table, entry);
     std::string line = "ttl=" + std::to_string(age.ttl) + ", " + age.state();
     if (session.json()) {
@@ -182,12 +184,14 @@ constexpr std::string_view text =
 
 constexpr Verb verbs[] = {
     verb<enable, AgeingTable, arg::Settings<parameters>>("idle enable",
-                                                         "lets entries age; clock tells which ran idle"),
-    verb<disable, AgeingTable>("idle disable", "ends that"),
-    verb<params, AgeingTable>("idle params", "prints what enable was given"),
-    verb<show, AgeingTable>("idle show", "lists the entries with time to live and state"),
-    verb<ttl, AgeingTable, EntryAndTtl>("idle ttl",
-                                        "prints the time to live and the state, or sets the time"),
+                                                         "lets entries age; clock tells which ran idle")
+        .not_in_console("the idle entries are told to the control plane"),
+    verb<disable, AgeingTable>("idle disable", "ends that")
+        .not_in_console("the idle entries are told to the control plane"),
+    verb<params, AgeingTable>("idle params", "prints what enable was given").reads(),
+    verb<show, AgeingTable>("idle show", "lists the entries with time to live and state").reads(),
+    verb<ttl, AgeingTable, EntryAndTtl>("idle ttl", "prints the time to live and the state, or sets the time")
+        .may_change(),
     verb<restart, AgeingTable, arg::HandleOrKey>("idle restart", "lets the time to live begin again"),
     verb<set_state<active_state>, AgeingTable, arg::HandleOrKey>("idle hit", "makes the entry active"),
     verb<set_state<idle_state>, AgeingTable, arg::HandleOrKey>("idle expire", "makes the entry idle"),

@@ -70,7 +70,8 @@ void in_c(Session &session, std::string_view command)
 }
 
 constexpr Verb verbs[] = {
-    verb<in_c, arg::Rest<"COMMAND">>("--c", "carries a command out, and prints the C that does the same")};
+    verb<in_c, arg::Rest<"COMMAND">>("--c", "carries a command out, and prints the C that does the same")
+        .not_in_console("other threads make calls, too")};
 
 } // namespace
 

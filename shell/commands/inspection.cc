@@ -307,15 +307,16 @@ constexpr std::string_view label_help =
 )";
 
 constexpr Verb schema_verb[] = {
-    verb<schema, WithSchema>("schema", "prints the schema text of a table, profile or action")};
+    verb<schema, WithSchema>("schema", "prints the schema text of a table, profile or action").reads()};
 constexpr Verb value_verbs[] = {
-    verb<value, EntryOrMember>("value", "prints an entry or member as value text"),
-    verb<parse, arg::TableOrProfile, arg::Rest<"TEXT">>("value parse", "reads such a text back"),
+    verb<value, EntryOrMember>("value", "prints an entry or member as value text").reads(),
+    verb<parse, arg::TableOrProfile, arg::Rest<"TEXT">>("value parse", "reads such a text back").reads(),
 };
 constexpr Verb print_verb[] = {
-    verb<print, EntryOrMember>("print", "prints an entry or member, one field a line")};
+    verb<print, EntryOrMember>("print", "prints an entry or member, one field a line").reads()};
 constexpr Verb label_verb[] = {verb<label, LabelledTable, arg::Entry>(
-    "label", "tells in words what an entry of a counted table matches on")};
+                                   "label", "tells in words what an entry of a counted table matches on")
+                                   .reads()};
 
 } // namespace
 

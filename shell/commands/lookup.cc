@@ -279,6 +279,8 @@ void lookup(Session &session, const reflection::TableFunctions &functions, const
     const pd::Table &table = *functions.row;
     const bool from_hardware = session.from_hardware();
     expect_consistent(packet.options, from_hardware, packet.end);
+    if (packet.options.packets)
+        session.expect_changes_allowed();
 
     Answer answer{look_up(table, packet_key(table, packet.key), packet.options, from_hardware),
                   EntryReader{functions, from_hardware, session.names(functions)},
@@ -303,7 +305,8 @@ constexpr std::string_view text =
 )";
 
 constexpr Verb verbs[] = {verb<lookup, arg::KeyedTable, Packet>(
-    "lookup", "tells which entry a packet with this key would hit, and why")};
+                              "lookup", "tells which entry a packet with this key would hit, and why")
+                              .may_change()};
 
 } // namespace
 

@@ -88,7 +88,7 @@ constexpr Verb verbs[] = {
                                                   "gives it other parameters; a member keeps its action"),
     verb<remove, arg::Profile, arg::Member>("member delete",
                                             "deletes it, unless an entry, a group or the fallback needs it"),
-    verb<show, arg::Profile, arg::Optional<arg::Member>>("member show", "prints it, or all"),
+    verb<show, arg::Profile, arg::Optional<arg::Member>>("member show", "prints it, or all").reads(),
 };
 
 } // namespace

@@ -59,8 +59,10 @@ void read(Session &session, const MeterFunctions &meter, const Cell &place)
 
 void adjust(Session &session, const MeterFunctions &meter, std::optional<u32> wanted)
 {
-    if (wanted)
+    if (wanted) {
+        session.expect_changes_allowed();
         return expect_success(meter.bytecount_adjust_set(driver_session, device, *wanted));
+    }
     u32 bytes = 0;
     expect_success(meter.bytecount_adjust_get(driver_session, device, &bytes));
     std::string line = "bytes added to each packet: " + std::to_string(bytes);
@@ -83,9 +85,10 @@ constexpr std::string_view text =
 
 constexpr Verb verbs[] = {
     verb<set, arg::Meter, arg::Cell, Parts>("meter set", "sets a meter"),
-    verb<read, arg::Meter, arg::Cell>("meter read", "prints it in the same words"),
+    verb<read, arg::Meter, arg::Cell>("meter read", "prints it in the same words").reads(),
     verb<adjust, arg::Meter, arg::Optional<arg::Number<"BYTES", "number of bytes">>>(
-        "meter adjust", "prints, or sets, how many bytes it adds to each packet"),
+        "meter adjust", "prints, or sets, how many bytes it adds to each packet")
+        .may_change(),
 };
 
 } // namespace

@@ -24,9 +24,11 @@ using SecondValue = arg::Optional<arg::Number<"SECOND_VALUE", "second value">>;
 void property(Session &session, const reflection::TableFunctions &table, u32 number,
               std::optional<u32> new_value, std::optional<u32> new_second)
 {
-    if (new_value)
+    if (new_value) {
+        session.expect_changes_allowed();
         return expect_success(
             table.set_property(driver_session, device.device_id, number, *new_value, new_second.value_or(0)));
+    }
     u32 value = 0, second = 0;
     expect_success(table.get_property(driver_session, device.device_id, number, &value, &second));
     session.print(session.json() ? property_json(table.row->name, number, value, second)
@@ -38,7 +40,8 @@ constexpr std::string_view text =
     "  The numbers and what their values mean are the driver's. SECOND_VALUE is 0 when it is left out.\n";
 
 constexpr Verb verbs[] = {verb<property, arg::Table, Property, FirstValue, SecondValue>(
-    "property", "prints both values of a table's property, or sets them")};
+                              "property", "prints both values of a table's property, or sets them")
+                              .may_change()};
 
 } // namespace
 

@@ -200,9 +200,9 @@ constexpr std::string_view entry_help =
 )";
 
 constexpr Verb show_verb[] = {
-    verb<show, Shown>("show", "prints all entries of a table, or all that a profile holds")};
+    verb<show, Shown>("show", "prints all entries of a table, or all that a profile holds").reads()};
 constexpr Verb entry_verb[] = {
-    verb<entry, arg::KeyedTable, arg::Entry>("entry", "prints one entry, read back")};
+    verb<entry, arg::KeyedTable, arg::Entry>("entry", "prints one entry, read back").reads()};
 
 } // namespace
 

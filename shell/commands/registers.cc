@@ -88,7 +88,8 @@ constexpr std::string_view text =
 
 constexpr Verb verbs[] = {
     verb<read, arg::Register, Index, Count>("register read",
-                                            "prints cells, each with its value in every pipe"),
+                                            "prints cells, each with its value in every pipe")
+        .reads(),
     verb<write, arg::Register, Index, Flag>("register write", "sets a cell to 0 or 1"),
     verb<fill, arg::Register, Flag>("register fill", "sets all cells"),
     verb<reset, arg::Register, arg::Optional<Index>, Count>(

@@ -133,6 +133,7 @@ void save(Session &session, const FileName &to, const Tables::Value &tables)
         Printed printed{session};
         return save_tables(printed, tables, session);
     }
+    session.expect_files_allowed();
     try {
         session.out().flush(); // the file may be where the output goes
         NewFile file{to.name};
@@ -151,7 +152,7 @@ constexpr std::string_view text =
 )";
 
 constexpr Verb verbs[] = {
-    verb<save, arg::File, Tables>("save", "writes the state of tables to a file that load reads")};
+    verb<save, arg::File, Tables>("save", "writes the state of tables to a file that load reads").reads()};
 
 } // namespace
 

@@ -35,12 +35,13 @@ constexpr std::string_view text =
   entries are printed with --verbose only. Ctrl-C ends it between two lines.
 )";
 
-constexpr Verb load_verb[] = {verb<load, arg::File>("load", "carries out the commands of a file")};
+constexpr Verb load_verb[] = {verb<load, arg::File>("load", "carries out the commands of a file")
+                                  .not_in_console("files are read by the client")};
 constexpr Verb trace_verb[] = {
     verb<trace, arg::OnOff>("trace", "prints the driver calls of each command behind it")};
-constexpr Verb echo_verb[] = {verb<echo, arg::Optional<arg::Rest<"TEXT">>>("echo", "prints TEXT")};
-constexpr Verb quit_verb[] = {verb<quit>("quit", "ends the session")};
-constexpr Verb exit_verb[] = {verb<quit>("exit", "the same as quit")};
+constexpr Verb echo_verb[] = {verb<echo, arg::Optional<arg::Rest<"TEXT">>>("echo", "prints TEXT").reads()};
+constexpr Verb quit_verb[] = {verb<quit>("quit", "ends the session").reads()};
+constexpr Verb exit_verb[] = {verb<quit>("exit", "the same as quit").reads()};
 
 } // namespace
 

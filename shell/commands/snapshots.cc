@@ -186,8 +186,8 @@ constexpr Verb verbs[] = {
                                                                                 "makes a snapshot"),
     verb<set_trigger, Armed>(
         "snapshot trigger", "arms it: fields by the offset of their first byte, values as of ternary fields"),
-    verb<show, Snapshot>("snapshot show",
-                         "what each stage has captured, in hex without the zeros at the end"),
+    verb<show, Snapshot>("snapshot show", "what each stage has captured, in hex without the zeros at the end")
+        .reads(),
     verb<remove, Snapshot>("snapshot delete", "deletes it"),
 };
 

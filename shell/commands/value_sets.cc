@@ -203,8 +203,10 @@ void property(Session &session, const ValueSetFunctions &set, u32 number, std::o
               const std::vector<u64> &settings)
 {
     const auto argument = static_cast<u32>(settings[0]);
-    if (wanted)
+    if (wanted) {
+        session.expect_changes_allowed();
         return expect_success(set.set_property(driver_session, device.device_id, number, *wanted, argument));
+    }
     u32 value = 0;
     expect_success(set.get_property(driver_session, device.device_id, number, &value, argument));
     std::string line = "property " + std::to_string(number) + ": " + std::to_string(value);
@@ -227,10 +229,11 @@ constexpr Verb verbs[] = {
     verb<add, arg::ValueSet, ScopedKey>("pvs add", "adds an entry; the handle is printed as by add"),
     verb<modify, arg::ValueSet, Entry, LoneKey>("pvs modify", "gives it another key"),
     verb<remove, arg::ValueSet, Entry>("pvs delete", "deletes it"),
-    verb<find, arg::ValueSet, ScopedKey>("pvs find", "prints the handle of the entry with this key"),
-    verb<show, arg::ValueSet, Scope>("pvs show", "lists the entries of the scope"),
+    verb<find, arg::ValueSet, ScopedKey>("pvs find", "prints the handle of the entry with this key").reads(),
+    verb<show, arg::ValueSet, Scope>("pvs show", "lists the entries of the scope").reads(),
     verb<property, arg::ValueSet, Number, NewValue, arg::Settings<property_settings>>(
-        "pvs property", "prints a property, or sets it"),
+        "pvs property", "prints a property, or sets it")
+        .may_change(),
 };
 
 } // namespace

@@ -23,11 +23,27 @@ struct Reading {
     const reflection::TableFunctions *table = nullptr; // also that of a direct counter or meter
 };
 
+// Whether a verb changes what driver, model or session have.
+enum class Effect {
+    changes,
+    reads,
+    may_change, // its function tells when it does
+};
+
 struct Verb {
     const char *name;       // with the command's; that alone for what is done without a further word
     std::string_view brief; // one line
     void (*run)(Session &session, Words &words, const char *name);
     Usage (*usage)(); // behind the name
+    Effect effect = Effect::changes;
+    std::string_view clash{}; // why it is not for a process that others run; empty where it is
+
+    constexpr Verb reads() const { return {name, brief, run, usage, Effect::reads, clash}; }
+    constexpr Verb may_change() const { return {name, brief, run, usage, Effect::may_change, clash}; }
+    constexpr Verb not_in_console(std::string_view why) const
+    {
+        return {name, brief, run, usage, effect, why};
+    }
 
     // The command's name, and the word behind it.
     std::string_view command() const { return std::string_view{name}.substr(0, blank()); }

@@ -130,7 +130,8 @@ void watch(Session &session, const reflection::TableFunctions &table, std::optio
 }
 
 constexpr Verb verbs[] = {verb<watch, arg::Table, arg::Optional<arg::OnOff>>(
-    "watch", "prints the updates of a table behind the commands that make them")};
+                              "watch", "prints the updates of a table behind the commands that make them")
+                              .not_in_console("the updates go to the control plane")};
 
 } // namespace
 
