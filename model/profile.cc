@@ -89,7 +89,7 @@ pd_status Profile::set_hardware(pd_mbr_hdl member, MemberData data)
     Member *const found = members_.find(member);
     if (found == nullptr)
         return unknown_object;
-    found->hardware = std::move(data);
+    found->hardware = std::make_unique<MemberData>(std::move(data));
     return ok;
 }
 

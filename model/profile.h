@@ -2,6 +2,7 @@
 // listens for changes of either.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
@@ -20,9 +21,9 @@ struct MemberData {
 
 struct Member {
     MemberData software;
-    std::optional<MemberData> hardware; // where it differs
-    u32 entries = 0;                    // that point at the member
-    u32 holders = 0;                    // groups that it is in, and the selector whose fallback it is
+    std::unique_ptr<MemberData> hardware; // where it differs
+    u32 entries = 0;                      // that point at the member
+    u32 holders = 0;                      // groups that it is in, and the selector whose fallback it is
 
     const MemberData &copy(bool from_hw) const { return from_hw && hardware ? *hardware : software; }
 };

@@ -43,7 +43,7 @@ void add_groups(const Profile &profile, std::vector<Replayed> &walk)
 
 void add_memberships(const Profile &profile, std::vector<Replayed> &walk)
 {
-    const auto &memberships = profile.groups().memberships();
+    const auto &memberships = profile.groups().memberships().all();
     for (u32 at = memberships.next(0); at != 0; at = memberships.next(at))
         walk.push_back(replay(profile, *memberships.find(at)));
 }

@@ -33,9 +33,9 @@ pd_status SelectionState::remove_member(pd_mbr_hdl member)
     if (found == members_.end())
         return unknown_object;
     if (found->second.groups != 0)
-        for (auto &[handle, group] : groups_)
-            std::erase(group.members, member);
-    members_.erase(found);
+        for (const pd_grp_hdl group : groups_of(member))
+            memberships_.remove(groups_.find(group).value().chain, group, member);
+    members_.erase(member);
     return ok;
 }
 
@@ -44,7 +44,7 @@ pd_status SelectionState::set_member_action(pd_mbr_hdl member, u32 action)
     const auto found = members_.find(member);
     if (found == members_.end())
         return unknown_object;
-    found->second.action = action;
+    found.value().action = action;
     return ok;
 }
 
@@ -66,9 +66,11 @@ pd_status SelectionState::remove_group(pd_grp_hdl group)
     const auto found = groups_.find(group);
     if (found == groups_.end())
         return unknown_object;
-    for (const pd_mbr_hdl member : found->second.members)
-        --members_.at(member).groups;
-    groups_.erase(found);
+    Chain &chain = found.value().chain;
+    for (const Membership &membership : memberships_.chain(chain.first, chain.size))
+        --members_.at(membership.member).groups;
+    memberships_.clear(chain);
+    groups_.erase(group);
     return ok;
 }
 
@@ -77,7 +79,7 @@ pd_status SelectionState::set_group_action(pd_grp_hdl group, u32 action)
     const auto found = groups_.find(group);
     if (found == groups_.end())
         return unknown_object;
-    found->second.action = action;
+    found.value().action = action;
     return ok;
 }
 
@@ -93,18 +95,17 @@ pd_status SelectionState::join(pd_mbr_hdl member, pd_grp_hdl group)
     const auto joining = members_.find(member);
     if (found == groups_.end() || joining == members_.end())
         return unknown_object;
-    std::vector<pd_mbr_hdl> &members = found->second.members;
-    if (std::ranges::find(members, member) != members.end())
+    if (memberships_.find(group, member) != nullptr)
         return already_exists;
-    members.push_back(member);
-    ++joining->second.groups;
+    memberships_.add(found.value().chain, group, member);
+    ++joining.value().groups;
     return ok;
 }
 
 pd_status SelectionState::leave(pd_mbr_hdl member, pd_grp_hdl group)
 {
     const auto found = groups_.find(group);
-    if (found == groups_.end() || std::erase(found->second.members, member) == 0)
+    if (found == groups_.end() || !memberships_.remove(found.value().chain, group, member))
         return unknown_object;
     --members_.at(member).groups;
     return ok;
@@ -114,8 +115,9 @@ std::vector<pd_grp_hdl> SelectionState::groups_of(pd_mbr_hdl member) const
 {
     std::vector<pd_grp_hdl> found;
     for (const auto &[handle, group] : groups_)
-        if (std::ranges::find(group.members, member) != group.members.end())
+        if (memberships_.find(handle, member) != nullptr)
             found.push_back(handle);
+    std::ranges::sort(found);
     return found;
 }
 
@@ -159,22 +161,34 @@ pd_status each(const cJSON *array, Read read)
 
 } // namespace
 
+template <typename Object>
+std::vector<u32> SelectionState::handles_of(const ByHandle<Object> &objects)
+{
+    std::vector<u32> handles;
+    for (const auto &[handle, object] : objects)
+        handles.push_back(handle);
+    std::ranges::sort(handles);
+    return handles;
+}
+
 void SelectionState::log(cJSON *document) const
 {
     cJSON *members = cJSON_AddArrayToObject(document, "members");
-    for (const auto &[handle, recorded] : members_) {
+    for (const pd_mbr_hdl handle : handles_of(members_)) {
+        const Member &recorded = members_.at(handle);
         cJSON *member = add_object(members);
         cJSON_AddNumberToObject(member, "handle", handle);
         cJSON_AddNumberToObject(member, "action", recorded.action);
     }
     cJSON *groups = cJSON_AddArrayToObject(document, "groups");
-    for (const auto &[handle, recorded] : groups_) {
+    for (const pd_grp_hdl handle : handles_of(groups_)) {
+        const Group &recorded = groups_.at(handle);
         cJSON *group = add_object(groups);
         cJSON_AddNumberToObject(group, "handle", handle);
         cJSON_AddNumberToObject(group, "action", recorded.action);
         cJSON *in_group = cJSON_AddArrayToObject(group, "members");
-        for (const pd_mbr_hdl member : recorded.members)
-            cJSON_AddItemToArray(in_group, cJSON_CreateNumber(member));
+        for (const Membership &membership : memberships_.chain(recorded.chain.first, recorded.chain.size))
+            cJSON_AddItemToArray(in_group, cJSON_CreateNumber(membership.member));
     }
 }
 

@@ -1,9 +1,11 @@
 // One device's part of a member-selection state: the actions of members, and the groups they belong to.
 #pragma once
 
-#include <map>
+#include <tsl/robin_map.h>
+
 #include <vector>
 
+#include "memberships.h"
 #include "status.h"
 
 struct cJSON;
@@ -40,14 +42,22 @@ private:
     };
     struct Group {
         u32 action = 0; // likewise
-        std::vector<pd_mbr_hdl> members;
+        Chain chain;    // of its memberships
     };
+
+    template <typename Object>
+    using ByHandle = tsl::robin_map<u32, Object>;
+
+    // In ascending order.
+    template <typename Object>
+    static std::vector<u32> handles_of(const ByHandle<Object> &objects);
 
     pd_status restore_member(const cJSON *element);
     pd_status restore_group(const cJSON *element);
 
-    std::map<pd_mbr_hdl, Member> members_;
-    std::map<pd_grp_hdl, Group> groups_;
+    ByHandle<Member> members_;
+    ByHandle<Group> groups_;
+    Memberships memberships_;
 };
 
 } // namespace model

@@ -74,7 +74,7 @@ pd_status pipe_mgr_sel_grp_del(pd_sess_hdl, u32 device_id, u32 table, pd_grp_hdl
 pd_status pipe_mgr_get_sel_grp_mbr_count(pd_sess_hdl, u32 device_id, u32 table, pd_grp_hdl group, u32 *count)
 {
     const auto tell = [&](const GroupTable &, const Group &found) {
-        *count = found.size;
+        *count = found.chain.size;
         return ok;
     };
     return with_group(device_id, table, group, tell);
@@ -85,7 +85,7 @@ pd_status pipe_mgr_sel_grp_mbrs_get(pd_sess_hdl, u32 device_id, u32 table, pd_gr
 {
     const auto list = [&](const GroupTable &groups, const Group &found) {
         *written = 0;
-        for (const Membership &membership : groups.chain(found.first, count)) {
+        for (const Membership &membership : groups.memberships().chain(found.chain.first, count)) {
             members[*written] = membership.member;
             states[(*written)++] = state_of(membership);
         }
@@ -98,7 +98,7 @@ pd_status pipe_mgr_get_first_group_member(pd_sess_hdl, u32 table, u32 device_id,
                                           pd_mbr_hdl *first)
 {
     const auto tell = [&](const GroupTable &groups, const Group &found) {
-        const auto members = groups.chain(found.first, 1);
+        const auto members = groups.memberships().chain(found.chain.first, 1);
         *first = members.empty() ? 0 : members.front().member;
         return ok;
     };
@@ -109,10 +109,10 @@ pd_status pipe_mgr_get_next_group_members(pd_sess_hdl, u32 table, u32 device_id,
                                           pd_mbr_hdl after, u32 count, pd_mbr_hdl *next)
 {
     const auto tell = [&](const GroupTable &groups, const Group &) {
-        const Membership *const from = groups.find(group, after);
+        const Membership *const from = groups.memberships().find(group, after);
         if (from == nullptr)
             return unknown_object;
-        const auto members = groups.chain(from->next, count);
+        const auto members = groups.memberships().chain(from->next, count);
         std::fill_n(std::ranges::transform(members, next, &Membership::member).out, count - members.size(),
                     0);
         return ok;
@@ -154,7 +154,7 @@ pd_status pipe_mgr_sel_grp_mbr_state_get(pd_sess_hdl, u32 device_id, u32 table, 
                                          pd_mbr_hdl member, u32 *state)
 {
     const auto tell = [&](const GroupTable &groups, const Group &) {
-        const Membership *const found = groups.find(group, member);
+        const Membership *const found = groups.memberships().find(group, member);
         if (found == nullptr)
             return unknown_object;
         *state = state_of(*found);
