@@ -98,6 +98,8 @@ public:
 
     // An empty name stands for the prompt.
     void run(shell::LineSource &lines, const std::string &name);
+    // All lines, or none.
+    void run_atomically(shell::LineSource &lines, const std::string &name);
     std::vector<std::string> complete(std::string_view line);
     bool failed() const { return bad_commands_ != 0; }
 
@@ -117,6 +119,7 @@ private:
     u64 bad_commands_ = 0;
     bool done_ = false;
     bool cancelled_ = false;
+    bool atomic_ = false; // the first bad command ends the lines
 };
 
 unsigned Client::form(bool at_prompt) const
@@ -152,9 +155,27 @@ void Client::run(shell::LineSource &lines, const std::string &name)
         const u64 bad_before = bad_commands_;
         carry_out(request);
         std::cout.flush();
-        if (bad_commands_ != bad_before && !at_prompt && !options_.keep_going)
+        if (bad_commands_ != bad_before && !at_prompt && (!options_.keep_going || atomic_))
             return;
     }
+}
+
+void Client::run_atomically(shell::LineSource &lines, const std::string &name)
+{
+    const u64 bad_before = bad_commands_;
+    const Request request{form(false), 0, name, {}};
+    const auto tell = [&](const char *command) {
+        Request whole = request;
+        whole.command = command;
+        carry_out(whole);
+    };
+    tell("begin");
+    if (bad_commands_ != bad_before)
+        return;
+    atomic_ = true;
+    run(lines, name);
+    atomic_ = false;
+    tell(bad_commands_ == bad_before ? "commit" : "rollback");
 }
 
 void Client::carry_out(const Request &request)
@@ -189,7 +210,10 @@ bool Client::carry_out_here(const Request &request)
 
 void Client::load(shell::Words words)
 {
+    const auto take_atomic = [&] { return words.peek() == "--atomic" && !words.take().empty(); };
+    bool atomic = take_atomic();
     const shell::FileName file = shell::take_file_name(words);
+    atomic = take_atomic() || atomic;
     words.expect_end();
     if (depth_ == deepest_file)
         throw BadLine{file.where, "files load each other too deeply"};
@@ -197,7 +221,7 @@ void Client::load(shell::Words words)
     std::string failure;
     try {
         shell::FileLines lines{file.name, nullptr};
-        run(lines, file.name);
+        atomic ? run_atomically(lines, file.name) : run(lines, file.name);
     } catch (const std::runtime_error &error) {
         failure = error.what();
     }
@@ -281,19 +305,20 @@ std::vector<std::string> Client::complete(std::string_view line)
 
 void run(Client &client, const AttachOptions &options)
 {
+    const auto carry_out = options.session.atomic ? &Client::run_atomically : &Client::run;
     if (!options.commands.empty()) {
         shell::TextLines lines{options.commands};
-        client.run(lines, "-c");
+        (client.*carry_out)(lines, "-c");
     } else if (options.interactive) {
         shell::TerminalLines lines;
         lines.complete_by([&](std::string_view line) { return client.complete(line); });
         client.run(lines, "");
     } else if (options.file == "-") {
         shell::DescriptorLines lines{STDIN_FILENO};
-        client.run(lines, "<stdin>");
+        (client.*carry_out)(lines, "<stdin>");
     } else {
         shell::FileLines lines{options.file, options.session.terminal};
-        client.run(lines, options.file);
+        (client.*carry_out)(lines, options.file);
     }
 }
 

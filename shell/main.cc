@@ -18,8 +18,8 @@
 namespace {
 
 constexpr char usage[] =
-    "usage: tessel-shell [--attach PATH] [--keep-going] [--verbose] [--json] [-c COMMAND]... "
-    "[FILE | -]";
+    "usage: tessel-shell [--attach PATH] [--keep-going] [--verbose] [--json] [--atomic | --check] "
+    "[-c COMMAND]... [FILE | -]";
 constexpr int bad_usage = 2;
 
 constexpr char help[] = R"(
@@ -32,6 +32,8 @@ it again, 'tessel-shell api' finds functions of the library; each has a --help o
   -k, --keep-going  carry on after a bad line; the number of bad lines is told at the end
   -v, --verbose     add tells the handle of each new entry
   -j, --json        print each line of output, and each message, as a JSON document
+      --atomic      all lines, or none: before a bad line everything is taken back
+      --check       tell what is bad in the lines, and nothing else
   -c, --command COMMAND
                     carry COMMAND out in place of a file; each -c is a line
   -h, --help        print this text
@@ -117,7 +119,8 @@ int main(int argc, char **argv)
         {"keep-going", no_argument, nullptr, 'k'},    {"verbose", no_argument, nullptr, 'v'},
         {"json", no_argument, nullptr, 'j'},          {"help", no_argument, nullptr, 'h'},
         {"version", no_argument, nullptr, 'V'},       {"attach", required_argument, nullptr, 'a'},
-        {"command", required_argument, nullptr, 'c'}, {nullptr, 0, nullptr, 0}};
+        {"command", required_argument, nullptr, 'c'}, {"atomic", no_argument, nullptr, 'A'},
+        {"check", no_argument, nullptr, 'C'},         {nullptr, 0, nullptr, 0}};
     std::ios::sync_with_stdio(false);
     if (argc > 1 && std::string_view{argv[1]} == "explain")
         return shell::run_explain(argc - 1, argv + 1);
@@ -142,6 +145,12 @@ int main(int argc, char **argv)
         case 'j':
             options.json = true;
             break;
+        case 'A':
+            options.atomic = true;
+            break;
+        case 'C':
+            options.check = options.keep_going = true;
+            break;
         case 'a':
             attached = optarg;
             break;
@@ -163,8 +172,14 @@ int main(int argc, char **argv)
     if (optind < argc && !commands.empty())
         return wrong_usage(options, "a file beside -c");
 
+    if (options.check && (!attached.empty() || options.atomic))
+        return wrong_usage(options, "--check beside --attach or --atomic");
+    if (options.check)
+        std::cout.setstate(std::ios::badbit);
+
     const std::string name = optind < argc ? argv[optind] : "-";
-    const bool interactive = optind == argc && commands.empty() && isatty(STDIN_FILENO);
+    const bool interactive =
+        optind == argc && commands.empty() && !options.atomic && !options.check && isatty(STDIN_FILENO);
     int status = EXIT_FAILURE;
     shell::catch_stop_signals();
     try {
@@ -177,7 +192,7 @@ int main(int argc, char **argv)
         complain(options, error.what(), !attached.empty() ? "" : name == "-" ? "<stdin>" : name);
         return EXIT_FAILURE;
     }
-    if (!std::cout.flush()) {
+    if (!options.check && !std::cout.flush()) {
         complain(options, "the output cannot be written");
         status = EXIT_FAILURE;
     }

@@ -72,6 +72,39 @@ std::filesystem::path identity(std::string_view file)
 
 } // namespace
 
+namespace {
+
+void expect_revocable(const Verb &verb, std::string_view where)
+{
+    if (!verb.revocable)
+        throw BadLine{where, quoted(verb.name) + " cannot be taken back"};
+}
+
+// The lines of another source, to be gone over twice.
+class KeptLines : public LineSource {
+public:
+    explicit KeptLines(LineSource &from)
+    {
+        for (std::string line; from.next(line);)
+            lines_.push_back(line);
+    }
+
+    bool next(std::string &line) override
+    {
+        if (at_ == lines_.size())
+            return false;
+        line = lines_[at_++];
+        return true;
+    }
+    void rewind() { at_ = 0; }
+
+private:
+    std::vector<std::string> lines_;
+    std::size_t at_ = 0;
+};
+
+} // namespace
+
 bool goes_on(std::string_view line)
 {
     return without_comment(line).ends_with('\\');
@@ -86,6 +119,8 @@ Session::Session(std::ostream &out, std::ostream &err, SessionOptions options)
 
 Session::~Session()
 {
+    if (changes_)
+        tell_taken_back("end of session", take_back());
     set_trace(false);
     watches_.clear();
     idle_watches_.clear();
@@ -141,8 +176,12 @@ int Session::run(LineSource &source, const std::string &name)
         return std::vector<std::string>{names.begin(), names.end()};
     });
     files_.push_back(identity(name));
-    Script script{source, name, options_.interactive, {}, {}};
-    run_script(script);
+    if (options_.atomic) {
+        run_atomically(source, name);
+    } else {
+        Script script{source, name, options_.interactive, {}, {}};
+        run_script(script);
+    }
     files_.pop_back();
     out_.flush();
     if (options_.interactive || bad_lines_ == 0)
@@ -174,10 +213,13 @@ void Session::load(const FileName &file)
     if (source_)
         source_->make_room();
     LineSource *const before = source_;
+    const bool atomic = atomic_;
+    if (atomic && changes_)
+        throw BadLine{file.where, "what is kept since begin ends first: commit or rollback"};
     files_.push_back(identity(file.name));
     std::string failure;
     try {
-        run_file(file.name);
+        run_file(file.name, atomic);
     } catch (const std::runtime_error &error) {
         failure = error.what();
     }
@@ -188,11 +230,103 @@ void Session::load(const FileName &file)
         throw BadLine{file.where, shell::quoted(file.name) + ' ' + failure};
 }
 
-void Session::run_file(const std::string &name)
+void Session::run_file(const std::string &name, bool atomic)
 {
     FileLines lines{name, options_.terminal};
+    if (atomic)
+        return run_atomically(lines, name);
     Script script{lines, name, false, {}, {}};
     run_script(script);
+}
+
+// All lines, or none: of those before a bad one each is taken back.
+void Session::run_atomically(LineSource &source, const std::string &name)
+{
+    KeptLines lines{source};
+    if (Script trial{lines, name, false, {}, {}}; !are_revocable(trial))
+        return;
+    lines.rewind();
+    const u64 bad_before = bad_lines_;
+    begin();
+    all_or_none_ = true;
+    Script script{lines, name, false, {}, {}};
+    run_script(script);
+    all_or_none_ = false;
+    if (bad_lines_ == bad_before && !interrupted_)
+        return commit();
+    stopping_ = !options_.keep_going || interrupted_;
+    tell_taken_back(name, take_back());
+}
+
+// Tells of each line that cannot be taken back, before any is carried out.
+bool Session::are_revocable(Script &script)
+{
+    const u64 bad_before = bad_lines_;
+    while (script.read_command()) {
+        Words words{script.command};
+        const std::string_view name = words.empty() ? std::string_view{} : words.take();
+        const Command *const command = command_named(name);
+        if (!command)
+            continue; // which is told when it is its turn
+        try {
+            const Verb &verb = take_verb(*command, words);
+            if (verb.effect == Effect::changes)
+                expect_revocable(verb, name);
+        } catch (const BadLine &error) {
+            ++bad_lines_;
+            report(script, error);
+        }
+    }
+    stopping_ = bad_lines_ != bad_before && !options_.keep_going;
+    return bad_lines_ == bad_before;
+}
+
+void Session::begin()
+{
+    if (changes_)
+        throw BadLine{{}, "what is kept since begin ends first: commit or rollback"};
+    changes_.emplace();
+}
+
+void Session::expect_open() const
+{
+    if (!changes_)
+        throw BadLine{{}, "nothing is kept: begin comes first"};
+}
+
+void Session::commit()
+{
+    expect_open();
+    changes_.reset();
+}
+
+void Session::roll_back()
+{
+    expect_open();
+    const std::string changes = std::to_string(take_back());
+    std::string text = "taken back: " + changes;
+    if (json())
+        text = "{\"taken_back\":" + changes + '}';
+    print(text);
+}
+
+// The last change first; what the driver refuses is told, and the others are taken back all the same.
+std::size_t Session::take_back()
+{
+    const std::vector<std::string> changes = std::move(*changes_);
+    changes_.reset();
+    for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
+        try {
+            std::string line = *change;
+            line_ = &line;
+            carry_out(Words{line});
+        } catch (const BadLine &error) {
+            ++bad_lines_;
+            err_ << "cannot be taken back: " << *change << ": " << error.what << std::endl;
+        }
+    }
+    line_ = nullptr;
+    return changes.size();
 }
 
 void Session::run_script(Script &script)
@@ -207,7 +341,7 @@ void Session::run_script(Script &script)
         } catch (const BadLine &error) {
             ++bad_lines_;
             report(script, error);
-            stopping_ = !options_.keep_going;
+            stopping_ = !options_.keep_going || all_or_none_;
         } catch (const Interrupted &) {
             report_interruption(script);
             stopping_ = interrupted_ = true;
@@ -272,27 +406,27 @@ void Session::carry_out(const Words &line)
     if (!command->options.empty())
         take_option_words(*command, *line_, line_->size() - words.rest().size());
     Words rest{words.rest()};
-    shell::run(*command, *this, rest);
+    verb_ = &take_verb(*command, rest);
+    if (options_.guest && !verb_->clash.empty())
+        throw BadLine{{}, "not in the console of a process: " + std::string{verb_->clash}};
+    if (verb_->effect == Effect::changes)
+        expect_changes_allowed();
+    verb_->run(*this, rest, verb_->name);
 }
 
 void Session::expect_changes_allowed() const
 {
     if (options_.read_only)
         throw BadLine{{}, "this console only reads"};
+    if (changes_)
+        expect_revocable(*verb_, {});
 }
 
-void Session::expect_allowed(const Verb &verb) const
-{
-    if (options_.guest && !verb.clash.empty())
-        throw BadLine{{}, "not in the console of a process: " + std::string{verb.clash}};
-    if (verb.effect == Effect::changes)
-        expect_changes_allowed();
-}
-
-void Session::expect_files_allowed() const
+bool Session::may_write_files() const
 {
     if (options_.guest)
         throw BadLine{{}, "not in the console of a process: files are written by the client"};
+    return !options_.check;
 }
 
 // What the option word of a command turns on.
@@ -300,6 +434,8 @@ bool &Session::option(std::string_view word)
 {
     if (word == "--json")
         return json_;
+    if (word == "--atomic")
+        return atomic_;
     return word == "--hw" ? from_hardware_ : all_bits_;
 }
 
@@ -373,6 +509,16 @@ void Session::report_interruption(const Script &script)
     if (options_.interactive && !json())
         err_ << '\n'; // behind the ^C that the terminal shows
     report(script, {{}, "interrupted"});
+}
+
+void Session::tell_taken_back(const std::string &name, std::size_t changes)
+{
+    std::string text = name + ": taken back: " + std::to_string(changes);
+    if (options_.json) {
+        text.clear();
+        Json{text}.open_object().key("file").text(name).key("taken_back").number(changes).close_object();
+    }
+    err_ << text << std::endl;
 }
 
 void Session::tell_bad_lines(const std::string &name)

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -30,6 +31,8 @@ struct SessionOptions {
     std::ostream *terminal = nullptr; // where the progress of long files is shown
     bool guest = false;               // the process has brought the library up, and takes it down
     bool read_only = false;           // what changes something is refused
+    bool atomic = false;              // all lines, or none
+    bool check = false;               // for what is said of bad lines alone: no file is written
 };
 
 // Whether the command that `line` belongs to goes on in the next line.
@@ -73,25 +76,36 @@ public:
     void load(const FileName &file);
     // Carries out what is left of the line as a command of its own.
     void carry_out(const Words &words);
-    // Each throws BadLine where that is refused: a change, a verb, a file of this process.
+    // BadLine where a change is refused.
     void expect_changes_allowed() const;
-    void expect_allowed(const Verb &verb) const;
-    void expect_files_allowed() const;
+    // False where a file is to be left alone; BadLine where that is refused.
+    bool may_write_files() const;
+    // Between the first and one of the others changes are kept, each as the command that takes it back.
+    void begin();
+    void commit();
+    void roll_back();
+    bool keeps_changes() const { return changes_.has_value(); }
+    void keep_change(std::string back) { changes_->push_back(std::move(back)); }
     void quit() { done_ = true; }
 
 private:
     struct Script;
 
     void run_script(Script &script);
-    void run_file(const std::string &name);
+    void run_file(const std::string &name, bool atomic);
+    void run_atomically(LineSource &source, const std::string &name);
+    bool are_revocable(Script &script);
+    void expect_open() const;
+    std::size_t take_back();
     void back_to_prompt();
     void execute(Script &script);
-    void forget_option_words() { json_ = from_hardware_ = all_bits_ = false; }
+    void forget_option_words() { json_ = from_hardware_ = all_bits_ = atomic_ = false; }
     bool &option(std::string_view word);
     void take_option_words(const struct Command &command, std::string &line, std::size_t from);
     void show_what_came_behind();
     void report(const Script &script, const BadLine &error);
     void report_interruption(const Script &script);
+    void tell_taken_back(const std::string &name, std::size_t changes);
     void tell_bad_lines(const std::string &name);
 
     std::ostream &out_;
@@ -108,10 +122,14 @@ private:
     bool json_ = false; // option words of the command
     bool from_hardware_ = false;
     bool all_bits_ = false;
-    std::string *line_ = nullptr;              // that is being carried out
-    LineSource *source_ = nullptr;             // that is being read
-    std::string behind_;                       // lines that came up while the command ran
-    std::vector<std::filesystem::path> files_; // that are being carried out, one by the other
+    bool atomic_ = false;
+    bool all_or_none_ = false;                        // the first bad line ends the file
+    const Verb *verb_ = nullptr;                      // that is being carried out
+    std::optional<std::vector<std::string>> changes_; // commands that take back what was changed
+    std::string *line_ = nullptr;                     // that is being carried out
+    LineSource *source_ = nullptr;                    // that is being read
+    std::string behind_;                              // lines that came up while the command ran
+    std::vector<std::filesystem::path> files_;        // that are being carried out, one by the other
 };
 
 } // namespace shell

@@ -98,7 +98,7 @@ std::string Explainer::remove_by_key(const Call &call)
 {
     const std::string key = this->key(call);
     if (key.empty())
-        return key;
+        return {};
     std::erase_if(keys_, [&](const auto &known) {
         return known.first.first == call.word("table") && known.second == key;
     });

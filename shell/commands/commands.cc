@@ -14,19 +14,14 @@ constexpr const Command *all_commands[] = {
     &diff_command,    &corrupt_command,  &decode_command,   &count_command,    &property_command,
     &counter_command, &meter_command,    &register_command, &idle_command,     &clock_command,
     &digest_command,  &pvs_command,      &hash_command,     &snapshot_command, &watch_command,
-    &save_command,    &load_command,     &trace_command,    &in_c_command,     &echo_command,
-    &help_command,    &question_command, &quit_command,     &exit_command,
+    &save_command,    &load_command,     &begin_command,    &commit_command,   &rollback_command,
+    &trace_command,   &in_c_command,     &echo_command,     &help_command,     &question_command,
+    &quit_command,    &exit_command,
 };
-
-void carry_out(const Verb &verb, Session &session, Words &words)
-{
-    session.expect_allowed(verb);
-    verb.run(session, words, verb.name);
-}
 
 } // namespace
 
-void run(const Command &command, Session &session, Words &words)
+const Verb &take_verb(const Command &command, Words &words)
 {
     const Verb *lone = nullptr;
     std::vector<std::string_view> names;
@@ -38,13 +33,13 @@ void run(const Command &command, Session &session, Words &words)
         }
         if (verb.word() == word) {
             words.take();
-            return carry_out(verb, session, words);
+            return verb;
         }
         names.push_back(verb.word());
     }
     if (!lone || (word.empty() && !names.empty()))
         refuse(word, {"word"}, names);
-    carry_out(*lone, session, words);
+    return *lone;
 }
 
 std::span<const Command *const> commands()

@@ -18,8 +18,8 @@ std::span<const Command *const> commands();
 const Command *command_named(std::string_view name);
 std::vector<std::string_view> command_names();
 
-// Carries out the rest of a line.
-void run(const Command &command, Session &session, Words &words);
+// Takes the word behind the command's name, where there is one for what is meant. BadLine for none of them.
+const Verb &take_verb(const Command &command, Words &words);
 
 extern const Command tables_command, describe_command;                                         // catalogue.cc
 extern const Command add_command, modify_command, delete_command, find_command, count_command; // entries.cc
@@ -43,6 +43,7 @@ extern const Command digest_command;                                            
 extern const Command pvs_command;                                                 // value_sets.cc
 extern const Command hash_command;                                                // hashes.cc
 extern const Command snapshot_command;                                            // snapshots.cc
+extern const Command begin_command, commit_command, rollback_command;             // transaction.cc
 extern const Command watch_command;                                               // watches.cc
 extern const Command save_command;                                                // save.cc
 extern const Command in_c_command;                                                // in_c.cc

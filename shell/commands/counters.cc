@@ -55,9 +55,19 @@ constexpr Setting count_settings[] = {{"packets", 64}, {"bytes", 64, 0}};
 
 using Counts = arg::SettingsBehindColon<count_settings, "packets=N [bytes=M]">;
 
-void write(Session &, const CounterFunctions &counter, const Cell &cell, const std::vector<u64> &counts)
+std::string text_of(const pd_counter_value &value)
 {
-    expect_success(counter.write(driver_session, device, cell.find(), {counts[0], counts[1]}));
+    return "packets=" + std::to_string(value.first_count) + " bytes=" + std::to_string(value.second_count);
+}
+
+void write(Session &session, const CounterFunctions &counter, const Cell &place,
+           const std::vector<u64> &counts)
+{
+    const u32 cell = place.find();
+    if (session.keeps_changes())
+        session.keep_change(std::string{"counter write "} + counter.row->name + ' ' + std::to_string(cell) +
+                            " : " + text_of(read_cell(session, counter, cell)));
+    expect_success(counter.write(driver_session, device, cell, {counts[0], counts[1]}));
 }
 
 // The copies are in step when the driver calls back, which it does before it returns.
@@ -163,8 +173,8 @@ constexpr Verb verbs[] = {
     verb<list, Listed>("counter", "lists the entries of a table with their counts, and the default entry")
         .reads(),
     verb<read, arg::Counter, arg::Cell>("counter read", "prints both counts of a cell").reads(),
-    verb<write, arg::Counter, arg::Cell, Counts>("counter write",
-                                                 "sets them; bytes is 0 when it is left out"),
+    verb<write, arg::Counter, arg::Cell, Counts>("counter write", "sets them; bytes is 0 when it is left out")
+        .can_be_taken_back(),
     verb<sync, arg::Counter>("counter sync",
                              "has the driver bring its counts up to date with the hardware's"),
 };

@@ -5,6 +5,7 @@
 #include "driver.h"
 #include "entry_body.h"
 #include "entry_reader.h"
+#include "inverse.h"
 #include "verb_arguments.h"
 
 namespace shell {
@@ -40,7 +41,11 @@ void default_entry(Session &session, const TableFunctions &table, const DefaultE
 {
     if (given.body) {
         session.expect_changes_allowed();
-        return given.body->set_default(given.options);
+        const std::string back = session.keeps_changes() ? default_back(session, table) : "";
+        given.body->set_default(given.options);
+        if (session.keeps_changes())
+            session.keep_change(back);
+        return;
     }
     EntryReader reader{table, session.from_hardware(), session.names(table)};
     reader.read_default();
@@ -52,9 +57,12 @@ void default_entry(Session &session, const TableFunctions &table, const DefaultE
     session.print(line);
 }
 
-void reset(Session &, const TableFunctions &table)
+void reset(Session &session, const TableFunctions &table)
 {
+    const std::string back = session.keeps_changes() ? default_back(session, table) : "";
     expect_success(table.reset_default_entry(driver_session, device));
+    if (session.keeps_changes())
+        session.keep_change(back);
 }
 
 constexpr std::string_view text =
@@ -63,9 +71,11 @@ constexpr std::string_view text =
 
 constexpr Verb default_verb[] = {verb<default_entry, arg::Table, DefaultEntry>(
                                      "default", "prints the default entry of a table, or sets it")
-                                     .may_change()};
+                                     .may_change()
+                                     .can_be_taken_back()};
 constexpr Verb reset_verb[] = {
-    verb<reset, arg::Table>("reset", "gives a table the default entry of the switch program again")};
+    verb<reset, arg::Table>("reset", "gives a table the default entry of the switch program again")
+        .can_be_taken_back()};
 
 } // namespace
 

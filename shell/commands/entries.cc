@@ -7,6 +7,7 @@
 #include "driver.h"
 #include "entry_body.h"
 #include "entry_key.h"
+#include "inverse.h"
 #include "json.h"
 #include "verb_arguments.h"
 
@@ -156,13 +157,32 @@ void print_count(Session &session, const pd::Table *table, u64 entries)
 void add(Session &session, const TableFunctions &table, const NewEntry::Value &given)
 {
     const pd_entry_hdl entry = given.body.add(given.key, given.options);
+    if (session.keeps_changes())
+        session.keep_change(std::string{"delete "} + table.row->name + ' ' + std::to_string(entry));
     if (session.verbose())
         print_entry(session, table, entry);
 }
 
-void modify(Session &, const TableFunctions &, const ChangedEntry::Value &given)
+pd_entry_hdl find_entry(const TableFunctions &table, const reflection::EntryArguments &key)
 {
+    pd_entry_hdl entry = 0;
+    expect_success(table.match_spec_to_entry_hdl(driver_session, device, key, &entry));
+    return entry;
+}
+
+void modify(Session &session, const TableFunctions &table, const ChangedEntry::Value &given)
+{
+    std::string back;
+    if (session.keeps_changes()) {
+        const auto *handle = std::get_if<pd_entry_hdl>(&given.entry);
+        back = modify_back(
+            session, table,
+            handle ? *handle
+                   : find_entry(table, key_arguments(std::get<Record>(given.entry), given.options)));
+    }
     std::visit([&](const auto &entry) { given.body.modify(entry, given.options); }, given.entry);
+    if (session.keeps_changes())
+        session.keep_change(std::move(back));
 }
 
 void remove(Session &, const TableFunctions &table, const EntryOrKey::Value &entry)
@@ -176,9 +196,7 @@ void remove(Session &, const TableFunctions &table, const EntryOrKey::Value &ent
 
 void find(Session &session, const TableFunctions &table, const WholeKey::Value &key)
 {
-    pd_entry_hdl entry = 0;
-    expect_success(table.match_spec_to_entry_hdl(driver_session, device, key.arguments(), &entry));
-    print_entry(session, table, entry);
+    print_entry(session, table, find_entry(table, key.arguments()));
 }
 
 struct CountedTable : arg::Table {
@@ -223,9 +241,11 @@ constexpr std::string_view find_text =
   priority=N is required where the key has a ternary field; the lowest number wins.
 )";
 
-constexpr Verb add_verb[] = {verb<add, arg::KeyedTable, NewEntry>("add", "adds an entry")};
+constexpr Verb add_verb[] = {
+    verb<add, arg::KeyedTable, NewEntry>("add", "adds an entry").can_be_taken_back()};
 constexpr Verb modify_verb[] = {
-    verb<modify, arg::KeyedTable, ChangedEntry>("modify", "gives an entry another action, member or group")};
+    verb<modify, arg::KeyedTable, ChangedEntry>("modify", "gives an entry another action, member or group")
+        .can_be_taken_back()};
 constexpr Verb delete_verb[] = {verb<remove, arg::KeyedTable, EntryOrKey>("delete", "deletes an entry")};
 constexpr Verb find_verb[] = {
     verb<find, arg::KeyedTable, WholeKey>("find", "prints the handle of the entry with this key").reads()};

@@ -20,6 +20,11 @@ constexpr std::string_view member_states[] = {"active", "inactive"};
 
 constexpr Setting size_setting[] = {{"size", 32, usual_size}};
 
+std::string command(const char *verb, const ProfileFunctions &profile, const std::string &rest)
+{
+    return std::string{verb} + ' ' + profile.row->name + ' ' + rest;
+}
+
 void create(Session &session, const ProfileFunctions &profile, std::string_view name,
             const std::vector<u64> &settings)
 {
@@ -29,6 +34,8 @@ void create(Session &session, const ProfileFunctions &profile, std::string_view 
     expect_success(profile.create_group(driver_session, device, size, &group));
     names.groups.give(group, name);
     names.group_sizes[group] = size;
+    if (session.keeps_changes())
+        session.keep_change(command("group delete", profile, std::to_string(group)));
     if (session.verbose())
         print_created(session, profile, {Kind::group, group});
 }
@@ -78,7 +85,7 @@ std::vector<NamedMember> Members::read(Reading &reading)
 }
 
 // All of them join, or none.
-void add(Session &, const ProfileFunctions &profile, pd_grp_hdl group,
+void add(Session &session, const ProfileFunctions &profile, pd_grp_hdl group,
          const std::vector<NamedMember> &members)
 {
     for (std::size_t i = 0; i < members.size(); ++i) {
@@ -90,6 +97,12 @@ void add(Session &, const ProfileFunctions &profile, pd_grp_hdl group,
             profile.del_member_from_group(driver_session, device.device_id, group, members[joined].handle);
         expect_success(status, members[i].word);
     }
+    if (!session.keeps_changes())
+        return;
+    std::string all = std::to_string(group);
+    for (const NamedMember &member : members)
+        all += ' ' + std::to_string(member.handle);
+    session.keep_change(command("group remove", profile, all));
 }
 
 void take_out(Session &, const ProfileFunctions &profile, pd_grp_hdl group,
@@ -103,12 +116,20 @@ void take_out(Session &, const ProfileFunctions &profile, pd_grp_hdl group,
         expect_success(profile.del_member_from_group(driver_session, device.device_id, group, member), word);
 }
 
-void set_state(Session &, const ProfileFunctions &profile, pd_grp_hdl group, pd_mbr_hdl member,
+void set_state(Session &session, const ProfileFunctions &profile, pd_grp_hdl group, pd_mbr_hdl member,
                unsigned state)
 {
+    u32 before = 0;
+    if (session.keeps_changes())
+        expect_success(
+            profile.group_member_state_get(driver_session, device.device_id, group, member, &before));
     expect_success(profile.group_member_state_set(driver_session, device.device_id, group, member,
                                                   state == 0 ? P4_PD_GRP_MBR_STATE_ACTIVE
                                                              : P4_PD_GRP_MBR_STATE_INACTIVE));
+    if (session.keeps_changes())
+        session.keep_change(command("group state", profile,
+                                    std::to_string(group) + ' ' + std::to_string(member) +
+                                        (before == P4_PD_GRP_MBR_STATE_ACTIVE ? " active" : " inactive")));
 }
 
 // A member, or nothing for the word that stands for none.
@@ -124,10 +145,13 @@ struct Fallback {
     }
 };
 
-void set_fallback(Session &, const ProfileFunctions &profile, std::optional<pd_mbr_hdl> member)
+void set_fallback(Session &session, const ProfileFunctions &profile, std::optional<pd_mbr_hdl> member)
 {
+    const pd_mbr_hdl before = session.keeps_changes() ? fallback_of(profile) : 0;
     expect_success(member ? profile.set_fallback_member(driver_session, device, *member)
                           : profile.reset_fallback_member(driver_session, device));
+    if (session.keeps_changes())
+        session.keep_change(command("group fallback", profile, before ? std::to_string(before) : "none"));
 }
 
 void show(Session &session, const ProfileFunctions &profile, std::optional<pd_grp_hdl> group)
@@ -143,15 +167,19 @@ constexpr std::string_view text =
 
 constexpr Verb verbs[] = {
     verb<create, arg::Profile, arg::NewName<Kind::group>, arg::Settings<size_setting>>(
-        "group create", "makes an empty group for up to N members, 256 without"),
+        "group create", "makes an empty group for up to N members, 256 without")
+        .can_be_taken_back(),
     verb<remove, arg::Profile, arg::Group>("group delete",
                                            "deletes it, unless an entry points at it; its members stay"),
-    verb<add, arg::Profile, arg::Group, Members>("group add", "lets all these members join, or none"),
+    verb<add, arg::Profile, arg::Group, Members>("group add", "lets all these members join, or none")
+        .can_be_taken_back(),
     verb<take_out, arg::Profile, arg::Group, Members>("group remove", "takes all these members out, or none"),
     verb<set_state, arg::Profile, arg::Group, arg::Member, arg::Choice<"state", member_states>>(
-        "group state", "only active members are picked; a member joins active"),
+        "group state", "only active members are picked; a member joins active")
+        .can_be_taken_back(),
     verb<set_fallback, arg::Profile, Fallback>("group fallback",
-                                               "the member for packets that find no active member"),
+                                               "the member for packets that find no active member")
+        .can_be_taken_back(),
     verb<show, arg::Profile, arg::Optional<arg::Group>>("group show", "prints it, or all and the fallback")
         .reads(),
 };

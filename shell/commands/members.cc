@@ -48,12 +48,21 @@ void add(Session &session, const ProfileFunctions &profile, std::string_view nam
     pd_mbr_hdl member = 0;
     expect_success(part.functions->add(driver_session, device, {.action = part.parameters.data()}, &member));
     session.names(profile).members.give(member, name);
+    if (session.keeps_changes())
+        session.keep_change(std::string{"member delete "} + profile.row->name + ' ' + std::to_string(member));
     if (session.verbose())
         print_created(session, profile, {Kind::member, member});
 }
 
 void modify(Session &session, const ProfileFunctions &profile, pd_mbr_hdl member, const MemberPart &part)
 {
+    std::string back;
+    if (session.keeps_changes()) {
+        MemberReader reader{profile, false};
+        reader.read(member);
+        back = std::string{"member modify "} + profile.row->name + ' ' + std::to_string(member) + " : ";
+        reader.action().append_text(back);
+    }
     const pd_status status =
         part.functions->modify(driver_session, device.device_id, member, {.action = part.parameters.data()});
     if (status == PD_STATUS_MISMATCH) {
@@ -64,6 +73,8 @@ void modify(Session &session, const ProfileFunctions &profile, pd_mbr_hdl member
                                      ", and a member keeps its action"};
     }
     expect_success(status);
+    if (session.keeps_changes())
+        session.keep_change(std::move(back));
 }
 
 void remove(Session &session, const ProfileFunctions &profile, pd_mbr_hdl member)
@@ -83,9 +94,11 @@ constexpr std::string_view text =
 )";
 
 constexpr Verb verbs[] = {
-    verb<add, arg::Profile, arg::NewName<Kind::member>, Body>("member add", "adds a member"),
+    verb<add, arg::Profile, arg::NewName<Kind::member>, Body>("member add", "adds a member")
+        .can_be_taken_back(),
     verb<modify, arg::Profile, arg::Member, Body>("member modify",
-                                                  "gives it other parameters; a member keeps its action"),
+                                                  "gives it other parameters; a member keeps its action")
+        .can_be_taken_back(),
     verb<remove, arg::Profile, arg::Member>("member delete",
                                             "deletes it, unless an entry, a group or the fallback needs it"),
     verb<show, arg::Profile, arg::Optional<arg::Member>>("member show", "prints it, or all").reads(),

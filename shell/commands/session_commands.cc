@@ -35,7 +35,10 @@ constexpr std::string_view text =
   entries are printed with --verbose only. Ctrl-C ends it between two lines.
 )";
 
+constexpr std::string_view load_options[] = {"--atomic"};
+
 constexpr Verb load_verb[] = {verb<load, arg::File>("load", "carries out the commands of a file")
+                                  .reads()
                                   .not_in_console("files are read by the client")};
 constexpr Verb trace_verb[] = {
     verb<trace, arg::OnOff>("trace", "prints the driver calls of each command behind it")};
@@ -45,7 +48,7 @@ constexpr Verb exit_verb[] = {verb<quit>("exit", "the same as quit").reads()};
 
 } // namespace
 
-const Command load_command{load_verb, text};
+const Command load_command{load_verb, text, load_options};
 const Command trace_command{trace_verb};
 const Command echo_command{echo_verb};
 const Command quit_command{quit_verb};

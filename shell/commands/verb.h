@@ -36,13 +36,18 @@ struct Verb {
     void (*run)(Session &session, Words &words, const char *name);
     Usage (*usage)(); // behind the name
     Effect effect = Effect::changes;
+    bool revocable = false;   // a command takes the change back
     std::string_view clash{}; // why it is not for a process that others run; empty where it is
 
-    constexpr Verb reads() const { return {name, brief, run, usage, Effect::reads, clash}; }
-    constexpr Verb may_change() const { return {name, brief, run, usage, Effect::may_change, clash}; }
+    constexpr Verb reads() const { return {name, brief, run, usage, Effect::reads, revocable, clash}; }
+    constexpr Verb may_change() const
+    {
+        return {name, brief, run, usage, Effect::may_change, revocable, clash};
+    }
+    constexpr Verb can_be_taken_back() const { return {name, brief, run, usage, effect, true, clash}; }
     constexpr Verb not_in_console(std::string_view why) const
     {
-        return {name, brief, run, usage, effect, why};
+        return {name, brief, run, usage, effect, revocable, why};
     }
 
     // The command's name, and the word behind it.
