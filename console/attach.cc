@@ -11,6 +11,7 @@
 #include "console.h"
 #include "file_name.h"
 #include "new_file.h"
+#include "output.h"
 #include "protocol.h"
 #include "terminal_lines.h"
 
@@ -105,6 +106,7 @@ public:
 
 private:
     void carry_out(const Request &request);
+    void carry_out_into(std::ostream &out, const Request &request);
     bool carry_out_here(const Request &request);
     int ask(const Request &request, std::string *output);
     void cancel(bool at_prompt);
@@ -115,6 +117,7 @@ private:
 
     const shell::SessionOptions options_;
     Server server_;
+    std::ostream *out_ = &std::cout;
     std::size_t depth_ = 0; // of files that load files
     u64 bad_commands_ = 0;
     bool done_ = false;
@@ -181,6 +184,34 @@ void Client::run_atomically(shell::LineSource &lines, const std::string &name)
 void Client::carry_out(const Request &request)
 {
     cancelled_ = false;
+    try {
+        std::string_view command = request.command;
+        const shell::Redirection to = shell::take_redirection(command);
+        Request sent = request;
+        sent.command = command;
+        if (!to.sign.empty()) {
+            shell::RedirectedOutput redirected{to};
+            carry_out_into(redirected, sent);
+            redirected.finish();
+        } else if (request.name.empty() && options_.paged) {
+            shell::PagedOutput paged{std::cout};
+            carry_out_into(paged, sent);
+        } else {
+            carry_out_into(*out_, sent);
+        }
+    } catch (const BadLine &error) {
+        ++bad_commands_;
+        report(request, error);
+    }
+}
+
+void Client::carry_out_into(std::ostream &out, const Request &request)
+{
+    struct Restored {
+        std::ostream *&place, *before;
+        ~Restored() { place = before; }
+    } const restored{out_, out_};
+    out_ = &out;
     try {
         if (carry_out_here(request))
             return;
@@ -263,7 +294,7 @@ int Client::ask(const Request &request, std::string *output)
         } else if (frame.kind == Kind::output && output) {
             *output = frame.body;
         } else if (frame.kind == Kind::output) {
-            std::cout << frame.body;
+            *out_ << frame.body;
         }
     }
 }

@@ -177,6 +177,7 @@ int main(int argc, char **argv)
     if (options.check)
         std::cout.setstate(std::ios::badbit);
 
+    options.paged = isatty(STDOUT_FILENO);
     const std::string name = optind < argc ? argv[optind] : "-";
     const bool interactive =
         optind == argc && commands.empty() && !options.atomic && !options.check && isatty(STDIN_FILENO);

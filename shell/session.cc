@@ -5,6 +5,7 @@
 
 #include "commands.h"
 #include "json.h"
+#include "output.h"
 #include "pd.h"
 #include "signals.h"
 #include "tap.h"
@@ -110,8 +111,8 @@ bool goes_on(std::string_view line)
     return without_comment(line).ends_with('\\');
 }
 
-Session::Session(std::ostream &out, std::ostream &err, SessionOptions options)
-    : out_(out), err_(err), options_(std::move(options))
+Session::Session(std::ostream &out, std::ostream &err, const SessionOptions &options)
+    : out_(out), err_(err), options_(options)
 {
     if (!options_.guest)
         p4_pd_tessel_switch_init();
@@ -133,7 +134,7 @@ std::ostream &Session::out()
 {
     if (source_)
         source_->make_room();
-    return out_;
+    return elsewhere_ ? *elsewhere_ : out_;
 }
 
 void Session::print(std::string_view line)
@@ -350,7 +351,7 @@ void Session::run_script(Script &script)
             back_to_prompt();
         show_what_came_behind();
         if (options_.interactive)
-            out_.flush();
+            out().flush();
     }
     script.source.make_room();
     source_ = nullptr;
@@ -392,8 +393,34 @@ void Session::execute(Script &script)
 {
     forget_option_words();
     line_ = &script.command;
-    if (const Words words{script.command}; !words.empty())
-        carry_out(words);
+    std::string_view command = script.command;
+    const Redirection to = options_.guest ? Redirection{} : take_redirection(command);
+    const Words words{command};
+    if (words.empty()) {
+        if (!to.sign.empty())
+            throw BadLine{to.sign, "missing command"};
+        return;
+    }
+    if (!to.sign.empty() && may_write_files()) {
+        out().flush();
+        RedirectedOutput redirected{to};
+        carry_out_into(redirected, words);
+        return redirected.finish();
+    }
+    if (!script.at_prompt || !options_.paged)
+        return carry_out(words);
+    PagedOutput paged{out_};
+    carry_out_into(paged, words);
+}
+
+void Session::carry_out_into(std::ostream &out, const Words &words)
+{
+    struct Restored {
+        std::ostream *&place, *before;
+        ~Restored() { place = before; }
+    } const restored{elsewhere_, elsewhere_};
+    elsewhere_ = &out;
+    carry_out(words);
 }
 
 void Session::carry_out(const Words &line)
@@ -404,7 +431,7 @@ void Session::carry_out(const Words &line)
     if (!command)
         refuse(name, {"command", {}, "help"}, command_names());
     if (!command->options.empty())
-        take_option_words(*command, *line_, line_->size() - words.rest().size());
+        take_option_words(*command, words.rest());
     Words rest{words.rest()};
     verb_ = &take_verb(*command, rest);
     if (options_.guest && !verb_->clash.empty())
@@ -441,10 +468,11 @@ bool &Session::option(std::string_view word)
 
 // Blanks the option words out, so that every other word keeps its place. An unknown one is told in the form
 // that the others ask for.
-void Session::take_option_words(const Command &command, std::string &line, std::size_t from)
+void Session::take_option_words(const Command &command, std::string_view behind)
 {
     std::string_view unknown;
-    for (Words words{std::string_view{line}.substr(from)}; !words.empty();) {
+    std::string &line = *line_;
+    for (Words words{behind}; !words.empty();) {
         const std::string_view word = words.take();
         if (!word.starts_with("--"))
             continue;

@@ -28,6 +28,7 @@ struct SessionOptions {
     bool verbose = false;             // add tells the handle of the new entry
     bool json = false;                // each line of output, and each message, is a JSON document
     bool interactive = false;         // a person types: bad lines are no failure
+    bool paged = false;               // and long output goes to a pager
     std::ostream *terminal = nullptr; // where the progress of long files is shown
     bool guest = false;               // the process has brought the library up, and takes it down
     bool read_only = false;           // what changes something is refused
@@ -40,7 +41,7 @@ bool goes_on(std::string_view line);
 
 class Session {
 public:
-    Session(std::ostream &out, std::ostream &err, SessionOptions options);
+    Session(std::ostream &out, std::ostream &err, const SessionOptions &options);
     ~Session();
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
@@ -99,9 +100,10 @@ private:
     std::size_t take_back();
     void back_to_prompt();
     void execute(Script &script);
+    void carry_out_into(std::ostream &out, const Words &words);
     void forget_option_words() { json_ = from_hardware_ = all_bits_ = atomic_ = false; }
     bool &option(std::string_view word);
-    void take_option_words(const struct Command &command, std::string &line, std::size_t from);
+    void take_option_words(const struct Command &command, std::string_view words);
     void show_what_came_behind();
     void report(const Script &script, const BadLine &error);
     void report_interruption(const Script &script);
@@ -109,6 +111,7 @@ private:
     void tell_bad_lines(const std::string &name);
 
     std::ostream &out_;
+    std::ostream *elsewhere_ = nullptr; // where the output of a command goes instead
     std::ostream &err_;
     SessionOptions options_;
     Watches watches_{*this};

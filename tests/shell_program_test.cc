@@ -61,6 +61,11 @@ TEST(ShellProgram, ReadsAndRefuses)
     const std::pair<std::string, std::string> cases[] = {
         {"</dev/null", "0"},
         {"- <<'.'\necho a\n.\n", "a\n0"},
+        {"- <<'.'\necho a\\\n | tr a b\necho c > /dev/stderr\necho d >> '/dev/stdout'\n.\n", "b\nc\nd\n0"},
+        {"- <<'.'\necho a > /nowhere/b\n.\n",
+         "<stdin>:1:10: '/nowhere/b' cannot be written: No such file or directory\n1"},
+        {"-k - <<'.'\necho a >\n| cat\n.\n",
+         "<stdin>:1:9: missing file name\n<stdin>:2:1: missing command\n<stdin>: 2 bad lines\n1"},
         {"<<'.'\necho a\nbad\necho b\n.\n", "a\n<stdin>:2:1: unknown command 'bad'; help lists them\n1"},
         {"-k -v /dev/stdin <<'.'\nbad\nadd l2SmacCheck priority=1 : NoAction\n.\n",
          "/dev/stdin:1:1: unknown command 'bad'; help lists them\nentry 1\n/dev/stdin: 1 bad line\n1"},

@@ -27,13 +27,14 @@ const std::string control_c = "\x03", control_d = "\x04", previous = "\x10";
 class Terminal {
 public:
     // The shell runs in `folder`, which holds its history.
-    explicit Terminal(const std::string &folder)
+    explicit Terminal(const std::string &folder, const char *pager = "cat")
     {
         shell_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
         if (shell_ == 0) {
             std::signal(SIGINT, SIG_DFL); // which a job in the background ignores
             std::signal(SIGHUP, SIG_DFL); // likewise one that outlasts its terminal
             setenv("XDG_STATE_HOME", folder.c_str(), 1);
+            setenv("PAGER", pager, 1);
             setenv("TERM", "dumb", 1);
             setenv("LC_ALL", "C", 1);
             if (chdir(folder.c_str()) == 0)
@@ -198,5 +199,13 @@ TEST_F(TerminalTest, KeepsItsHistoryHoweverItEnds)
 }
 
 #endif
+
+TEST_F(TerminalTest, PagesWhatTheScreenHasNoRoomFor)
+{
+    Terminal terminal{folder_.path, "sed s/^/paged:/"};
+    EXPECT_NE(terminal.answer("tables").find("\r\npaged:ingStpCheck "), std::string::npos);
+    EXPECT_EQ(terminal.answer("echo short"), "short\r\n");
+    EXPECT_EQ(terminal.answer("tables | grep -c ing | sed s/^/n=/").find("n="), 0u);
+}
 
 } // namespace
