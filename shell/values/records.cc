@@ -13,8 +13,16 @@ std::size_t words_for(std::size_t bytes)
 
 constexpr std::string_view any_word = "any", default_word = "default";
 
+// A number of bits, or a netmask.
 unsigned parse_prefix(std::string_view text, unsigned width, std::string_view name)
 {
+    if (text.find_first_of(".:") != std::string_view::npos) {
+        const Value mask = parse_value(text, width, std::string{name} + " netmask");
+        for (unsigned length = 0; length <= width; ++length)
+            if (leading_ones(length, width) == mask)
+                return length;
+        throw BadLine{text, quoted(text) + " is no netmask: its ones come first"};
+    }
     return parse_u32(text, width, std::string{name} + " prefix length");
 }
 

@@ -95,15 +95,18 @@ std::optional<Value> read_address(std::string_view text, int family, std::size_t
     return from_bytes(address.data(), bytes);
 }
 
-// Bytes of two hex digits with colons between them, exactly as many as the width has.
+// Hex digits, exactly as many as the width has: by two between colons or hyphens, or by four between dots.
 std::optional<Value> read_mac(std::string_view text, unsigned width)
 {
-    if (text.size() + 1 != std::size_t{width} / 8 * 3)
+    const std::size_t mark = text.find_first_of(":-.");
+    const std::size_t group = mark != std::string_view::npos && text[mark] == '.' ? 4 : 2;
+    const std::size_t digits = width / 4;
+    if (mark != group || digits % group != 0 || text.size() != digits + digits / group - 1)
         return std::nullopt;
     Value value;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (i % 3 == 2) {
-            if (text[i] != ':')
+        if (i % (group + 1) == group) {
+            if (text[i] != text[mark])
                 return std::nullopt;
             continue;
         }
