@@ -7,25 +7,12 @@
 #include "json.h"
 #include "output.h"
 #include "pd.h"
+#include "session_script.h"
 #include "signals.h"
 #include "tap.h"
 #include "utf8.h"
 
 namespace shell {
-
-// Lines on their way from a source: the command that they make up, and where they stand.
-struct Session::Script {
-    LineSource &source;
-    const std::string name;
-    const bool at_prompt;
-    std::string line;    // as read
-    std::string command; // without comments; its lines apart when it has several
-    u64 lines_read = 0;
-    u64 first_line = 0; // of the command
-    bool whole = false; // all its lines were read
-
-    bool read_command();
-};
 
 namespace {
 
@@ -70,39 +57,6 @@ std::filesystem::path identity(std::string_view file)
     const std::filesystem::path path = std::filesystem::canonical(file, unknown);
     return unknown ? std::filesystem::path{file} : path;
 }
-
-} // namespace
-
-namespace {
-
-void expect_revocable(const Verb &verb, std::string_view where)
-{
-    if (!verb.revocable)
-        throw BadLine{where, quoted(verb.name) + " cannot be taken back"};
-}
-
-// The lines of another source, to be gone over twice.
-class KeptLines : public LineSource {
-public:
-    explicit KeptLines(LineSource &from)
-    {
-        for (std::string line; from.next(line);)
-            lines_.push_back(line);
-    }
-
-    bool next(std::string &line) override
-    {
-        if (at_ == lines_.size())
-            return false;
-        line = lines_[at_++];
-        return true;
-    }
-    void rewind() { at_ = 0; }
-
-private:
-    std::vector<std::string> lines_;
-    std::size_t at_ = 0;
-};
 
 } // namespace
 
@@ -240,96 +194,6 @@ void Session::run_file(const std::string &name, bool atomic)
     run_script(script);
 }
 
-// All lines, or none: of those before a bad one each is taken back.
-void Session::run_atomically(LineSource &source, const std::string &name)
-{
-    KeptLines lines{source};
-    if (Script trial{lines, name, false, {}, {}}; !are_revocable(trial))
-        return;
-    lines.rewind();
-    const u64 bad_before = bad_lines_;
-    begin();
-    all_or_none_ = true;
-    Script script{lines, name, false, {}, {}};
-    run_script(script);
-    all_or_none_ = false;
-    if (bad_lines_ == bad_before && !interrupted_)
-        return commit();
-    stopping_ = !options_.keep_going || interrupted_;
-    tell_taken_back(name, take_back());
-}
-
-// Tells of each line that cannot be taken back, before any is carried out.
-bool Session::are_revocable(Script &script)
-{
-    const u64 bad_before = bad_lines_;
-    while (script.read_command()) {
-        Words words{script.command};
-        const std::string_view name = words.empty() ? std::string_view{} : words.take();
-        const Command *const command = command_named(name);
-        if (!command)
-            continue; // which is told when it is its turn
-        try {
-            const Verb &verb = take_verb(*command, words);
-            if (verb.effect == Effect::changes)
-                expect_revocable(verb, name);
-        } catch (const BadLine &error) {
-            ++bad_lines_;
-            report(script, error);
-        }
-    }
-    stopping_ = bad_lines_ != bad_before && !options_.keep_going;
-    return bad_lines_ == bad_before;
-}
-
-void Session::begin()
-{
-    if (changes_)
-        throw BadLine{{}, "what is kept since begin ends first: commit or rollback"};
-    changes_.emplace();
-}
-
-void Session::expect_open() const
-{
-    if (!changes_)
-        throw BadLine{{}, "nothing is kept: begin comes first"};
-}
-
-void Session::commit()
-{
-    expect_open();
-    changes_.reset();
-}
-
-void Session::roll_back()
-{
-    expect_open();
-    const std::string changes = std::to_string(take_back());
-    std::string text = "taken back: " + changes;
-    if (json())
-        text = "{\"taken_back\":" + changes + '}';
-    print(text);
-}
-
-// The last change first; what the driver refuses is told, and the others are taken back all the same.
-std::size_t Session::take_back()
-{
-    const std::vector<std::string> changes = std::move(*changes_);
-    changes_.reset();
-    for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
-        try {
-            std::string line = *change;
-            line_ = &line;
-            carry_out(Words{line});
-        } catch (const BadLine &error) {
-            ++bad_lines_;
-            err_ << "cannot be taken back: " << *change << ": " << error.what << std::endl;
-        }
-    }
-    line_ = nullptr;
-    return changes.size();
-}
-
 void Session::run_script(Script &script)
 {
     source_ = &script.source;
@@ -441,14 +305,6 @@ void Session::carry_out(const Words &line)
     verb_->run(*this, rest, verb_->name);
 }
 
-void Session::expect_changes_allowed() const
-{
-    if (options_.read_only)
-        throw BadLine{{}, "this console only reads"};
-    if (changes_)
-        expect_revocable(*verb_, {});
-}
-
 bool Session::may_write_files() const
 {
     if (options_.guest)
@@ -537,16 +393,6 @@ void Session::report_interruption(const Script &script)
     if (options_.interactive && !json())
         err_ << '\n'; // behind the ^C that the terminal shows
     report(script, {{}, "interrupted"});
-}
-
-void Session::tell_taken_back(const std::string &name, std::size_t changes)
-{
-    std::string text = name + ": taken back: " + std::to_string(changes);
-    if (options_.json) {
-        text.clear();
-        Json{text}.open_object().key("file").text(name).key("taken_back").number(changes).close_object();
-    }
-    err_ << text << std::endl;
 }
 
 void Session::tell_bad_lines(const std::string &name)
