@@ -86,7 +86,13 @@ public:
     void commit();
     void roll_back();
     bool keeps_changes() const { return changes_.has_value(); }
-    void keep_change(std::string back) { changes_->push_back(std::move(back)); }
+    // `back` makes the command that takes back what was changed; only asked where changes are kept.
+    template <typename Back>
+    void keep_change(const Back &back)
+    {
+        if (changes_)
+            changes_->push_back(back());
+    }
     void quit() { done_ = true; }
 
 private:

@@ -15,28 +15,13 @@ void expect_revocable(const Verb &verb, std::string_view where)
         throw BadLine{where, quoted(verb.name) + " cannot be taken back"};
 }
 
-// The lines of another source, to be gone over twice.
-class KeptLines : public LineSource {
-public:
-    explicit KeptLines(LineSource &from)
-    {
-        for (std::string line; from.next(line);)
-            lines_.push_back(line);
-    }
-
-    bool next(std::string &line) override
-    {
-        if (at_ == lines_.size())
-            return false;
-        line = lines_[at_++];
-        return true;
-    }
-    void rewind() { at_ = 0; }
-
-private:
-    std::vector<std::string> lines_;
-    std::size_t at_ = 0;
-};
+std::string text_of(LineSource &source)
+{
+    std::string text;
+    for (std::string line; source.next(line);)
+        text.append(line).append("\n");
+    return text;
+}
 
 } // namespace
 
@@ -51,10 +36,11 @@ void Session::expect_changes_allowed() const
 // All lines, or none: of those before a bad one each is taken back.
 void Session::run_atomically(LineSource &source, const std::string &name)
 {
-    KeptLines lines{source};
-    if (Script trial{lines, name, false, {}, {}}; !are_revocable(trial))
+    const std::string text = text_of(source); // to be gone over twice
+    TextLines tried{text};
+    if (Script trial{tried, name, false, {}, {}}; !are_revocable(trial))
         return;
-    lines.rewind();
+    TextLines lines{text};
     const u64 bad_before = bad_lines_;
     begin();
     all_or_none_ = true;
@@ -112,10 +98,12 @@ void Session::commit()
 void Session::roll_back()
 {
     expect_open();
-    const std::string changes = std::to_string(take_back());
-    std::string text = "taken back: " + changes;
-    if (json())
-        text = "{\"taken_back\":" + changes + '}';
+    const std::size_t changes = take_back();
+    std::string text = "taken back: " + std::to_string(changes);
+    if (json()) {
+        text.clear();
+        Json{text}.open_object().key("taken_back").number(changes).close_object();
+    }
     print(text);
 }
 

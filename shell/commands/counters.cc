@@ -64,9 +64,10 @@ void write(Session &session, const CounterFunctions &counter, const Cell &place,
            const std::vector<u64> &counts)
 {
     const u32 cell = place.find();
-    if (session.keeps_changes())
-        session.keep_change(std::string{"counter write "} + counter.row->name + ' ' + std::to_string(cell) +
-                            " : " + text_of(read_cell(session, counter, cell)));
+    session.keep_change([&] {
+        return std::string{"counter write "} + counter.row->name + ' ' + std::to_string(cell) + " : " +
+               text_of(read_cell(session, counter, cell));
+    });
     expect_success(counter.write(driver_session, device, cell, {counts[0], counts[1]}));
 }
 

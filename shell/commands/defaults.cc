@@ -41,10 +41,9 @@ void default_entry(Session &session, const TableFunctions &table, const DefaultE
 {
     if (given.body) {
         session.expect_changes_allowed();
-        const std::string back = session.keeps_changes() ? default_back(session, table) : "";
+        std::string back = session.keeps_changes() ? default_back(session, table) : "";
         given.body->set_default(given.options);
-        if (session.keeps_changes())
-            session.keep_change(back);
+        session.keep_change([&] { return back; });
         return;
     }
     EntryReader reader{table, session.from_hardware(), session.names(table)};
@@ -59,10 +58,9 @@ void default_entry(Session &session, const TableFunctions &table, const DefaultE
 
 void reset(Session &session, const TableFunctions &table)
 {
-    const std::string back = session.keeps_changes() ? default_back(session, table) : "";
+    std::string back = session.keeps_changes() ? default_back(session, table) : "";
     expect_success(table.reset_default_entry(driver_session, device));
-    if (session.keeps_changes())
-        session.keep_change(back);
+    session.keep_change([&] { return back; });
 }
 
 constexpr std::string_view text =

@@ -40,6 +40,11 @@ struct WholeKey {
     }
 };
 
+pd_entry_hdl take_handle(Words &words)
+{
+    return parse_u32(words.take(), ~u32{0}, "entry handle");
+}
+
 // An entry by its handle, or by its whole key.
 struct EntryOrKey {
     using Value = std::variant<pd_entry_hdl, WholeKey::Value>;
@@ -51,7 +56,7 @@ struct EntryOrKey {
     static Value read(Reading &reading)
     {
         if (is_handle(reading.words.peek()))
-            return parse_u32(reading.words.take(), ~u32{0}, "entry handle");
+            return take_handle(reading.words);
         return WholeKey::read(reading);
     }
 };
@@ -114,15 +119,14 @@ ChangedEntry::Value ChangedEntry::read(Reading &reading)
     const TableFunctions &table = *reading.table;
     Options options;
     options.takes_meter = table.row->direct_meter != 0;
-    if (is_handle(words.peek())) {
-        const pd_entry_hdl entry = parse_u32(words.take(), ~u32{0}, "entry handle");
-        EntryBody body{reading.session, words, table, ActionOf::entry, options};
-        return {options, entry, std::move(body)};
-    }
-    Record key = take_key(words, *table.row, options);
+    std::variant<pd_entry_hdl, Record> entry;
+    if (is_handle(words.peek()))
+        entry = take_handle(words);
+    else
+        entry = take_key(words, *table.row, options);
     EntryBody body{reading.session, words, table, ActionOf::entry, options};
     expect_priority(options, words, *table.row);
-    return {options, std::move(key), std::move(body)};
+    return {options, std::move(entry), std::move(body)};
 }
 
 void print_entry(Session &session, const TableFunctions &table, pd_entry_hdl entry)
@@ -157,8 +161,8 @@ void print_count(Session &session, const pd::Table *table, u64 entries)
 void add(Session &session, const TableFunctions &table, const NewEntry::Value &given)
 {
     const pd_entry_hdl entry = given.body.add(given.key, given.options);
-    if (session.keeps_changes())
-        session.keep_change(std::string{"delete "} + table.row->name + ' ' + std::to_string(entry));
+    session.keep_change(
+        [&] { return std::string{"delete "} + table.row->name + ' ' + std::to_string(entry); });
     if (session.verbose())
         print_entry(session, table, entry);
 }
@@ -181,8 +185,7 @@ void modify(Session &session, const TableFunctions &table, const ChangedEntry::V
                    : find_entry(table, key_arguments(std::get<Record>(given.entry), given.options)));
     }
     std::visit([&](const auto &entry) { given.body.modify(entry, given.options); }, given.entry);
-    if (session.keeps_changes())
-        session.keep_change(std::move(back));
+    session.keep_change([&] { return back; });
 }
 
 void remove(Session &, const TableFunctions &table, const EntryOrKey::Value &entry)

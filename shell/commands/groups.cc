@@ -34,8 +34,7 @@ void create(Session &session, const ProfileFunctions &profile, std::string_view 
     expect_success(profile.create_group(driver_session, device, size, &group));
     names.groups.give(group, name);
     names.group_sizes[group] = size;
-    if (session.keeps_changes())
-        session.keep_change(command("group delete", profile, std::to_string(group)));
+    session.keep_change([&] { return command("group delete", profile, std::to_string(group)); });
     if (session.verbose())
         print_created(session, profile, {Kind::group, group});
 }
@@ -97,12 +96,12 @@ void add(Session &session, const ProfileFunctions &profile, pd_grp_hdl group,
             profile.del_member_from_group(driver_session, device.device_id, group, members[joined].handle);
         expect_success(status, members[i].word);
     }
-    if (!session.keeps_changes())
-        return;
-    std::string all = std::to_string(group);
-    for (const NamedMember &member : members)
-        all += ' ' + std::to_string(member.handle);
-    session.keep_change(command("group remove", profile, all));
+    session.keep_change([&] {
+        std::string all = std::to_string(group);
+        for (const NamedMember &member : members)
+            all += ' ' + std::to_string(member.handle);
+        return command("group remove", profile, all);
+    });
 }
 
 void take_out(Session &, const ProfileFunctions &profile, pd_grp_hdl group,
@@ -126,10 +125,11 @@ void set_state(Session &session, const ProfileFunctions &profile, pd_grp_hdl gro
     expect_success(profile.group_member_state_set(driver_session, device.device_id, group, member,
                                                   state == 0 ? P4_PD_GRP_MBR_STATE_ACTIVE
                                                              : P4_PD_GRP_MBR_STATE_INACTIVE));
-    if (session.keeps_changes())
-        session.keep_change(command("group state", profile,
-                                    std::to_string(group) + ' ' + std::to_string(member) +
-                                        (before == P4_PD_GRP_MBR_STATE_ACTIVE ? " active" : " inactive")));
+    session.keep_change([&] {
+        return command("group state", profile,
+                       std::to_string(group) + ' ' + std::to_string(member) +
+                           (before == P4_PD_GRP_MBR_STATE_ACTIVE ? " active" : " inactive"));
+    });
 }
 
 // A member, or nothing for the word that stands for none.
@@ -150,8 +150,8 @@ void set_fallback(Session &session, const ProfileFunctions &profile, std::option
     const pd_mbr_hdl before = session.keeps_changes() ? fallback_of(profile) : 0;
     expect_success(member ? profile.set_fallback_member(driver_session, device, *member)
                           : profile.reset_fallback_member(driver_session, device));
-    if (session.keeps_changes())
-        session.keep_change(command("group fallback", profile, before ? std::to_string(before) : "none"));
+    session.keep_change(
+        [&] { return command("group fallback", profile, before ? std::to_string(before) : "none"); });
 }
 
 void show(Session &session, const ProfileFunctions &profile, std::optional<pd_grp_hdl> group)

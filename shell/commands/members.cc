@@ -48,8 +48,8 @@ void add(Session &session, const ProfileFunctions &profile, std::string_view nam
     pd_mbr_hdl member = 0;
     expect_success(part.functions->add(driver_session, device, {.action = part.parameters.data()}, &member));
     session.names(profile).members.give(member, name);
-    if (session.keeps_changes())
-        session.keep_change(std::string{"member delete "} + profile.row->name + ' ' + std::to_string(member));
+    session.keep_change(
+        [&] { return std::string{"member delete "} + profile.row->name + ' ' + std::to_string(member); });
     if (session.verbose())
         print_created(session, profile, {Kind::member, member});
 }
@@ -73,8 +73,7 @@ void modify(Session &session, const ProfileFunctions &profile, pd_mbr_hdl member
                                      ", and a member keeps its action"};
     }
     expect_success(status);
-    if (session.keeps_changes())
-        session.keep_change(std::move(back));
+    session.keep_change([&] { return back; });
 }
 
 void remove(Session &session, const ProfileFunctions &profile, pd_mbr_hdl member)
