@@ -2,6 +2,7 @@
 // file of that subject: checks_names.cc and so on.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <set>
 #include <sstream>

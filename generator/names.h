@@ -1,6 +1,7 @@
 // How types and members of records are called. Names of functions follow from the patterns of their families.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "catalogue.h"

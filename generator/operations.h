@@ -2,6 +2,7 @@
 // operations.toml holds the rows; driver/README.md tells of them.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>

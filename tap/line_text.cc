@@ -1,6 +1,7 @@
 #include "line_text.h"
 
 #include <charconv>
+#include <cstdint>
 #include <iterator>
 
 namespace tap {

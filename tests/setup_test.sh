@@ -20,7 +20,7 @@ PATH=$folder /bin/sh "$1" 2>"$folder/said" || status=$?
 expect status $status 1
 expect lines "$(wc -l <"$folder/said")" 1
 case $(cat "$folder/said") in
-"setup: neither root nor sudo here; as root: dpkg --add-architecture i386 && apt-get update && apt-get install g++ cmake "*\
+"setup: neither root nor sudo here; as root: dpkg --add-architecture i386 && apt-get update && apt-get install g++ cmake make "*\
 *" libcjson-dev "*" libcjson-dev:i386 "*) ;;
 *) echo "setup says: $(cat "$folder/said")" >&2; exit 1 ;;
 esac
