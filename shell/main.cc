@@ -1,5 +1,6 @@
 // tessel-shell: carries out commands from a file, from standard input or interactively.
 #include <csignal>
+#include <cstdlib>
 #include <getopt.h>
 #include <iostream>
 #include <stdexcept>
@@ -19,7 +20,7 @@ namespace {
 
 constexpr char usage[] =
     "usage: tessel-shell [--attach PATH] [--keep-going] [--verbose] [--json] [--atomic | --check] "
-    "[-c COMMAND]... [FILE | -]";
+    "[--color=WHEN] [-c COMMAND]... [FILE | -]";
 constexpr int bad_usage = 2;
 
 constexpr char help[] = R"(
@@ -34,6 +35,8 @@ it again, 'tessel-shell api' finds functions of the library; each has a --help o
   -j, --json        print each line of output, and each message, as a JSON document
       --atomic      all lines, or none: before a bad line everything is taken back
       --check       tell what is bad in the lines, and nothing else
+      --color=WHEN  headings and errors in colour: always, never, or auto, which is at a terminal and where NO_COLOR
+                    is not set
   -c, --command COMMAND
                     carry COMMAND out in place of a file; each -c is a line
   -h, --help        print this text
@@ -103,6 +106,17 @@ int run_file(const std::string &name, const shell::SessionOptions &options)
     return run(lines, name, options);
 }
 
+// False where `when` is no word for it.
+bool choose_colour(shell::SessionOptions &options, std::string_view when)
+{
+    const char *const unwanted = std::getenv("NO_COLOR"), *const terminal = std::getenv("TERM");
+    const bool is_wanted = !(unwanted && *unwanted) && terminal && terminal != std::string_view{"dumb"};
+    const bool at_terminal = when == "auto" && is_wanted;
+    options.colour = !options.json && (when == "always" || (at_terminal && isatty(STDOUT_FILENO)));
+    options.error_colour = !options.json && (when == "always" || (at_terminal && isatty(STDERR_FILENO)));
+    return when == "auto" || when == "always" || when == "never";
+}
+
 // What getopt refused: a long option as it was written, or the letter in a row of them.
 std::string bad_option(std::string_view word)
 {
@@ -115,12 +129,17 @@ std::string bad_option(std::string_view word)
 
 int main(int argc, char **argv)
 {
-    static constexpr option long_options[] = {
-        {"keep-going", no_argument, nullptr, 'k'},    {"verbose", no_argument, nullptr, 'v'},
-        {"json", no_argument, nullptr, 'j'},          {"help", no_argument, nullptr, 'h'},
-        {"version", no_argument, nullptr, 'V'},       {"attach", required_argument, nullptr, 'a'},
-        {"command", required_argument, nullptr, 'c'}, {"atomic", no_argument, nullptr, 'A'},
-        {"check", no_argument, nullptr, 'C'},         {nullptr, 0, nullptr, 0}};
+    static constexpr option long_options[] = {{"keep-going", no_argument, nullptr, 'k'},
+                                              {"verbose", no_argument, nullptr, 'v'},
+                                              {"json", no_argument, nullptr, 'j'},
+                                              {"help", no_argument, nullptr, 'h'},
+                                              {"version", no_argument, nullptr, 'V'},
+                                              {"attach", required_argument, nullptr, 'a'},
+                                              {"command", required_argument, nullptr, 'c'},
+                                              {"atomic", no_argument, nullptr, 'A'},
+                                              {"check", no_argument, nullptr, 'C'},
+                                              {"color", required_argument, nullptr, 'x'},
+                                              {nullptr, 0, nullptr, 0}};
     std::ios::sync_with_stdio(false);
     if (argc > 1 && std::string_view{argv[1]} == "explain")
         return shell::run_explain(argc - 1, argv + 1);
@@ -131,6 +150,7 @@ int main(int argc, char **argv)
     shell::SessionOptions options;
     std::string commands; // of the command line
     std::string attached; // the socket of a process's console; else empty
+    std::string_view colour = "auto";
     if (isatty(STDERR_FILENO))
         options.terminal = &std::cerr;
     opterr = 0;
@@ -150,6 +170,9 @@ int main(int argc, char **argv)
             break;
         case 'C':
             options.check = options.keep_going = true;
+            break;
+        case 'x':
+            colour = optarg;
             break;
         case 'a':
             attached = optarg;
@@ -177,6 +200,8 @@ int main(int argc, char **argv)
     if (options.check)
         std::cout.setstate(std::ios::badbit);
 
+    if (!choose_colour(options, colour))
+        return wrong_usage(options, "--color takes always, never or auto");
     options.paged = isatty(STDOUT_FILENO);
     const std::string name = optind < argc ? argv[optind] : "-";
     const bool interactive =

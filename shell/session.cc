@@ -4,9 +4,9 @@
 #include <stdexcept>
 
 #include "commands.h"
-#include "json.h"
 #include "output.h"
 #include "pd.h"
+#include "result.h"
 #include "session_script.h"
 #include "signals.h"
 #include "tap.h"
@@ -19,12 +19,9 @@ namespace {
 void keep_trace_line(const char *line, void *session)
 {
     auto &to = *static_cast<Session *>(session);
-    std::string text{line};
-    if (to.json()) {
-        text.clear();
-        Json{text}.open_object().key("trace").text(line).close_object();
-    }
-    to.print_behind(text);
+    Result result{to.json()};
+    result.text("trace", line);
+    to.print_behind(result.line("{trace}"));
 }
 
 std::string_view without_trailing_blanks(std::string_view text)
@@ -98,12 +95,9 @@ void Session::print(std::string_view line)
 
 void Session::print_text(std::string_view key, std::string_view text)
 {
-    std::string line{text};
-    if (json()) {
-        line.clear();
-        Json{line}.open_object().key(key).text(text).close_object();
-    }
-    print(line);
+    Result result{json()};
+    result.text(key, text);
+    print(result.line('{' + std::string{key} + '}'));
 }
 
 const ProfileNames *Session::names(const reflection::TableFunctions &table)
@@ -168,7 +162,7 @@ void Session::load(const FileName &file)
     if (source_)
         source_->make_room();
     LineSource *const before = source_;
-    const bool atomic = atomic_;
+    const bool atomic = option_words_.atomic;
     if (atomic && changes_)
         throw BadLine{file.where, "what is kept since begin ends first: commit or rollback"};
     files_.push_back(identity(file.name));
@@ -180,7 +174,7 @@ void Session::load(const FileName &file)
     }
     files_.pop_back();
     source_ = before;
-    forget_option_words();
+    option_words_ = {};
     if (!failure.empty())
         throw BadLine{file.where, shell::quoted(file.name) + ' ' + failure};
 }
@@ -255,7 +249,7 @@ bool Session::Script::read_command()
 
 void Session::execute(Script &script)
 {
-    forget_option_words();
+    option_words_ = {};
     line_ = &script.command;
     std::string_view command = script.command;
     const Redirection to = options_.guest ? Redirection{} : take_redirection(command);
@@ -268,22 +262,27 @@ void Session::execute(Script &script)
     if (!to.sign.empty() && may_write_files()) {
         out().flush();
         RedirectedOutput redirected{to};
-        carry_out_into(redirected, words);
+        carry_out_into(redirected, true, words);
         return redirected.finish();
     }
     if (!script.at_prompt || !options_.paged)
         return carry_out(words);
     PagedOutput paged{out_};
-    carry_out_into(paged, words);
+    carry_out_into(paged, false, words);
 }
 
-void Session::carry_out_into(std::ostream &out, const Words &words)
+void Session::carry_out_into(std::ostream &out, bool redirected, const Words &words)
 {
     struct Restored {
-        std::ostream *&place, *before;
-        ~Restored() { place = before; }
-    } const restored{elsewhere_, elsewhere_};
+        Session &session;
+        ~Restored()
+        {
+            session.elsewhere_ = nullptr;
+            session.redirected_ = false;
+        }
+    } const restored{*this};
     elsewhere_ = &out;
+    redirected_ = redirected;
     carry_out(words);
 }
 
@@ -295,14 +294,22 @@ void Session::carry_out(const Words &line)
     if (!command)
         refuse(name, {"command", {}, "help"}, command_names());
     if (!command->options.empty())
-        take_option_words(*command, words.rest());
+        take_option_words(option_words_, Words{words.rest()}, *line_, name, command->options);
     Words rest{words.rest()};
     verb_ = &take_verb(*command, rest);
     if (options_.guest && !verb_->clash.empty())
         throw BadLine{{}, "not in the console of a process: " + std::string{verb_->clash}};
+    if (const auto &[word, place] = option_words_.of_list; !verb_->is_list && !word.empty())
+        throw BadLine{place, word + " is for lists, which " + verb_->name + " prints none of"};
     if (verb_->effect == Effect::changes)
         expect_changes_allowed();
     verb_->run(*this, rest, verb_->name);
+}
+
+// People at the prompt see a line of a list as one.
+std::optional<std::size_t> Session::line_width() const
+{
+    return elsewhere_ && !redirected_ ? width_of_terminal() : std::nullopt;
 }
 
 bool Session::may_write_files() const
@@ -310,38 +317,6 @@ bool Session::may_write_files() const
     if (options_.guest)
         throw BadLine{{}, "not in the console of a process: files are written by the client"};
     return !options_.check;
-}
-
-// What the option word of a command turns on.
-bool &Session::option(std::string_view word)
-{
-    if (word == "--json")
-        return json_;
-    if (word == "--atomic")
-        return atomic_;
-    return word == "--hw" ? from_hardware_ : all_bits_;
-}
-
-// Blanks the option words out, so that every other word keeps its place. An unknown one is told in the form
-// that the others ask for.
-void Session::take_option_words(const Command &command, std::string_view behind)
-{
-    std::string_view unknown;
-    std::string &line = *line_;
-    for (Words words{behind}; !words.empty();) {
-        const std::string_view word = words.take();
-        if (!word.starts_with("--"))
-            continue;
-        if (std::ranges::find(command.options, word) == command.options.end()) {
-            unknown = unknown.empty() ? word : unknown;
-            continue;
-        }
-        option(word) = true;
-        const auto begin = static_cast<std::size_t>(word.data() - line.data());
-        std::fill_n(line.begin() + static_cast<std::ptrdiff_t>(begin), word.size(), ' ');
-    }
-    if (!unknown.empty())
-        refuse(unknown, {"option", command.name()}, {command.options.begin(), command.options.end()});
 }
 
 void Session::show_what_came_behind()
@@ -365,24 +340,16 @@ void Session::report(const Script &script, const BadLine &error)
     const bool one_typed_line = script.at_prompt && line_feeds == 0;
     const u64 line = line_feeds + (script.at_prompt ? 1 : script.first_line);
 
-    std::string text;
-    if (json()) {
-        Json object{text};
-        object.open_object().key("error").text(error.what);
-        if (!script.at_prompt)
-            object.key("file").text(script.name);
-        if (!one_typed_line)
-            object.key("line").number(line);
-        object.key("column").number(column).close_object();
-    } else {
-        const std::string line_text = std::to_string(line);
-        text = !script.at_prompt ? script.name + ':' + line_text + ':'
-               : one_typed_line  ? "column "
-                                 : "line " + line_text + ", column ";
-        text += std::to_string(column) + ": " + error.what;
-    }
-    out().flush();
-    err_ << text << std::endl;
+    Result result{json()};
+    result.text("error", error.what);
+    if (!script.at_prompt)
+        result.text("file", script.name);
+    if (!one_typed_line)
+        result.number("line", line);
+    result.number("column", column);
+    complain(result.line(!script.at_prompt ? "{file}:{line}:{column}: {error}"
+                         : one_typed_line  ? "column {column}: {error}"
+                                           : "line {line}, column {column}: {error}"));
 }
 
 // A line at the prompt that is given up was no command yet.
@@ -397,13 +364,19 @@ void Session::report_interruption(const Script &script)
 
 void Session::tell_bad_lines(const std::string &name)
 {
-    std::string text =
-        name + ": " + std::to_string(bad_lines_) + (bad_lines_ == 1 ? " bad line" : " bad lines");
-    if (options_.json) {
-        text.clear();
-        Json{text}.open_object().key("file").text(name).key("bad_lines").number(bad_lines_).close_object();
-    }
-    err_ << text << std::endl;
+    Result result{options_.json};
+    result.text("file", name).number("bad_lines", bad_lines_);
+    complain(result.line(bad_lines_ == 1 ? "{file}: {bad_lines} bad line" : "{file}: {bad_lines} bad lines"));
+}
+
+void Session::complain(const std::string &line)
+{
+    constexpr std::string_view red = "\033[31m", plain = "\033[m";
+    out().flush();
+    if (options_.error_colour)
+        err_ << red << line << plain << std::endl;
+    else
+        err_ << line << std::endl;
 }
 
 } // namespace shell

@@ -15,6 +15,7 @@
 #include "idle.h"
 #include "lines.h"
 #include "names.h"
+#include "option_words.h"
 #include "reflection.h"
 #include "watches.h"
 #include "words.h"
@@ -29,6 +30,8 @@ struct SessionOptions {
     bool json = false;                // each line of output, and each message, is a JSON document
     bool interactive = false;         // a person types: bad lines are no failure
     bool paged = false;               // and long output goes to a pager
+    bool colour = false;              // in what is printed
+    bool error_colour = false;        // in what is said of bad lines
     std::ostream *terminal = nullptr; // where the progress of long files is shown
     bool guest = false;               // the process has brought the library up, and takes it down
     bool read_only = false;           // what changes something is refused
@@ -61,9 +64,13 @@ public:
     // Prints text of any number of lines, as it is or as the JSON string of an object with this one key.
     void print_text(std::string_view key, std::string_view text);
     bool verbose() const { return options_.verbose || (options_.interactive && files_.size() == 1); }
-    bool json() const { return options_.json || json_; }
-    bool from_hardware() const { return from_hardware_; }
-    bool all_bits() const { return all_bits_; }
+    bool json() const { return options_.json || option_words_.json; }
+    const OptionWords &option_words() const { return option_words_; } // of the command
+    bool from_hardware() const { return option_words_.from_hardware; }
+    // How many characters a line of a list may have; none where there is no end.
+    std::optional<std::size_t> line_width() const;
+    // Whether what is printed may have colours.
+    bool colours() const { return options_.colour && !redirected_; }
     void set_trace(bool on);
     Watches &watches() { return watches_; }
     IdleWatches &idle_watches() { return idle_watches_; }
@@ -106,15 +113,13 @@ private:
     std::size_t take_back();
     void back_to_prompt();
     void execute(Script &script);
-    void carry_out_into(std::ostream &out, const Words &words);
-    void forget_option_words() { json_ = from_hardware_ = all_bits_ = atomic_ = false; }
-    bool &option(std::string_view word);
-    void take_option_words(const struct Command &command, std::string_view words);
+    void carry_out_into(std::ostream &out, bool redirected, const Words &words);
     void show_what_came_behind();
     void report(const Script &script, const BadLine &error);
     void report_interruption(const Script &script);
     void tell_taken_back(const std::string &name, std::size_t changes);
     void tell_bad_lines(const std::string &name);
+    void complain(const std::string &line);
 
     std::ostream &out_;
     std::ostream *elsewhere_ = nullptr; // where the output of a command goes instead
@@ -128,10 +133,8 @@ private:
     bool interrupted_ = false;
     bool stopping_ = false; // a bad line or Ctrl-C ends the files, down to the prompt if there is one
     u64 bad_lines_ = 0;
-    bool json_ = false; // option words of the command
-    bool from_hardware_ = false;
-    bool all_bits_ = false;
-    bool atomic_ = false;
+    OptionWords option_words_;
+    bool redirected_ = false;                         // what the command prints
     bool all_or_none_ = false;                        // the first bad line ends the file
     const Verb *verb_ = nullptr;                      // that is being carried out
     std::optional<std::vector<std::string>> changes_; // commands that take back what was changed

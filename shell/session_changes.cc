@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "commands.h"
-#include "json.h"
+#include "result.h"
 #include "session_script.h"
 
 namespace shell {
@@ -98,13 +98,9 @@ void Session::commit()
 void Session::roll_back()
 {
     expect_open();
-    const std::size_t changes = take_back();
-    std::string text = "taken back: " + std::to_string(changes);
-    if (json()) {
-        text.clear();
-        Json{text}.open_object().key("taken_back").number(changes).close_object();
-    }
-    print(text);
+    Result result{json()};
+    result.number("taken_back", take_back());
+    print(result.line("taken back: {taken_back}"));
 }
 
 // The last change first; what the driver refuses is told, and the others are taken back all the same.
@@ -119,7 +115,9 @@ std::size_t Session::take_back()
             carry_out(Words{line});
         } catch (const BadLine &error) {
             ++bad_lines_;
-            err_ << "cannot be taken back: " << *change << ": " << error.what << std::endl;
+            Result result{options_.json};
+            result.text("error", error.what).text("taken_back_by", *change);
+            complain(result.line("cannot be taken back: {taken_back_by}: {error}"));
         }
     }
     line_ = nullptr;
@@ -128,12 +126,9 @@ std::size_t Session::take_back()
 
 void Session::tell_taken_back(const std::string &name, std::size_t changes)
 {
-    std::string text = name + ": taken back: " + std::to_string(changes);
-    if (options_.json) {
-        text.clear();
-        Json{text}.open_object().key("file").text(name).key("taken_back").number(changes).close_object();
-    }
-    err_ << text << std::endl;
+    Result result{options_.json};
+    result.text("file", name).number("taken_back", changes);
+    complain(result.line("{file}: taken back: {taken_back}"));
 }
 
 } // namespace shell

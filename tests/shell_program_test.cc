@@ -57,7 +57,7 @@ std::string program(const std::string &arguments)
 TEST(ShellProgram, ReadsAndRefuses)
 {
     const std::string usage = "; usage: tessel-shell [--attach PATH] [--keep-going] [--verbose] [--json] "
-                              "[--atomic | --check] [-c COMMAND]... [FILE | -]\n2";
+                              "[--atomic | --check] [--color=WHEN] [-c COMMAND]... [FILE | -]\n2";
     const std::pair<std::string, std::string> cases[] = {
         {"</dev/null", "0"},
         {"- <<'.'\necho a\n.\n", "a\n0"},

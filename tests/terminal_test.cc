@@ -11,6 +11,7 @@
 #include <poll.h>
 #include <pty.h>
 #include <string>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -78,6 +79,12 @@ public:
         type(line + "\r");
         expect(line + "\r\n");
         return expect(prompt);
+    }
+
+    void resize(unsigned short columns) const
+    {
+        const winsize size{24, columns, 0, 0};
+        EXPECT_EQ(ioctl(terminal_, TIOCSWINSZ, &size), 0);
     }
 
     void send(int signal) const { kill(shell_, signal); }
@@ -206,6 +213,16 @@ TEST_F(TerminalTest, PagesWhatTheScreenHasNoRoomFor)
     EXPECT_NE(terminal.answer("tables").find("\r\npaged:ingStpCheck "), std::string::npos);
     EXPECT_EQ(terminal.answer("echo short"), "short\r\n");
     EXPECT_EQ(terminal.answer("tables | grep -c ing | sed s/^/n=/").find("n="), 0u);
+}
+
+TEST_F(TerminalTest, ShowsListsAsWideAsItIs)
+{
+    Terminal terminal{folder_.path};
+    terminal.resize(40);
+    EXPECT_EQ(terminal.answer("tables ingStpCheck --columns table,key_kind,brief"),
+              "table                        key_kind  >\r\ningStpCheck                  keyless   >\r\n");
+    terminal.resize(400);
+    EXPECT_EQ(terminal.answer("tables ingStpCheck").find(">\r\n"), std::string::npos);
 }
 
 } // namespace

@@ -1,244 +1,361 @@
 // The commands that tell what the switch program has: tables, describe.
 #include <algorithm>
-#include <cstdio>
-#include <cstring>
-#include <iomanip>
+#include <variant>
 
 #include "commands.h"
-#include "json.h"
+#include "list.h"
+#include "model.h"
+#include "resources.h"
+#include "rows_services.h"
+#include "services.h"
 #include "verb_arguments.h"
 
 namespace shell {
 
 namespace {
 
-std::string hex(u32 number)
-{
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%x", number);
-    return text;
-}
+// ---- Lists within a description: a line each ------------------------------------------------------------
 
-std::string mask_text(const pd::Field &field)
-{
-    std::string text;
-    append_mask_text(text, {field.mask.high, field.mask.low}, Form::number);
-    return text;
-}
-
-// The width of the first column of a list whose longest text this is.
+// "{name:-12} ", as wide as the longest of its texts and a gap.
 template <typename Rows, typename Text>
-int column(const Rows &rows, Text text)
+std::string column(const char *name, const Rows &rows, Text text)
 {
     std::size_t longest = 0;
     for (const auto &row : rows)
-        longest = std::max(longest, std::strlen(text(row)));
-    return static_cast<int>(longest) + 2;
+        longest = std::max(longest, std::string_view{text(row)}.size());
+    return std::string{"{"} + name + ":-" + std::to_string(longest + 1) + "} ";
 }
 
-void describe_key(std::ostream &out, const pd::Table &table)
+void tell_key(Result &to, std::span<const pd::Field> key)
 {
-    const int display = column(table.key, [](const pd::Field &field) { return field.display; });
-    const int member = column(table.key, [](const pd::Field &field) { return field.name; });
-    out << "key:\n";
-    for (const pd::Field &field : table.key)
-        out << "  " << std::left << std::setw(display) << field.display << std::setw(member) << field.name
-            << std::right << std::setw(3) << unsigned{field.width}
-            << (field.width == 1 ? " bit   " : " bits  ") << match_name(field.match)
-            << (uncompared_bits(field) ? ", mask " + mask_text(field) : "")
-            << (field.partition_index ? ", the partition index" : "") << '\n';
+    const std::string names = column("field", key, [](const pd::Field &field) { return field.display; }) +
+                              column("member", key, [](const pd::Field &field) { return field.name; });
+    to.list("key", key, [&](Result &each, const pd::Field &field) {
+        std::string sentence =
+            "\n  " + names + (field.width == 1 ? "{width:3} bit   " : "{width:3} bits  ") + "{match}";
+        each.text("field", field.display).text("member", field.name);
+        each.number("width", field.width).text("match", match_name(field.match));
+        if (uncompared_bits(field)) {
+            std::string mask;
+            append_mask_text(mask, {field.mask.high, field.mask.low}, Form::number);
+            each.text("mask", mask);
+            sentence += ", mask {mask}";
+        }
+        return sentence + (field.partition_index ? ", the partition index" : "");
+    });
 }
 
-void describe_actions(std::ostream &out, std::span<const pd::Binding> actions)
+void tell_parameters(Result &to, const pd::Action &action)
 {
-    const int name = column(actions, [](const pd::Binding &binding) { return binding.action->name; });
-    out << "actions:\n";
-    for (const pd::Binding &binding : actions) {
-        std::string line = "  " + std::string{binding.action->name};
-        line.resize(static_cast<std::size_t>(name) + 2, ' ');
-        for (const pd::Parameter &parameter : binding.action->parameters)
-            line += std::string{parameter.name} + ':' + std::to_string(parameter.width) + ' ';
-        if (!binding.entry)
-            line += "(default only)";
-        else if (binding.default_action)
-            line += "(default too)";
-        out << line.substr(0, line.find_last_not_of(' ') + 1) << '\n';
-    }
+    to.list("parameters", action.parameters, [](Result &each, const pd::Parameter &parameter) {
+        each.text("parameter", parameter.name).number("width", parameter.width);
+        return " {parameter}:{width}";
+    });
 }
 
-void describe_resources(std::ostream &out, const pd::Table &table)
+void tell_actions(Result &to, std::span<const pd::Binding> actions)
 {
-    if (table.direct_counter)
-        out << "direct counter: " << hex(table.direct_counter) << '\n';
-    if (table.direct_meter)
-        out << "direct meter: " << hex(table.direct_meter) << ", add takes meter=CR,CB,PR,PB,TYPE\n";
-    if (table.indexed_resource)
-        out << "indexed resource: " << hex(table.indexed_resource) << '\n';
+    const std::string name =
+        column("action", actions, [](const pd::Binding &binding) { return binding.action->name; });
+    to.list("actions", actions, [&](Result &each, const pd::Binding &binding) {
+        each.text("action", binding.action->name).hex("handle", binding.handle);
+        each.flag("entry", binding.entry).flag("default", binding.default_action);
+        tell_parameters(each, *binding.action);
+        return "\n  " + name.substr(0, name.size() - 1) + "{parameters}" +
+               (!binding.entry           ? " (default only)"
+                : binding.default_action ? " (default too)"
+                                         : "");
+    });
+}
+
+// ---- Tables and profiles --------------------------------------------------------------------------------
+
+// Only those that the table has. Gives their sentences.
+std::string tell_resources(Result &to, const pd::Table &table)
+{
+    constexpr struct {
+        const char *name;
+        u32 pd::Table::*handle;
+        const char *sentence;
+    } resources[] = {
+        {"direct_counter", &pd::Table::direct_counter, "\ndirect counter: {direct_counter}"},
+        {"direct_meter", &pd::Table::direct_meter,
+         "\ndirect meter: {direct_meter}, add takes meter=CR,CB,PR,PB,TYPE"},
+        {"indexed_resource", &pd::Table::indexed_resource, "\nindexed resource: {indexed_resource}"},
+    };
+    std::string sentences;
+    for (const auto &[name, handle, sentence] : resources)
+        if (table.*handle) {
+            to.hex(name, table.*handle);
+            sentences += sentence;
+        }
+    to.flag("idle_time", table.idle_time).flag("ttl", table.ttl_on_add);
     if (table.idle_time)
-        out << "idle time" << (table.ttl_on_add ? ": add takes ttl=N" : "") << '\n';
+        sentences += table.ttl_on_add ? "\nidle time: add takes ttl=N" : "\nidle time";
+    return sentences;
 }
 
-// The members that the table's object has in both commands.
-void append_summary(Json &to, const pd::Table &table)
+// The members that the table's object has in the list of tables as well.
+void tell_summary(Result &to, const pd::Table &table)
 {
-    to.key("table").text(table.name).key("brief").text(table.brief).key("handle").number(table.handle);
-    to.key("key_kind").text(key_kind_name(table)).key("entries").number(entry_count(table));
+    to.text("table", table.name).text("brief", table.brief).hex("handle", table.handle);
+    to.text("key_kind", key_kind_name(table)).number("entries", entry_count(table));
     if (table.profile)
-        to.key("profile").text(table.profile);
+        to.text("profile", table.profile);
 }
 
-void append_key(Json &to, const pd::Table &table)
+std::string tell(Result &to, const reflection::TableFunctions *functions)
 {
-    to.open_array();
-    for (const pd::Field &field : table.key) {
-        to.open_object().key("field").text(field.display).key("member").text(field.name);
-        to.key("width").number(field.width).key("match").text(match_name(field.match));
-        if (uncompared_bits(field))
-            to.key("mask").text(mask_text(field));
-        to.close_object();
+    const pd::Table &table = *functions->row;
+    tell_summary(to, table);
+    to.flag("priority", pd::has_priority(table));
+    tell_key(to, table.key);
+    tell_actions(to, table.actions);
+    std::string sentence = "{table}: {brief}\nhandle {handle}, {key_kind}";
+    sentence += pd::has_priority(table) ? " with priority=N, entries: {entries}" : ", entries: {entries}";
+    sentence += table.key.empty() ? "" : "\nkey:{key}";
+    sentence += table.profile ? "\nentries point at members or groups of the action profile {profile}"
+                              : "\nactions:{actions}";
+    return sentence + tell_resources(to, table);
+}
+
+std::string tell(Result &to, const reflection::ProfileFunctions *functions)
+{
+    const pd::Profile &profile = *functions->row;
+    to.text("profile", profile.name).text("table", table_of(*functions).row->name);
+    to.hex("action_data", profile.action_table).hex("selector", profile.selector);
+    to.number("members", count_members(*functions)).number("groups", count_groups(*functions));
+    tell_actions(to, profile.actions);
+    return "{profile}: action profile of {table}\naction data {action_data}, selector {selector}, members: "
+           "{members}, "
+           "groups: {groups}\nactions:{actions}";
+}
+
+// ---- Actions --------------------------------------------------------------------------------------------
+
+// Where the action stands in: tables and profiles.
+std::vector<std::string_view> users_of(const pd::Action &action)
+{
+    const auto has = [&](std::span<const pd::Binding> bindings) {
+        return std::ranges::find(bindings, &action, &pd::Binding::action) != bindings.end();
+    };
+    std::vector<std::string_view> users;
+    for (const reflection::TableFunctions *table : reflection::tables())
+        if (has(table->row->actions))
+            users.push_back(table->row->name);
+    for (const reflection::ProfileFunctions *profile : reflection::profiles())
+        if (has(profile->row->actions))
+            users.push_back(profile->row->name);
+    return users;
+}
+
+std::string tell(Result &to, const pd::Action *action)
+{
+    to.text("action", action->name).number("number", action->number);
+    tell_parameters(to, *action);
+    to.number("image_bytes", pd::image_size(action->parameters).bytes);
+    to.list("used_by", users_of(*action), [](Result &each, std::string_view name) {
+        each.text("name", name);
+        return "\n  {name}";
+    });
+    return std::string{"{action}: action number {number}, image of {image_bytes} bytes\nparameters:"} +
+           (action->parameters.empty() ? " none" : "{parameters}") + "\nused by:{used_by}";
+}
+
+// ---- Resources and services -----------------------------------------------------------------------------
+
+// "direct to TABLE", or how many cells there are; the catalogue does not say, the model has so many.
+std::string tell_cells(Result &to, const reflection::TableFunctions *table, u32 cells)
+{
+    if (table) {
+        to.text("table", table->row->name);
+        return ", a cell for each entry of {table}";
     }
-    to.close_array();
+    to.number("cells", cells);
+    return ", indexed, cells in the model: {cells}";
 }
 
-void append_actions(Json &to, std::span<const pd::Binding> actions)
+std::string tell(Result &to, const reflection::CounterFunctions *functions)
 {
-    to.open_array();
-    for (const pd::Binding &binding : actions) {
-        to.open_object().key("action").text(binding.action->name).key("handle").number(binding.handle);
-        to.key("entry").flag(binding.entry).key("default").flag(binding.default_action);
-        to.key("parameters").open_array();
-        for (const pd::Parameter &parameter : binding.action->parameters)
-            to.open_object()
-                .key("parameter")
-                .text(parameter.name)
-                .key("width")
-                .number(parameter.width)
-                .close_object();
-        to.close_array().close_object();
+    const reflection::TableFunctions *const table = table_of(*functions->row);
+    to.text("counter", functions->row->name);
+    to.hex("handle", table ? table->row->direct_counter : functions->row->handle);
+    return "{counter}: counter of packets and bytes\nhandle {handle}" +
+           tell_cells(to, table, TS_MODEL_INDEXED_CELLS);
+}
+
+std::string tell(Result &to, const reflection::MeterFunctions *functions)
+{
+    to.text("meter", functions->row->name).hex("handle", functions->row->handle);
+    return "{meter}: meter with committed and peak rate and burst\nhandle {handle}" +
+           tell_cells(to, table_of(*functions->row), TS_MODEL_INDEXED_CELLS);
+}
+
+std::string tell(Result &to, const reflection::RegisterFunctions *functions)
+{
+    to.text("register", functions->row->name).hex("handle", functions->row->handle);
+    return "{register}: register of 1 bit a cell in each pipe\nhandle {handle}" +
+           tell_cells(to, nullptr, TS_MODEL_REGISTER_CELLS);
+}
+
+std::string tell(Result &to, const reflection::DigestFunctions *functions)
+{
+    const pd::Digest &digest = *functions->row;
+    to.text("digest", digest.name).hex("handle", digest.handle).number("entry_bytes", digest.entry_bytes);
+    const std::string name =
+        column("member", digest.fields, [](const pd::DigestField &field) { return field.name; });
+    to.list("fields", digest.fields, [&](Result &each, const pd::DigestField &field) {
+        each.text("member", field.name).number("offset", field.offset).number("bytes", field.bytes);
+        return "\n  " + name + "{bytes} bytes at {offset}";
+    });
+    return "{digest}: digest\nhandle {handle}, entries of {entry_bytes} bytes\nfields:{fields}";
+}
+
+std::string tell(Result &to, const reflection::ValueSetFunctions *functions)
+{
+    to.text("set", functions->row->name).hex("handle", functions->row->handle).number("width", 32);
+    return "{set}: parser value set\nhandle {handle}, values and masks of {width} bits";
+}
+
+std::string tell(Result &to, const reflection::HashFunctions *functions)
+{
+    const pd::Hash &hash = *functions->row;
+    to.text("calculation", hash.name).hex("handle", hash.handle);
+    to.hex("input", hash.input).hex("algorithm", hash.algorithm);
+    return "{calculation}: hash calculation\nhandle {handle}, input {input}, algorithm {algorithm}";
+}
+
+constexpr std::string_view snapshots = "snapshots";
+
+// One description of all.
+std::string tell(Result &to, std::string_view)
+{
+    const std::pair<std::string_view, const pd::SnapshotLayout &> layouts[] = {{"ingress", pd::snapshots::A},
+                                                                               {"egress", pd::snapshots::B}};
+    to.number("stages", TS_MODEL_STAGES).number("record_bytes", sizeof(pd_snapshot_phv));
+    to.list("layouts", layouts, [](Result &each, const auto &layout) {
+        each.text("direction", layout.first).number("two_bytes", layout.second.two_bytes.size());
+        each.number("four_bytes", layout.second.four_bytes.size());
+        return "\n  {direction:-7}  {two_bytes} fields of two bytes, {four_bytes} of four, the others of one";
+    });
+    return "snapshots: stages 0 to " + std::to_string(TS_MODEL_STAGES - 1) +
+           ", a record of {record_bytes} bytes each\nlayouts:{layouts}";
+}
+
+// ---- Commands -------------------------------------------------------------------------------------------
+
+using Described =
+    std::variant<std::monostate, const reflection::TableFunctions *, const reflection::ProfileFunctions *,
+                 const pd::Action *, const reflection::CounterFunctions *, const reflection::MeterFunctions *,
+                 const reflection::RegisterFunctions *, const reflection::DigestFunctions *,
+                 const reflection::ValueSetFunctions *, const reflection::HashFunctions *, std::string_view>;
+
+// Anything that has a name.
+struct Named {
+    using Value = Described;
+    static void describe(Usage &usage)
+    {
+        usage.add({"TABLE", "PROFILE", "ACTION", "COUNTER", "METER", "REGISTER", "DIGEST", "SET",
+                   "CALCULATION", snapshots});
     }
-    to.close_array();
+    static Value read(Reading &reading);
+};
+
+// Finds the first row of the name, and keeps all names.
+class Finder {
+public:
+    explicit Finder(std::string_view name) : name_(name) {}
+
+    template <typename Rows>
+    void look_in(const Rows &rows)
+    {
+        for (const auto &row : rows)
+            keep(row.row->name, &row);
+    }
+    void keep(std::string_view name, const Described &found)
+    {
+        names_.push_back(name);
+        if (found_.index() == 0 && name == name_)
+            found_ = found;
+    }
+    const Described &found() const
+    {
+        if (found_.index() == 0)
+            refuse(name_, {"name", {}, "help describe"}, names_);
+        return found_;
+    }
+
+private:
+    std::string_view name_;
+    std::vector<std::string_view> names_;
+    Described found_;
+};
+
+Described Named::read(Reading &reading)
+{
+    Finder finder{reading.words.take()};
+    for (const reflection::TableFunctions *table : reflection::tables())
+        finder.keep(table->row->name, table);
+    for (const reflection::ProfileFunctions *profile : reflection::profiles())
+        finder.keep(profile->row->name, profile);
+    for (const pd::Action *action : reflection::actions())
+        finder.keep(action->name, action);
+    finder.look_in(reflection::counters());
+    finder.look_in(reflection::meters());
+    finder.look_in(reflection::registers());
+    finder.look_in(reflection::digests());
+    finder.look_in(reflection::value_sets());
+    finder.look_in(reflection::hashes());
+    finder.keep(snapshots, snapshots);
+    return finder.found();
 }
 
-// Only the resources that the table has.
-void append_resources(Json &to, const pd::Table &table)
+std::string tell(Result &, std::monostate)
 {
-    const std::pair<const char *, u32> resources[] = {{"direct_counter", table.direct_counter},
-                                                      {"direct_meter", table.direct_meter},
-                                                      {"indexed_resource", table.indexed_resource}};
-    for (const auto &[name, handle] : resources)
-        if (handle)
-            to.key(name).number(handle);
-    to.key("idle_time").flag(table.idle_time).key("ttl").flag(table.ttl_on_add);
+    return {};
 }
 
-std::string summary_json(const pd::Table &table)
+void describe(Session &session, const Described &what)
 {
-    std::string line;
-    Json json{line};
-    json.open_object();
-    append_summary(json, table);
-    json.close_object();
-    return line;
-}
-
-std::string description_json(const pd::Table &table)
-{
-    std::string line;
-    Json json{line};
-    json.open_object();
-    append_summary(json, table);
-    json.key("priority").flag(pd::has_priority(table)).key("key");
-    append_key(json, table);
-    append_actions(json.key("actions"), table.actions);
-    append_resources(json, table);
-    json.close_object();
-    return line;
-}
-
-void describe(std::ostream &out, const pd::Table &table)
-{
-    out << table.name << ": " << table.brief << "\nhandle " << hex(table.handle) << ", "
-        << key_kind_name(table) << (pd::has_priority(table) ? " with priority=N" : "")
-        << ", entries: " << entry_count(table) << '\n';
-    if (!table.key.empty())
-        describe_key(out, table);
-    if (table.profile)
-        out << "entries point at members or groups of the action profile " << table.profile << '\n';
-    else
-        describe_actions(out, table.actions);
-    describe_resources(out, table);
-}
-
-void describe(std::ostream &out, const reflection::ProfileFunctions &functions)
-{
-    const pd::Profile &profile = *functions.row;
-    out << profile.name << ": action profile of " << table_of(functions).row->name << "\naction data "
-        << hex(profile.action_table) << ", selector " << hex(profile.selector)
-        << ", members: " << count_members(functions) << ", groups: " << count_groups(functions) << '\n';
-    describe_actions(out, profile.actions);
-}
-
-std::string description_json(const reflection::ProfileFunctions &functions)
-{
-    const pd::Profile &profile = *functions.row;
-    std::string line;
-    Json json{line};
-    json.open_object().key("profile").text(profile.name).key("table").text(table_of(functions).row->name);
-    json.key("action_data").number(profile.action_table).key("selector").number(profile.selector);
-    json.key("members").number(count_members(functions)).key("groups").number(count_groups(functions));
-    append_actions(json.key("actions"), profile.actions);
-    json.close_object();
-    return line;
-}
-
-// `object`: a table or an action profile.
-template <typename Object>
-void print_description(Session &session, const Object &object)
-{
-    if (session.json())
-        session.print(description_json(object));
-    else
-        describe(session.out(), object);
+    Result result{session.json()};
+    const std::string sentence = std::visit([&](const auto &one) { return tell(result, one); }, what);
+    session.print(result.line(sentence));
 }
 
 void tables(Session &session, std::optional<std::string_view> part)
 {
-    const int name = column(reflection::tables(), [](const auto *table) { return table->row->name; });
-    for (const reflection::TableFunctions *functions : reflection::tables()) {
-        const pd::Table &table = *functions->row;
-        if (std::string_view{table.name}.find(part.value_or("")) == std::string_view::npos)
-            continue;
-        if (session.json())
-            session.print(summary_json(table));
-        else
-            session.out() << std::left << std::setw(name) << table.name << std::setw(8)
-                          << key_kind_name(table) << std::right << std::setw(8) << entry_count(table) << "  "
-                          << table.brief << (table.profile ? std::string{" ("} + table.profile + ')' : "")
-                          << '\n';
-    }
+    std::size_t longest = 0;
+    for (const reflection::TableFunctions *table : reflection::tables())
+        longest = std::max(longest, std::string_view{table->row->name}.size());
+    List list{
+        session,
+        {{"table", longest}, {"key_kind", sizeof "key_kind" - 1}, {"entries", 8, to_the_right}, {"brief"}}};
+    list.fill([&] {
+        for (const reflection::TableFunctions *table : reflection::tables())
+            if (std::string_view{table->row->name}.find(part.value_or("")) != std::string_view::npos) {
+                tell_summary(list.row(), *table->row);
+                list.end_row();
+            }
+    });
 }
 
-void describe_one(Session &session, const arg::TableOrProfile::Value &object)
-{
-    if (object.profile)
-        print_description(session, *object.profile);
-    else
-        print_description(session, *object.table->row);
-}
+constexpr std::string_view describe_text =
+    R"(  Of a table or profile key, actions and resources; of an action parameters and who uses it; of a counter, meter,
+  register, digest, value set or hash calculation handle and sizes; of 'snapshots' their stages and records.
+)";
 
 constexpr Verb tables_verb[] = {
     verb<tables, arg::Optional<arg::Word<"TEXT">>>(
         "tables", "the tables whose name contains TEXT, with key kind and number of entries")
-        .reads()};
+        .lists()};
 
 constexpr Verb describe_verb[] = {
-    verb<describe_one, arg::TableOrProfile>(
-        "describe", "the key, actions and resources of a table, the actions of a profile")
+    verb<describe, Named>("describe", "tells what a table, action, counter or anything else with a name is")
         .reads()};
 
 } // namespace
 
-const Command tables_command{tables_verb, {}, json_option};
-const Command describe_command{describe_verb, {}, json_option};
+const Command tables_command{tables_verb, {}, list_options};
+const Command describe_command{describe_verb, describe_text, json_option};
 
 } // namespace shell

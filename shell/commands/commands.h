@@ -12,6 +12,8 @@ namespace shell {
 
 inline constexpr std::string_view json_option[] = {"--json"};
 inline constexpr std::string_view read_options[] = {"--json", "--hw"};
+inline constexpr std::string_view list_options[] = {"--json", "--sort", "--limit", "--columns"};
+inline constexpr std::string_view read_list_options[] = {"--json", "--hw", "--sort", "--limit", "--columns"};
 
 // In the order in which help lists them.
 std::span<const Command *const> commands();

@@ -84,6 +84,7 @@ struct Line {
     const ObjectNames &objects;
 
 private:
+    void drop_option_words();
     void find_subject(std::string_view word);
 };
 
@@ -100,9 +101,23 @@ Line::Line(std::string_view text, const ObjectNames &names) : objects(names)
         return;
     command = command_named(words.front());
     words.erase(words.begin());
-    std::erase_if(words, [](std::string_view word) { return word.starts_with("--"); });
+    drop_option_words();
     for (const std::string_view word : words)
         find_subject(word);
+}
+
+// With the values behind them.
+void Line::drop_option_words()
+{
+    Texts left;
+    for (auto word = words.begin(); word != words.end(); ++word) {
+        if (!word->starts_with("--"))
+            left.push_back(*word);
+        else if (const OptionWord *option = option_word(*word); option && !option->value.empty())
+            if (++word == words.end())
+                break;
+    }
+    words = std::move(left);
 }
 
 template <typename Rows>

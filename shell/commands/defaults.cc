@@ -48,12 +48,9 @@ void default_entry(Session &session, const TableFunctions &table, const DefaultE
     }
     EntryReader reader{table, session.from_hardware(), session.names(table)};
     reader.read_default();
-    std::string line;
-    if (session.json())
-        reader.append_json(line);
-    else
-        reader.append_body(line);
-    session.print(line);
+    Result result{session.json()};
+    reader.tell(result);
+    session.print(result.line(reader.body()));
 }
 
 void reset(Session &session, const TableFunctions &table)

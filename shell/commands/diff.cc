@@ -1,6 +1,5 @@
 // The diff command: what software placed in a table against what the chip has, field by field.
 #include <algorithm>
-#include <functional>
 #include <iterator>
 
 #include "commands.h"
@@ -128,8 +127,8 @@ public:
     Comparison(Session &session, const TableFunctions &table)
         : session_(session), table_(table), software_(table, false, session.names(table)),
           hardware_(table, true, session.names(table)),
-          counting_(session.all_bits() ? Bits::all : Bits::schema), key_(parts_of(*table.row, counting_)),
-          uncompared_(uncompared(*table.row, counting_))
+          counting_(session.option_words().all_bits ? Bits::all : Bits::schema),
+          key_(parts_of(*table.row, counting_)), uncompared_(uncompared(*table.row, counting_))
     {
     }
 
@@ -143,9 +142,8 @@ private:
     void print(const Difference &difference) const;
     void print_missing(const std::string &why) const;
     void print_totals() const;
-    void print_uncompared() const;
-    void append_uncompared(Json &to) const;
-    std::string json_line(const std::function<void(Json &)> &append) const;
+    void tell_uncompared(Result &to) const;
+    Result &subject_in(Result &result) const;
 
     Session &session_;
     const TableFunctions &table_;
@@ -211,74 +209,48 @@ std::string Comparison::subject() const
     return software_.is_default() ? "default entry" : "entry " + std::to_string(software_.handle());
 }
 
+// About the entry that was compared last.
+Result &Comparison::subject_in(Result &result) const
+{
+    result.text("table", table_.row->name).shown("subject", subject());
+    if (!software_.is_default())
+        result.number("entry", software_.handle());
+    return result;
+}
+
 void Comparison::print(const Difference &difference) const
 {
-    session_.print(session_.json() ? json_line([&](Json &json) {
-        json.key("difference").text(difference.what).key("software").text(difference.software);
-        json.key("hardware").text(difference.hardware);
-    })
-                                   : subject() + ": " + difference.what + ": " + difference.software +
-                                         " in software, " + difference.hardware + " in hardware");
+    Result result{session_.json()};
+    subject_in(result).text("difference", difference.what);
+    result.text("software", difference.software).text("hardware", difference.hardware);
+    session_.print(result.line("{subject}: {difference}: {software} in software, {hardware} in hardware"));
 }
 
 void Comparison::print_missing(const std::string &why) const
 {
-    session_.print(session_.json() ? json_line([&](Json &json) {
-        json.key("missing").text("hardware").key("why").text(why);
-    })
-                                   : subject() + ": not in hardware: " + why);
-}
-
-// An object about the entry that was compared last.
-std::string Comparison::json_line(const std::function<void(Json &)> &append) const
-{
-    std::string line;
-    Json json{line};
-    json.open_object().key("table").text(table_.row->name);
-    if (!software_.is_default())
-        json.key("entry").number(software_.handle());
-    append(json);
-    json.close_object();
-    return line;
+    Result result{session_.json()};
+    subject_in(result).text("missing", "hardware").text("why", why);
+    session_.print(result.line("{subject}: not in {missing}: {why}"));
 }
 
 void Comparison::print_totals() const
 {
-    if (!session_.json()) {
-        session_.print(std::to_string(compared_) + " compared, the default entry among them, " +
-                       std::to_string(different_) + " different");
-        return print_uncompared();
-    }
-    std::string line;
-    Json json{line};
-    json.open_object().key("table").text(table_.row->name);
-    json.key("compared").number(compared_).key("different").number(different_);
-    append_uncompared(json);
-    json.close_object();
-    session_.print(line);
-}
-
-void Comparison::print_uncompared() const
-{
-    for (const pd::Field &field : uncompared_)
-        session_.print("not compared without --all-bits: " + std::to_string(uncompared_bits(field)) + " of " +
-                       std::to_string(field.width) + " bits of " + field.name);
+    Result result{session_.json()};
+    result.text("table", table_.row->name).number("compared", compared_).number("different", different_);
+    tell_uncompared(result);
+    session_.print(result.line(
+        "{compared} compared, the default entry among them, {different} different{not_compared}"));
 }
 
 // Only where there is such a field.
-void Comparison::append_uncompared(Json &to) const
+void Comparison::tell_uncompared(Result &to) const
 {
-    if (uncompared_.empty())
-        return;
-    to.key("not_compared").open_array();
-    for (const pd::Field &field : uncompared_)
-        to.open_object()
-            .key("field")
-            .text(field.name)
-            .key("bits")
-            .number(uncompared_bits(field))
-            .close_object();
-    to.close_array();
+    if (!uncompared_.empty())
+        to.list("not_compared", uncompared_, [](Result &each, const pd::Field &field) {
+            each.text("field", field.name).number("bits", uncompared_bits(field));
+            each.shown("width", std::to_string(field.width));
+            return "\nnot compared without --all-bits: {bits} of {width} bits of {field}";
+        });
 }
 
 void diff(Session &session, const TableFunctions &table)

@@ -5,10 +5,10 @@
 
 #include "commands.h"
 #include "driver.h"
-#include "json.h"
 #include "model.h"
 #include "named.h"
 #include "options.h"
+#include "result.h"
 #include "verb_arguments.h"
 
 namespace shell {
@@ -25,17 +25,9 @@ u8 device_number()
 std::string entry_line(bool as_json, const pd::Digest &digest, const DigestForm &form, u8 *entry)
 {
     const std::vector<u64> record = form.unpack(entry);
-    std::string line;
-    if (as_json) {
-        Json json{line};
-        json.open_object().key("digest").text(digest.name).key("fields");
-        append_json(json, form.fields(), record.data());
-        json.close_object();
-    } else {
-        line = std::string{digest.name} + ':';
-        append_assignments(line, form.fields(), record.data());
-    }
-    return line;
+    Result result{as_json};
+    result.text("digest", digest.name).fields("fields", form.fields(), record.data());
+    return result.line("{digest}: {fields}");
 }
 
 enum : unsigned { on, off, hold };
@@ -99,18 +91,9 @@ void acknowledge(Session &session, const DigestFunctions &digest)
 void pending(Session &session, const DigestFunctions &digest)
 {
     const u32 count = ts_model_pending_digests(device.device_id, digest.row->handle);
-    std::string line = "messages: " + std::to_string(count);
-    if (session.json()) {
-        line.clear();
-        Json{line}
-            .open_object()
-            .key("digest")
-            .text(digest.row->name)
-            .key("messages")
-            .number(count)
-            .close_object();
-    }
-    session.print(line);
+    Result result{session.json()};
+    result.text("digest", digest.row->name).number("messages", count);
+    session.print(result.line("messages: {messages}"));
 }
 
 // The library sets it; only the device tells what it is.
@@ -121,13 +104,9 @@ void timeout(Session &session, std::optional<u32> wanted)
         return expect_success(
             p4_pd_tessel_switch_set_learning_timeout(driver_session, device_number(), *wanted));
     }
-    const u32 units = ts_model_learning_timeout(device.device_id);
-    std::string line = "timeout: " + std::to_string(units);
-    if (session.json()) {
-        line.clear();
-        Json{line}.open_object().key("timeout").number(units).close_object();
-    }
-    session.print(line);
+    Result result{session.json()};
+    result.number("timeout", ts_model_learning_timeout(device.device_id));
+    session.print(result.line("timeout: {timeout}"));
 }
 
 constexpr std::string_view text =

@@ -8,7 +8,7 @@
 #include "entry_body.h"
 #include "entry_key.h"
 #include "inverse.h"
-#include "json.h"
+#include "result.h"
 #include "verb_arguments.h"
 
 namespace shell {
@@ -131,31 +131,19 @@ ChangedEntry::Value ChangedEntry::read(Reading &reading)
 
 void print_entry(Session &session, const TableFunctions &table, pd_entry_hdl entry)
 {
-    std::string line;
-    if (session.json())
-        Json{line}.open_object().key("table").text(table.row->name).key("entry").number(entry).close_object();
-    else
-        line = "entry " + std::to_string(entry);
-    session.print(line);
+    Result result{session.json()};
+    result.text("table", table.row->name).number("entry", entry);
+    session.print(result.line("entry {entry}"));
 }
 
 // `table` is null for the sum over all.
 void print_count(Session &session, const pd::Table *table, u64 entries)
 {
-    std::string line;
-    if (session.json()) {
-        Json json{line};
-        json.open_object();
-        if (table)
-            json.key("table").text(table->name);
-        json.key("entries").number(entries).close_object();
-    } else {
-        constexpr std::size_t digits = 8;
-        line = std::to_string(entries);
-        line.insert(0, digits - std::min(digits, line.size()), ' ');
-        line += std::string{"  "} + (table ? table->name : "in all");
-    }
-    session.print(line);
+    Result result{session.json()};
+    if (table)
+        result.text("table", table->name);
+    result.number("entries", entries);
+    session.print(result.line(table ? "{entries:8}  {table}" : "{entries:8}  in all"));
 }
 
 void add(Session &session, const TableFunctions &table, const NewEntry::Value &given)

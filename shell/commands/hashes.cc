@@ -1,12 +1,11 @@
 // The hash command: dynamic hash calculations.
 #include <array>
-#include <cstdio>
 
 #include "commands.h"
 #include "driver.h"
-#include "json.h"
 #include "model.h"
 #include "named.h"
+#include "result.h"
 #include "services.h"
 #include "values.h"
 #include "verb_arguments.h"
@@ -47,41 +46,22 @@ Choices choices_of(const HashFunctions &hash)
     return choices;
 }
 
-std::string json_line(const HashFunctions &hash, const Choices &choices,
-                      const std::vector<hash_input_field_attribute> &attributes)
-{
-    std::string line;
-    Json json{line};
-    json.open_object().key("calculation").text(hash.row->name).key("input").number(choices.input);
-    json.key("algorithm").number(choices.algorithm).key("seed").number(choices.seed.first);
-    json.key("second_seed").number(choices.seed.second).key("attributes").open_array();
-    for (const hash_input_field_attribute &attribute : attributes) {
-        json.open_object().key("field").number(attribute.input_field).key("type").number(attribute.attr_type);
-        json.key("value").number(attribute.attr_value).close_object();
-    }
-    json.close_array().close_object();
-    return line;
-}
-
-// The words of the attribute verb.
-std::string text_of(const hash_input_field_attribute &attribute)
-{
-    return std::to_string(attribute.input_field) + ',' + std::to_string(attribute.attr_type) + ',' +
-           std::to_string(attribute.attr_value);
-}
-
 void show(Session &session, const HashFunctions &hash)
 {
     const Choices choices = choices_of(hash);
     const std::vector<hash_input_field_attribute> attributes = attributes_of(hash);
-    if (session.json())
-        return session.print(json_line(hash, choices, attributes));
-    std::string line = "input " + std::to_string(choices.input) + ", algorithm " +
-                       std::to_string(choices.algorithm) + ", seed " + std::to_string(choices.seed.first) +
-                       ' ' + std::to_string(choices.seed.second) + ", attributes:";
-    for (const hash_input_field_attribute &attribute : attributes)
-        line += ' ' + text_of(attribute);
-    session.print(attributes.empty() ? line + " none" : line);
+    Result result{session.json()};
+    result.text("calculation", hash.row->name).number("input", choices.input);
+    result.number("algorithm", choices.algorithm).number("seed", choices.seed.first);
+    result.number("second_seed", choices.seed.second);
+    result.list("attributes", attributes, [](Result &each, const hash_input_field_attribute &attribute) {
+        each.number("field", attribute.input_field).number("type", attribute.attr_type);
+        each.number("value", attribute.attr_value);
+        return " {field},{type},{value}"; // the words of the attributes verb
+    });
+    const std::string sentence =
+        "input {input}, algorithm {algorithm}, seed {seed} {second_seed}, attributes:";
+    session.print(result.line(sentence + (attributes.empty() ? " none" : "{attributes}")));
 }
 
 void input(Session &, const HashFunctions &hash, u32 number)
@@ -175,24 +155,12 @@ void value(Session &session, const HashFunctions &hash, const std::vector<Packet
 {
     std::array<u8, sizeof(u32)> bytes{};
     expect_success(calculate(hash, fields, bytes));
-    u32 result = 0;
+    u32 number = 0;
     for (const u8 byte : bytes)
-        result = result << 8 | byte;
-    std::string line;
-    if (session.json()) {
-        Json{line}
-            .open_object()
-            .key("calculation")
-            .text(hash.row->name)
-            .key("value")
-            .number(result)
-            .close_object();
-    } else {
-        std::array<char, 16> text;
-        std::snprintf(text.data(), text.size(), "0x%x", result);
-        line = text.data();
-    }
-    session.print(line);
+        number = number << 8 | byte;
+    Result result{session.json()};
+    result.text("calculation", hash.row->name).hex("value", number);
+    session.print(result.line("{value}"));
 }
 
 constexpr Verb verbs[] = {

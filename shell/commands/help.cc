@@ -73,8 +73,14 @@ std::string list_of_verbs(std::span<const Verb> verbs)
 std::string help_of(const Command &command)
 {
     std::string text{command.name()};
-    for (const std::string_view option : command.options)
-        text += " [" + std::string{option} + ']';
+    for (const std::string_view name : command.options) {
+        const OptionWord &option = *option_word(name);
+        text.append(" [")
+            .append(name)
+            .append(option.value.empty() ? "" : " ")
+            .append(option.value)
+            .append("]");
+    }
     const std::string usage = usage_text(command);
     text += usage.empty() ? "" : " " + usage;
     text += "\n  " + std::string{command.brief()};

@@ -1,12 +1,11 @@
 // The commands around entries that age: idle, clock.
 #include "idle.h"
 
-#include "columns.h"
 #include "commands.h"
 #include "driver.h"
 #include "entry_key.h"
 #include "entry_reader.h"
-#include "json.h"
+#include "list.h"
 #include "model.h"
 #include "settings.h"
 #include "tables.h"
@@ -75,23 +74,16 @@ void params(Session &session, const TableFunctions &table)
     expect_success(table.idle->params_get(driver_session, device.device_id, &read));
     const u32 values[] = {read.idle_mode,    read.idle_param_1, read.idle_param_2,
                           read.idle_param_3, read.idle_param_4, read.idle_param_5};
-    std::string text, object;
-    Json json{object};
-    json.open_object().key("table").text(table.row->name);
-    for (std::size_t i = 0; i < std::size(values); ++i) {
-        if (i != 0)
-            text += ' ';
-        text += std::string{parameters[i].name} + '=' + std::to_string(values[i]);
-        json.key(parameters[i].name).number(values[i]);
-    }
-    json.close_object();
-    session.print(session.json() ? object : text);
+    Result result{session.json()};
+    result.text("table", table.row->name);
+    for (std::size_t i = 0; i < std::size(values); ++i)
+        result.number(parameters[i].name, values[i]);
+    session.print(result.line(sentence_of(parameters)));
 }
 
 struct Age {
     u32 ttl;
     bool active;
-    const char *state() const { return active ? "active" : "idle"; }
 };
 
 Age age_of(const TableFunctions &table, pd_entry_hdl entry)
@@ -102,14 +94,9 @@ Age age_of(const TableFunctions &table, pd_entry_hdl entry)
     return {ttl, state != idle_state};
 }
 
-void open_json(Json &to, const TableFunctions &table, pd_entry_hdl entry)
+void tell(Result &to, const Age &age)
 {
-    to.open_object().key("table").text(table.row->name).key("entry").number(entry);
-}
-
-void append_json(Json &to, const Age &age)
-{
-    to.key("ttl").number(age.ttl).key("active").flag(age.active);
+    to.number("ttl", age.ttl).flag("active", age.active).shown("state", age.active ? "active" : "idle");
 }
 
 // With ttl=N, sets it.
@@ -120,16 +107,10 @@ void ttl(Session &session, const TableFunctions &table, const EntryAndTtl::Value
         session.expect_changes_allowed();
         return expect_success(table.idle->set_ttl(driver_session, device.device_id, entry, *given.second));
     }
-    const Age age = age_of(table, entry);
-    std::string line = "ttl=" + std::to_string(age.ttl) + ", " + age.state();
-    if (session.json()) {
-        line.clear();
-        Json json{line};
-        open_json(json, table, entry);
-        append_json(json, age);
-        json.close_object();
-    }
-    session.print(line);
+    Result result{session.json()};
+    result.text("table", table.row->name).number("entry", entry);
+    tell(result, age_of(table, entry));
+    session.print(result.line("ttl={ttl}, {state}"));
 }
 
 void restart(Session &, const TableFunctions &table, const Cell &entry)
@@ -143,39 +124,22 @@ void set_state(Session &, const TableFunctions &table, const Cell &entry)
     expect_success(table.idle->update_hit_state(driver_session, device.device_id, entry.find(), state));
 }
 
-std::string_view list_line(Columns &columns, std::string_view entry, std::string_view ttl,
-                           std::string_view state, std::string_view key)
-{
-    columns.begin();
-    columns.cell(entry, Columns::digits, Columns::Aligned::right);
-    columns.cell(ttl, Columns::digits, Columns::Aligned::right);
-    columns.cell(state, sizeof "active" - 1, Columns::Aligned::left);
-    columns.cell(key, 0, Columns::Aligned::left);
-    return columns.end();
-}
-
 void show(Session &session, const TableFunctions &table)
 {
     EntryReader reader{table, false, session.names(table)};
-    Columns columns;
-    if (!session.json())
-        session.print(list_line(columns, "entry", "ttl", "state", "key"));
-    std::string line;
-    reader.walk([&] {
-        const Age age = age_of(table, reader.handle());
-        line.clear();
-        if (!session.json()) {
-            reader.append_key(line);
-            return session.print(list_line(columns, std::to_string(reader.handle()), std::to_string(age.ttl),
-                                           age.state(), line));
-        }
-        Json json{line};
-        open_json(json, table, reader.handle());
-        append_json(json, age);
-        reader.append_key(json);
-        json.close_object();
-        session.print(line);
-    });
+    List list{session,
+              {{"entry", Column::digits, to_the_right},
+               {"ttl", Column::digits, to_the_right},
+               {"state", sizeof "active" - 1},
+               {"key"}}};
+    const auto print = [&] {
+        Result &row = list.row();
+        row.text("table", table.row->name).number("entry", reader.handle());
+        tell(row, age_of(table, reader.handle()));
+        reader.tell_key(row);
+        list.end_row();
+    };
+    list.fill([&] { reader.walk(print); });
 }
 
 constexpr std::string_view text =
@@ -189,7 +153,7 @@ constexpr Verb verbs[] = {
     verb<disable, AgeingTable>("idle disable", "ends that")
         .not_in_console("the idle entries are told to the control plane"),
     verb<params, AgeingTable>("idle params", "prints what enable was given").reads(),
-    verb<show, AgeingTable>("idle show", "lists the entries with time to live and state").reads(),
+    verb<show, AgeingTable>("idle show", "lists the entries with time to live and state").lists(),
     verb<ttl, AgeingTable, EntryAndTtl>("idle ttl", "prints the time to live and the state, or sets the time")
         .may_change(),
     verb<restart, AgeingTable, arg::HandleOrKey>("idle restart", "lets the time to live begin again"),
@@ -201,17 +165,10 @@ void print_expired(Session &session, const TableFunctions &table, pd_entry_hdl e
 {
     EntryReader reader{table, false, session.names(table)};
     reader.read(entry);
-    std::string line;
-    if (session.json()) {
-        Json json{line};
-        json.open_object().key("idle").text(table.row->name).key("entry").number(entry);
-        reader.append_key(json);
-        json.close_object();
-    } else {
-        line = std::string{table.row->name} + ": entry " + std::to_string(entry) + " ran idle: ";
-        reader.append_key(line);
-    }
-    session.print(line);
+    Result result{session.json()};
+    result.text("idle", table.row->name).number("entry", entry);
+    reader.tell_key(result);
+    session.print(result.line("{idle}: entry {entry} ran idle: {key}"));
 }
 
 } // namespace
@@ -240,7 +197,7 @@ void IdleWatches::clear()
     tables_.clear();
 }
 
-const Command idle_command{verbs, text, json_option, "the ageing of entries"};
+const Command idle_command{verbs, text, list_options, "the ageing of entries"};
 
 namespace {
 

@@ -57,15 +57,12 @@ struct EntryOrMember {
 // Prints a text as it is or, as JSON, under `key` behind what it is about.
 void print_text_of(Session &session, const Subject &subject, std::string_view key, std::string_view text)
 {
-    if (!session.json())
-        return session.print(text);
-    std::string line;
-    Json json{line};
-    json.open_object().key(subject.kind()).text(subject.name());
+    Result result{session.json()};
+    result.text(subject.kind(), subject.name());
     if (subject.handle != TS_MODEL_DEFAULT_ENTRY)
-        json.key(subject.table ? "entry" : "member").number(subject.handle);
-    json.key(key).text(text).close_object();
-    session.print(line);
+        result.number(subject.table ? "entry" : "member", subject.handle);
+    result.json([&](Json &json) { json.key(key).text(text); }).shown("text", text);
+    session.print(result.line("{text}"));
 }
 
 // The text functions do not tell why the driver refused, reading the entry does.
@@ -160,14 +157,9 @@ void append_schema(Json &to, const std::vector<SchemaAction> &actions)
 
 void print_schema(Session &session, const std::string &text, const std::function<void(Json &)> &append)
 {
-    if (!session.json())
-        return session.print(text);
-    std::string line;
-    Json json{line};
-    json.open_object();
-    append(json);
-    json.close_object();
-    session.print(line);
+    Result result{session.json()};
+    result.json(append).shown("schema", text);
+    session.print(result.line("{schema}"));
 }
 
 void print_schema(Session &session, const TableFunctions &table)

@@ -7,11 +7,11 @@
 #include "commands.h"
 #include "driver.h"
 #include "entry_reader.h"
-#include "json.h"
 #include "member_reader.h"
 #include "model.h"
 #include "options.h"
 #include "records.h"
+#include "shown_reference.h"
 #include "verb_arguments.h"
 
 namespace shell {
@@ -42,7 +42,8 @@ PacketKey packet_key(const pd::Table &table, const Record &record)
 std::string prefix(const pd::Table &table, u32 priority)
 {
     const auto field = std::ranges::find(table.key, pd::Match::lpm, &pd::Field::match);
-    return std::string{"/"} + std::to_string(field->width - priority);
+    std::string text = "/";
+    return text += std::to_string(field->width - priority);
 }
 
 std::string why_longest_prefix(const pd::Table &table, const ts_model_hit &hit)
@@ -87,7 +88,7 @@ public:
 
     // "group web, member nh1: setEcmpNextHop nextHop=7"
     std::string text() const;
-    void append_json(Json &to) const;
+    void tell(Result &to) const;
 
 private:
     void select_from_group(pd_grp_hdl group, FlowHash hash);
@@ -141,15 +142,18 @@ std::string Selection::text() const
     return text;
 }
 
-void Selection::append_json(Json &to) const
+void Selection::tell(Result &to) const
 {
-    if (reference_.kind == Kind::group) {
-        shell::append_json(to, names_, reference_);
-        to.key("fallback").flag(fallback_);
-    }
-    shell::append_json(to, names_, {Kind::member, member_});
+    to.json([&](Json &json) {
+        if (reference_.kind == Kind::group) {
+            append_json(json, names_, reference_);
+            json.key("fallback").flag(fallback_);
+        }
+        append_json(json, names_, {Kind::member, member_});
+    });
     if (member_ != 0)
-        reader_.action().append_json(to);
+        reader_.action().tell(to);
+    to.shown("selection", text());
 }
 
 struct Answer {
@@ -160,63 +164,49 @@ struct Answer {
     std::vector<std::string_view> zeros; // fields that were not given
 };
 
-std::string body(const Answer &answer)
+void tell(Result &to, const Answer &answer)
 {
-    if (answer.selection)
-        return answer.selection->text();
-    std::string text;
-    answer.entry.append_body(text);
-    return text;
-}
-
-std::string text_of(const Answer &answer)
-{
+    to.text("table", answer.entry.table().name).flag("hit", answer.hit.hit);
     if (answer.hit.hit)
-        return "entry " + std::to_string(answer.hit.entry) + ": " + body(answer) + " (" +
-               why(answer.entry.table(), answer.hit) + ')';
+        to.number("entry", answer.hit.entry);
     if (answer.missing)
-        return "miss: the default entry is not in hardware";
-    return (answer.selection ? "miss: the default entry points at " : "miss: the default action runs: ") +
-           body(answer);
-}
-
-void append_json(Json &to, const Answer &answer)
-{
-    to.key("table").text(answer.entry.table().name).key("hit").flag(answer.hit.hit);
-    if (answer.hit.hit)
-        to.key("entry").number(answer.hit.entry);
-    if (answer.missing)
-        to.key("missing").text("hardware");
+        to.text("missing", "hardware");
     else if (answer.selection)
-        answer.selection->append_json(to);
+        answer.selection->tell(to);
     else
-        answer.entry.action().append_json(to);
+        answer.entry.action().tell(to);
     if (answer.hit.hit)
-        to.key("candidates")
-            .number(answer.hit.candidates)
-            .key("why")
-            .text(why(answer.entry.table(), answer.hit));
+        to.number("candidates", answer.hit.candidates).text("why", why(answer.entry.table(), answer.hit));
     if (answer.zeros.empty())
         return;
-    to.key("taken_as_zero").open_array();
-    for (const std::string_view field : answer.zeros)
-        to.text(field);
-    to.close_array();
+    to.shown("zeros", listed(answer.zeros)).json([&](Json &json) {
+        json.key("taken_as_zero").open_array();
+        for (const std::string_view field : answer.zeros)
+            json.text(field);
+        json.close_array();
+    });
+}
+
+std::string sentence_of(const Answer &answer)
+{
+    const std::string body = answer.selection ? "{selection}" : "{action} {parameters}";
+    std::string sentence;
+    if (answer.hit.hit)
+        sentence.append("entry {entry}: ").append(body).append(" ({why})");
+    else if (answer.missing)
+        sentence = "miss: the default entry is not in {missing}";
+    else
+        sentence =
+            (answer.selection ? "miss: the default entry points at " : "miss: the default action runs: ") +
+            body;
+    return answer.zeros.empty() ? sentence : sentence + ", taken as 0: {zeros}";
 }
 
 void print(Session &session, const Answer &answer)
 {
-    std::string line;
-    if (session.json()) {
-        Json json{line};
-        append_json(json.open_object(), answer);
-        json.close_object();
-    } else {
-        line = text_of(answer);
-        if (!answer.zeros.empty())
-            line += ", taken as 0: " + listed(answer.zeros);
-    }
-    session.print(line);
+    Result result{session.json()};
+    tell(result, answer);
+    session.print(result.line(sentence_of(answer)));
 }
 
 // With packets, as the chip does it for them.

@@ -100,11 +100,11 @@ constexpr Verb verbs[] = {
         .can_be_taken_back(),
     verb<remove, arg::Profile, arg::Member>("member delete",
                                             "deletes it, unless an entry, a group or the fallback needs it"),
-    verb<show, arg::Profile, arg::Optional<arg::Member>>("member show", "prints it, or all").reads(),
+    verb<show, arg::Profile, arg::Optional<arg::Member>>("member show", "prints it, or all").lists(),
 };
 
 } // namespace
 
-const Command member_command{verbs, text, read_options, "the members of an action profile"};
+const Command member_command{verbs, text, read_list_options, "the members of an action profile"};
 
 } // namespace shell

@@ -5,10 +5,10 @@
 #include "driver.h"
 #include "entry_body.h"
 #include "entry_key.h"
-#include "json.h"
 #include "model.h"
 #include "named.h"
 #include "resources.h"
+#include "result.h"
 #include "settings.h"
 #include "tables.h"
 #include "verb_arguments.h"
@@ -40,21 +40,12 @@ void read(Session &session, const MeterFunctions &meter, const Cell &place)
     pd_meter_spec spec{};
     expect_success(meter.read(driver_session, device, cell, &spec));
     const u32 numbers[] = {spec.committed_rate, spec.committed_burst, spec.peak_rate, spec.peak_burst};
-    const std::string_view type = meter_types[spec.requested_meter_type];
-    std::string line;
-    if (session.json()) {
-        Json json{line};
-        json.open_object().key("meter").text(meter.row->name);
-        json.key(meter.row->table ? "entry" : "index").number(cell);
-        for (std::size_t i = 0; i < std::size(numbers); ++i)
-            json.key(settings[i].name).number(numbers[i]);
-        json.key("type").text(type).close_object();
-    } else {
-        for (std::size_t i = 0; i < std::size(numbers); ++i)
-            line += std::string{settings[i].name} + '=' + std::to_string(numbers[i]) + ' ';
-        line += "type=" + std::string{type};
-    }
-    session.print(line);
+    Result result{session.json()};
+    result.text("meter", meter.row->name).number(meter.row->table ? "entry" : "index", cell);
+    for (std::size_t i = 0; i < std::size(numbers); ++i)
+        result.number(settings[i].name, numbers[i]);
+    result.text("type", meter_types[spec.requested_meter_type]);
+    session.print(result.line(sentence_of(settings)));
 }
 
 void adjust(Session &session, const MeterFunctions &meter, std::optional<u32> wanted)
@@ -65,18 +56,9 @@ void adjust(Session &session, const MeterFunctions &meter, std::optional<u32> wa
     }
     u32 bytes = 0;
     expect_success(meter.bytecount_adjust_get(driver_session, device, &bytes));
-    std::string line = "bytes added to each packet: " + std::to_string(bytes);
-    if (session.json()) {
-        line.clear();
-        Json{line}
-            .open_object()
-            .key("meter")
-            .text(meter.row->name)
-            .key("adjust")
-            .number(bytes)
-            .close_object();
-    }
-    session.print(line);
+    Result result{session.json()};
+    result.text("meter", meter.row->name).number("adjust", bytes);
+    session.print(result.line("bytes added to each packet: {adjust}"));
 }
 
 constexpr std::string_view text =

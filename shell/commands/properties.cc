@@ -1,21 +1,12 @@
 // The property command.
 #include "commands.h"
 #include "driver.h"
-#include "json.h"
+#include "result.h"
 #include "verb_arguments.h"
 
 namespace shell {
 
 namespace {
-
-std::string property_json(const char *table, u32 property, u32 value, u32 second)
-{
-    std::string line;
-    Json json{line};
-    json.open_object().key("table").text(table).key("property").number(property);
-    json.key("value").number(value).key("second_value").number(second).close_object();
-    return line;
-}
 
 using Property = arg::Number<"NUMBER", "property number">;
 using FirstValue = arg::Optional<arg::Number<"VALUE", "value">>;
@@ -31,9 +22,10 @@ void property(Session &session, const reflection::TableFunctions &table, u32 num
     }
     u32 value = 0, second = 0;
     expect_success(table.get_property(driver_session, device.device_id, number, &value, &second));
-    session.print(session.json() ? property_json(table.row->name, number, value, second)
-                                 : "property " + std::to_string(number) + ": " + std::to_string(value) + ' ' +
-                                       std::to_string(second));
+    Result result{session.json()};
+    result.text("table", table.row->name).number("property", number);
+    result.number("value", value).number("second_value", second);
+    session.print(result.line("property {property}: {value} {second_value}"));
 }
 
 constexpr std::string_view text =

@@ -1,10 +1,10 @@
 // The register command.
 #include "commands.h"
 #include "driver.h"
-#include "json.h"
 #include "model.h"
 #include "named.h"
 #include "resources.h"
+#include "result.h"
 #include "settings.h"
 #include "values.h"
 #include "verb_arguments.h"
@@ -19,24 +19,20 @@ using Flag = arg::Number<"VALUE", "value", 1>;
 constexpr Setting count_setting[] = {{"count", 13, 1}};
 using Count = arg::Settings<count_setting>;
 
-std::string json_line(const RegisterFunctions &reg, u32 index, std::span<const u8> values)
+void print_cell(Session &session, const RegisterFunctions &reg, u32 index, std::span<const u8> values)
 {
-    std::string line;
-    Json json{line};
-    json.open_object().key("register").text(reg.row->name).key("index").number(index);
-    json.key("values").open_array();
+    std::string shown;
     for (const u8 value : values)
-        json.number(value);
-    json.close_array().close_object();
-    return line;
-}
-
-std::string text_line(u32 index, std::span<const u8> values)
-{
-    std::string line = std::to_string(index) + ':';
-    for (const u8 value : values)
-        line += ' ' + std::to_string(value);
-    return line;
+        shown += ' ' + std::to_string(value);
+    Result result{session.json()};
+    result.text("register", reg.row->name).number("index", index).json([&](Json &json) {
+        json.key("values").open_array();
+        for (const u8 value : values)
+            json.number(value);
+        json.close_array();
+    });
+    result.shown("values", shown);
+    session.print(result.line("{index}:{values}"));
 }
 
 // One line for each index, with a value for each pipe.
@@ -50,8 +46,7 @@ void read(Session &session, const RegisterFunctions &reg, u32 start, const std::
     for (u32 i = 0; i < indices; ++i) {
         expect_no_stop_signal();
         const std::size_t pipes = value_count / indices;
-        const std::span<const u8> of_index{values.data() + i * pipes, pipes};
-        session.print(session.json() ? json_line(reg, start + i, of_index) : text_line(start + i, of_index));
+        print_cell(session, reg, start + i, {values.data() + i * pipes, pipes});
     }
 }
 

@@ -7,10 +7,10 @@
 
 #include "commands.h"
 #include "driver.h"
-#include "json.h"
 #include "model.h"
 #include "pd.h"
 #include "profiles.h"
+#include "result.h"
 
 namespace shell {
 
@@ -78,36 +78,27 @@ Document parse(const Text &text)
     return {cJSON_Parse(text.get()), &cJSON_Delete};
 }
 
-std::string same_text()
+void print_same(Session &session)
 {
     u64 members = 0, groups = 0;
     for (const reflection::ProfileFunctions *profile : reflection::profiles()) {
         members += count_members(*profile);
         groups += count_groups(*profile);
     }
-    return "the member-selection state came back the same, members: " + std::to_string(members) +
-           ", groups: " + std::to_string(groups);
+    Result result{session.json()};
+    result.flag("same", true).number("members", members).number("groups", groups);
+    session.print(
+        result.line("the member-selection state came back the same, members: {members}, groups: {groups}"));
 }
 
-std::string outcome_text(const std::optional<Difference> &difference)
+void print_difference(Session &session, const Difference &difference)
 {
-    if (!difference)
-        return same_text();
-    return "the member-selection state came back different, first at " + difference->path + ": " +
-           difference->before + " before, " + difference->after + " after";
-}
-
-std::string outcome_json(const std::optional<Difference> &difference)
-{
-    std::string line;
-    Json json{line};
-    json.open_object().key("same").flag(!difference);
-    if (difference) {
-        json.key("path").text(difference->path).key("before").text(difference->before);
-        json.key("after").text(difference->after);
-    }
-    json.close_object();
-    return line;
+    Result result{session.json()};
+    result.flag("same", false).text("path", difference.path);
+    result.text("before", difference.before).text("after", difference.after);
+    session.print(
+        result.line("the member-selection state came back different, first at {path}: {before} before, "
+                    "{after} after"));
 }
 
 // What the driver refuses to rebuild is put back as it was.
@@ -125,8 +116,10 @@ void restart(Session &session)
 {
     const Text before = log();
     forget_and_rebuild(before);
-    const auto difference = first_difference(parse(before).get(), parse(log()).get(), "");
-    session.print(session.json() ? outcome_json(difference) : outcome_text(difference));
+    if (const auto difference = first_difference(parse(before).get(), parse(log()).get(), ""))
+        print_difference(session, *difference);
+    else
+        print_same(session);
 }
 
 constexpr std::string_view text =

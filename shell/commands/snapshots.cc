@@ -5,10 +5,10 @@
 
 #include "commands.h"
 #include "driver.h"
-#include "json.h"
 #include "model.h"
 #include "pd_services.h"
 #include "records.h"
+#include "result.h"
 #include "rows_services.h"
 #include "settings.h"
 #include "verb_arguments.h"
@@ -36,12 +36,9 @@ void create(Session &session, u32 direction, const std::vector<u64> &given)
                                                        direction, reinterpret_cast<pd_word>(&snapshot)));
     if (!session.verbose())
         return;
-    std::string line = "snapshot " + std::to_string(snapshot);
-    if (session.json()) {
-        line.clear();
-        Json{line}.open_object().key("snapshot").number(snapshot).close_object();
-    }
-    session.print(line);
+    Result result{session.json()};
+    result.number("snapshot", snapshot);
+    session.print(result.line("snapshot {snapshot}"));
 }
 
 struct Trigger {
@@ -136,26 +133,12 @@ std::string hex(const pd_snapshot_phv &record)
 
 using Capture = std::span<const pd_snapshot_phv>;
 
-std::string json_line(u32 handle, const ts_model_snapshot &snapshot, Capture stages)
+std::string stages_text(Capture stages, u32 first)
 {
-    std::string line;
-    Json json{line};
-    json.open_object().key("snapshot").number(handle).key("direction").text(directions[snapshot.direction]);
-    json.key("first_stage").number(snapshot.first_stage).key("last_stage").number(snapshot.last_stage);
-    json.key("armed").flag(snapshot.spec != nullptr).key("captured").open_array();
-    for (const pd_snapshot_phv &stage : stages)
-        json.text(hex(stage));
-    json.close_array().close_object();
-    return line;
-}
-
-void print(Session &session, u32 handle, const ts_model_snapshot &snapshot, Capture stages)
-{
-    session.print("snapshot " + std::to_string(handle) + ": " + std::string{directions[snapshot.direction]} +
-                  ", stages " + std::to_string(snapshot.first_stage) + " to " +
-                  std::to_string(snapshot.last_stage) + (snapshot.spec ? ", armed" : ", no trigger"));
+    std::string text;
     for (std::size_t i = 0; i < stages.size(); ++i)
-        session.print("  stage " + std::to_string(snapshot.first_stage + i) + ": " + hex(stages[i]));
+        text += "\n  stage " + std::to_string(first + i) + ": " + hex(stages[i]);
+    return text;
 }
 
 void show(Session &session, u32 handle)
@@ -166,10 +149,20 @@ void show(Session &session, u32 handle)
     u32 count = 0;
     expect_success(p4_pd_tessel_switch_snapshot_capture_data_get(handle, 0, stages.data(), 0, &count));
     const Capture captured{stages.data(), std::min<std::size_t>(count, stages.size())};
-    if (session.json())
-        session.print(json_line(handle, snapshot, captured));
-    else
-        print(session, handle, snapshot, captured);
+
+    Result result{session.json()};
+    result.number("snapshot", handle).text("direction", directions[snapshot.direction]);
+    result.number("first_stage", snapshot.first_stage).number("last_stage", snapshot.last_stage);
+    result.flag("armed", snapshot.spec != nullptr).shown("trigger", snapshot.spec ? "armed" : "no trigger");
+    result.json([&](Json &json) {
+        json.key("captured").open_array();
+        for (const pd_snapshot_phv &stage : captured)
+            json.text(hex(stage));
+        json.close_array();
+    });
+    result.shown("captured", stages_text(captured, snapshot.first_stage));
+    session.print(result.line(
+        "snapshot {snapshot}: {direction}, stages {first_stage} to {last_stage}, {trigger}{captured}"));
 }
 
 void remove(Session &, u32 snapshot)

@@ -1,15 +1,13 @@
 // The pvs command: the entries of parser value sets.
 #include <cstddef>
 
-#include "columns.h"
 #include "commands.h"
 #include "driver.h"
-#include "json.h"
+#include "list.h"
 #include "named.h"
 #include "options.h"
 #include "services.h"
 #include "settings.h"
-#include "shown.h"
 #include "verb_arguments.h"
 
 namespace shell {
@@ -96,12 +94,9 @@ struct ScopedKey {
 
 void print_entry(Session &session, const ValueSetFunctions &set, u32 entry)
 {
-    std::string line = "entry " + std::to_string(entry);
-    if (session.json()) {
-        line.clear();
-        Json{line}.open_object().key("set").text(set.row->name).key("entry").number(entry).close_object();
-    }
-    session.print(line);
+    Result result{session.json()};
+    result.text("set", set.row->name).number("entry", entry);
+    session.print(result.line("entry {entry}"));
 }
 
 void add(Session &session, const ValueSetFunctions &set, const ScopedKey::Value &given)
@@ -133,50 +128,28 @@ void find(Session &session, const ValueSetFunctions &set, const ScopedKey::Value
     print_entry(session, set, entry);
 }
 
-std::string json_line(const ValueSetFunctions &set, u32 entry, const std::vector<ShownField> &fields,
-                      const Key &key)
-{
-    std::string line;
-    Json json{line};
-    json.open_object().key("set").text(set.row->name).key("entry").number(entry);
-    append_json(json.key("key"), fields[0], &key);
-    json.close_object();
-    return line;
-}
-
 // The entries of one scope.
 void show(Session &session, const ValueSetFunctions &set, const ValueSetScope &scope)
 {
     pd::Table row{};
     row.key = key_fields;
     const std::vector<ShownField> fields = shown_fields(row);
-    Columns columns;
-    const auto print = [&](std::string_view entry, std::string_view key) {
-        columns.begin();
-        columns.cell(entry, Columns::digits, Columns::Aligned::right);
-        columns.cell(key, 0, Columns::Aligned::left);
-        session.print(columns.end());
+    List list{session, {{"entry", Column::digits, to_the_right}, {"key"}}};
+    const auto first = [&](u32 *to) {
+        return set.entry_get_first_entry_handle(driver_session, device.device_id, scope.a, scope.b, scope.c,
+                                                to);
     };
-    if (!session.json())
-        print("entry", "key");
-    walk_handles(
-        [&](u32 *to) {
-            return set.entry_get_first_entry_handle(driver_session, device.device_id, scope.a, scope.b,
-                                                    scope.c, to);
-        },
-        [&](u32 after, u32 count, u32 *to) {
-            return set.entry_get_next_entry_handles(driver_session, device.device_id, scope.a, scope.b,
-                                                    scope.c, after, count, to);
-        },
-        [&](u32 entry) {
-            Key key{};
-            expect_success(set.entry_get(driver_session, device.device_id, entry, &key.value, &key.mask));
-            if (session.json())
-                return session.print(json_line(set, entry, fields, key));
-            std::string text;
-            append_text(text, fields[0], &key);
-            print(std::to_string(entry), text);
-        });
+    const auto next = [&](u32 after, u32 count, u32 *to) {
+        return set.entry_get_next_entry_handles(driver_session, device.device_id, scope.a, scope.b, scope.c,
+                                                after, count, to);
+    };
+    const auto print = [&](u32 entry) {
+        Key key{};
+        expect_success(set.entry_get(driver_session, device.device_id, entry, &key.value, &key.mask));
+        list.row().text("set", set.row->name).number("entry", entry).field(fields.front(), &key);
+        list.end_row();
+    };
+    list.fill([&] { walk_handles(first, next, print); });
 }
 
 constexpr Setting property_settings[] = {{"argument", 32, 0}};
@@ -209,14 +182,10 @@ void property(Session &session, const ValueSetFunctions &set, u32 number, std::o
     }
     u32 value = 0;
     expect_success(set.get_property(driver_session, device.device_id, number, &value, argument));
-    std::string line = "property " + std::to_string(number) + ": " + std::to_string(value);
-    if (session.json()) {
-        line.clear();
-        Json json{line};
-        json.open_object().key("set").text(set.row->name).key("property").number(number);
-        json.key("argument").number(argument).key("value").number(value).close_object();
-    }
-    session.print(line);
+    Result result{session.json()};
+    result.text("set", set.row->name).number("property", number);
+    result.number("argument", argument).number("value", value);
+    session.print(result.line("property {property}: {value}"));
 }
 
 using Number = arg::Number<"NUMBER", "property number">;
@@ -230,7 +199,7 @@ constexpr Verb verbs[] = {
     verb<modify, arg::ValueSet, Entry, LoneKey>("pvs modify", "gives it another key"),
     verb<remove, arg::ValueSet, Entry>("pvs delete", "deletes it"),
     verb<find, arg::ValueSet, ScopedKey>("pvs find", "prints the handle of the entry with this key").reads(),
-    verb<show, arg::ValueSet, Scope>("pvs show", "lists the entries of the scope").reads(),
+    verb<show, arg::ValueSet, Scope>("pvs show", "lists the entries of the scope").lists(),
     verb<property, arg::ValueSet, Number, NewValue, arg::Settings<property_settings>>(
         "pvs property", "prints a property, or sets it")
         .may_change(),
@@ -238,6 +207,6 @@ constexpr Verb verbs[] = {
 
 } // namespace
 
-const Command pvs_command{verbs, text, json_option, "the entries of parser value sets"};
+const Command pvs_command{verbs, text, list_options, "the entries of parser value sets"};
 
 } // namespace shell

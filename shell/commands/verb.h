@@ -38,16 +38,27 @@ struct Verb {
     Effect effect = Effect::changes;
     bool revocable = false;   // a command takes the change back
     std::string_view clash{}; // why it is not for a process that others run; empty where it is
+    bool is_list = false;     // prints one, which can be sorted and cut
 
-    constexpr Verb reads() const { return {name, brief, run, usage, Effect::reads, revocable, clash}; }
+    constexpr Verb reads() const
+    {
+        return with([](Verb &verb) { verb.effect = Effect::reads; });
+    }
     constexpr Verb may_change() const
     {
-        return {name, brief, run, usage, Effect::may_change, revocable, clash};
+        return with([](Verb &verb) { verb.effect = Effect::may_change; });
     }
-    constexpr Verb can_be_taken_back() const { return {name, brief, run, usage, effect, true, clash}; }
+    constexpr Verb can_be_taken_back() const
+    {
+        return with([](Verb &verb) { verb.revocable = true; });
+    }
     constexpr Verb not_in_console(std::string_view why) const
     {
-        return {name, brief, run, usage, effect, revocable, why};
+        return with([&](Verb &verb) { verb.clash = why; });
+    }
+    constexpr Verb lists() const
+    {
+        return reads().with([](Verb &verb) { verb.is_list = true; });
     }
 
     // The command's name, and the word behind it.
@@ -59,6 +70,13 @@ struct Verb {
     }
 
 private:
+    template <typename Change>
+    constexpr Verb with(Change change) const
+    {
+        Verb verb = *this;
+        change(verb);
+        return verb;
+    }
     std::size_t blank() const { return std::string_view{name}.find(' '); }
 };
 

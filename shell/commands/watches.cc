@@ -4,8 +4,8 @@
 
 #include "commands.h"
 #include "driver.h"
-#include "json.h"
 #include "model.h"
+#include "shown_reference.h"
 #include "verb_arguments.h"
 
 namespace shell {
@@ -55,33 +55,26 @@ Object reference(const ts_model_entry &entry)
 }
 
 // `names` is null for a table whose entries carry their action.
-std::string update_json(const pd::Table &table, const Change &change, const ts_model_update &news,
+std::string update_line(bool as_json, const pd::Table &table, const ts_model_update &news,
                         const ProfileNames *names)
 {
-    std::string line;
-    Json json{line};
-    json.open_object().key("update").text(change.word).key("table").text(table.name);
+    const Change change = change_of(news.kind);
+    Result result{as_json};
+    result.text("update", change.word).text("table", table.name).shown("change", change.sentence);
     if (!change.of_default)
-        json.key("entry").number(news.entry);
+        result.number("entry", news.entry);
+    const char *const action = names ? nullptr : action_name(table, news.action);
     if (names)
-        append_json(json, *names, reference(news.contents));
-    else if (const char *action = action_name(table, news.action))
-        json.key("action").text(action);
-    json.close_object();
-    return line;
-}
-
-std::string update_text(const pd::Table &table, const Change &change, const ts_model_update &news,
-                        const ProfileNames *names)
-{
-    std::string line = std::string{table.name} + ": ";
-    line += change.of_default ? "default entry" : "entry " + std::to_string(news.entry);
-    line += std::string{" "} + change.sentence;
+        tell(result, *names, reference(news.contents));
+    else if (action)
+        result.text("action", action);
+    std::string sentence =
+        change.of_default ? "{table}: default entry {change}" : "{table}: entry {entry} {change}";
     if (names)
-        line += ": " + names->text_of(reference(news.contents));
-    else if (const char *action = action_name(table, news.action))
-        line += std::string{": "} + action;
-    return line;
+        sentence += ": {points at}";
+    else if (action)
+        sentence += ": {action}";
+    return result.line(sentence);
 }
 
 void print_update(u32, u32 table_handle, const void *update, pd_word cookie)
@@ -89,8 +82,7 @@ void print_update(u32, u32 table_handle, const void *update, pd_word cookie)
     auto &session = *reinterpret_cast<Session *>(cookie);
     const auto &news = *static_cast<const ts_model_update *>(update);
     const reflection::TableFunctions &table = *reflection::find_table(table_handle);
-    const auto describe = session.json() ? update_json : update_text;
-    session.print_behind(describe(*table.row, change_of(news.kind), news, session.names(table)));
+    session.print_behind(update_line(session.json(), *table.row, news, session.names(table)));
 }
 
 } // namespace

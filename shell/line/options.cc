@@ -102,6 +102,9 @@ constexpr Option all_options[] = {
          set_once(to.bytes, parse_value(value, 64, name).low, name);
      },
      any_table},
+    {"action", "NAME", "stands in show, for a table whose entries carry their action", &Options::takes_action,
+     [](Options &to, std::string_view value, std::string_view name) { set_once(to.action, value, name); },
+     [](const pd::Table &table) { return table.profile == nullptr; }},
     {"scope", "A,B,C", "stands in pvs add, find and show", &Options::takes_scope,
      [](Options &to, std::string_view value, std::string_view name) {
          set_once(to.scope, parse_scope(value), name);

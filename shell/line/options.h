@@ -33,6 +33,7 @@ struct Options {
     bool takes_hash = false;
     bool takes_packets = false; // and bytes
     bool takes_scope = false;
+    bool takes_action = false;
 
     std::optional<u32> priority;
     std::optional<u32> ttl;
@@ -41,6 +42,7 @@ struct Options {
     std::optional<u64> packets;
     std::optional<u64> bytes;
     std::optional<ValueSetScope> scope;
+    std::optional<std::string_view> action;
 };
 
 // Takes words up to a colon or the end, and sees that no field of `record` is missing. A name is a field's

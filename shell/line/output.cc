@@ -34,10 +34,17 @@ FILE *start(const std::string &program)
     return popen(program.c_str(), "w");
 }
 
-std::size_t height_of_terminal()
+winsize size_of_terminal()
 {
     winsize size{};
-    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_row != 0 ? size.ws_row : 24;
+    ioctl(STDOUT_FILENO, TIOCGWINSZ, &size);
+    return size;
+}
+
+std::size_t height_of_terminal()
+{
+    const std::size_t rows = size_of_terminal().ws_row;
+    return rows != 0 ? rows : 24;
 }
 
 std::string pager()
@@ -48,6 +55,12 @@ std::string pager()
 }
 
 } // namespace
+
+std::optional<std::size_t> width_of_terminal()
+{
+    const std::size_t columns = size_of_terminal().ws_col;
+    return columns != 0 ? std::optional{columns} : std::nullopt;
+}
 
 Redirection take_redirection(std::string_view &command)
 {

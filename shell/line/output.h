@@ -4,12 +4,16 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <streambuf>
 #include <string>
 #include <string_view>
 
 namespace shell {
+
+// In characters; none where that is not known.
+std::optional<std::size_t> width_of_terminal();
 
 // "| PROGRAM", "> FILE" or ">> FILE" at the end of a command.
 struct Redirection {

@@ -36,6 +36,16 @@ Place place_of(const Setting &setting)
     return place;
 }
 
+std::string sentence_of(std::span<const Setting> settings)
+{
+    std::string sentence;
+    for (const Setting &setting : settings) {
+        sentence += sentence.empty() ? "" : " ";
+        sentence.append(setting.name).append("={").append(setting.name).append("}");
+    }
+    return sentence;
+}
+
 std::vector<u64> take_settings(Words &words, std::string_view owner, std::span<const Setting> settings)
 {
     std::vector<std::optional<u64>> given(settings.size());

@@ -21,6 +21,8 @@ struct Setting {
 };
 
 Place place_of(const Setting &setting);
+// The sentence of a result that has a value for each: "rate={rate} burst={burst}".
+std::string sentence_of(std::span<const Setting> settings);
 
 // Takes the rest of the command. The values come in the order of `settings`. `owner` is what messages name.
 std::vector<u64> take_settings(Words &words, std::string_view owner, std::span<const Setting> settings);

@@ -3,6 +3,7 @@
 #include "driver.h"
 #include "model.h"
 #include "profiles.h"
+#include "shown_reference.h"
 #include "tables.h"
 
 namespace shell {
@@ -106,19 +107,17 @@ Object EntryReader::reference() const
     return {Kind::member, reference_.has_member ? reference_.member : 0};
 }
 
-void EntryReader::append_json(std::string &to) const
+void EntryReader::tell(Result &to) const
 {
-    Json json{to};
-    json.open_object().key("table").text(table().name);
+    to.text("table", table().name);
     if (!is_default()) {
-        json.key("entry").number(handle_);
-        append_key(json);
+        to.number("entry", handle_);
+        tell_key(to);
     }
     if (names_)
-        shell::append_json(json, *names_, reference());
+        shell::tell(to, *names_, reference());
     else
-        action_.append_json(json);
-    json.close_object();
+        action_.tell(to);
 }
 
 void EntryReader::append_key(std::string &to) const
@@ -128,11 +127,11 @@ void EntryReader::append_key(std::string &to) const
         to.append(to.empty() ? "priority=" : " priority=").append(std::to_string(priority_));
 }
 
-void EntryReader::append_key(Json &to) const
+void EntryReader::tell_key(Result &to) const
 {
-    shell::append_json(to.key("key"), key_fields_, key());
+    to.fields("key", key_fields_, key());
     if (pd::has_priority(table()))
-        to.key("priority").number(priority_);
+        to.number("priority", priority_, "key");
 }
 
 void EntryReader::append_body(std::string &to) const

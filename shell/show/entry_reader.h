@@ -5,7 +5,6 @@
 #include <functional>
 #include <vector>
 
-#include "json.h"
 #include "names.h"
 #include "reflection.h"
 #include "shown.h"
@@ -43,12 +42,14 @@ public:
     const ProfileNames *names() const { return names_; }
     const std::vector<ShownField> &key_fields() const { return key_fields_; }
 
-    // The entry as a JSON object, with its key unless it is the default entry.
-    void append_json(std::string &to) const;
+    // The table; handle, key and priority, unless it is the default entry; what it does.
+    void tell(Result &to) const;
+    // As "key" and, where the table has one, "priority".
+    void tell_key(Result &to) const;
+    // The sentence of what it does.
+    const char *body() const { return names_ ? "{points at}" : "{action} {parameters}"; }
     // "dmac=00:11:22:33:44:55 priority=10"
     void append_key(std::string &to) const;
-    // The keys "key" and, where the table has one, "priority" with their values.
-    void append_key(Json &to) const;
     // "setNextHop nextHop=7", "group web"
     void append_body(std::string &to) const;
 

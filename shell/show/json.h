@@ -13,6 +13,12 @@ class Json {
 public:
     explicit Json(std::string &to) : to_(to) {}
 
+    // The object that the document is.
+    Json &open_document()
+    {
+        first_ = true;
+        return open_object();
+    }
     Json &open_object() { return piece("{"); }
     Json &close_object() { return end('}'); }
     Json &open_array() { return piece("["); }
@@ -22,6 +28,8 @@ public:
     Json &number(u64 number);
     Json &flag(bool value) { return piece(value ? "true" : "false"); }
     Json &null() { return piece("null"); }
+    // A piece of JSON that is whole.
+    Json &whole(std::string_view json) { return piece(json); }
 
 private:
     Json &piece(std::string_view text);

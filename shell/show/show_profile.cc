@@ -2,11 +2,12 @@
 
 #include <algorithm>
 
-#include "columns.h"
 #include "driver.h"
 #include "entry_reader.h"
+#include "list.h"
 #include "member_reader.h"
 #include "profiles.h"
+#include "shown_reference.h"
 
 namespace shell {
 
@@ -40,6 +41,11 @@ void append_json(Json &to, const Users &users)
     for (const pd_entry_hdl entry : users.entries)
         to.number(entry);
     to.close_array().key("default").flag(users.default_entry);
+}
+
+void tell(Result &to, const Users &users)
+{
+    to.json([&](Json &json) { append_json(json, users); }).shown("entries", users_text(users));
 }
 
 // Who points at the members, or at the groups, of a profile.
@@ -82,54 +88,16 @@ std::size_t longest_parameters(const ProfileFunctions &profile)
     return longest;
 }
 
-// The members of a profile as lines; the first is the heading.
-class MemberLines {
-public:
-    MemberLines(const ProfileFunctions &profile, const Names &names);
-
-    std::string_view heading() { return line("member", "name", "action", "parameters", "entries"); }
-    std::string_view line(std::string_view member, std::string_view name, std::string_view action,
-                          std::string_view parameters, std::string_view entries);
-
-private:
-    std::size_t name_width_;
-    std::size_t action_width_ = sizeof "action" - 1;
-    std::size_t parameters_width_;
-    Columns columns_;
-};
-
-MemberLines::MemberLines(const ProfileFunctions &profile, const Names &names)
-    : name_width_(std::max(names.longest(), sizeof "name" - 1)),
-      parameters_width_(longest_parameters(profile))
+std::vector<Column> member_columns(const ProfileFunctions &profile, const Names &names)
 {
+    std::size_t action_width = sizeof "action" - 1;
     for (const pd::Binding &binding : profile.row->actions)
-        action_width_ = std::max(action_width_, std::string_view{binding.action->name}.size());
-}
-
-std::string_view MemberLines::line(std::string_view member, std::string_view name, std::string_view action,
-                                   std::string_view parameters, std::string_view entries)
-{
-    using Aligned = Columns::Aligned;
-    columns_.begin();
-    columns_.cell(member, Columns::digits, Aligned::right);
-    columns_.cell(name, name_width_, Aligned::left);
-    columns_.cell(action, action_width_, Aligned::left);
-    columns_.cell(parameters, parameters_width_, Aligned::left);
-    columns_.cell(entries, 0, Aligned::left);
-    return columns_.end();
-}
-
-std::string member_json(const ProfileFunctions &profile, const ProfileNames &names, pd_mbr_hdl member,
-                        const ShownAction &action, const Users &users)
-{
-    std::string text;
-    Json json{text};
-    json.open_object().key("profile").text(profile.row->name);
-    append_json(json, names, {Kind::member, member});
-    action.append_json(json);
-    append_json(json, users);
-    json.close_object();
-    return text;
+        action_width = std::max(action_width, std::string_view{binding.action->name}.size());
+    return {{"member", Column::digits, to_the_right},
+            {"name", std::max(names.longest(), sizeof "name" - 1)},
+            {"action", action_width},
+            {"parameters", longest_parameters(profile)},
+            {"entries"}};
 }
 
 struct GroupMember {
@@ -146,58 +114,43 @@ std::vector<GroupMember> members_of(const ProfileFunctions &profile, pd_grp_hdl 
     return members;
 }
 
-void print_group(Session &session, const ProfileFunctions &profile, pd_grp_hdl group, const Users &users)
+// Gives the sentence.
+const char *tell_group(Result &to, const ProfileFunctions &profile, const ProfileNames &names,
+                       pd_grp_hdl group, const Users &users)
 {
-    const ProfileNames &names = session.names(profile);
     const std::vector<GroupMember> members = members_of(profile, group);
-    const std::string *name = names.groups.name_of(group);
-    std::string text = "group " + std::to_string(group) + (name ? " (" + *name + ')' : "") + ": " +
-                       std::to_string(members.size()) + (members.size() == 1 ? " member, " : " members, ") +
-                       std::to_string(std::ranges::count(members, true, &GroupMember::active)) +
-                       " active; entries: " + users_text(users);
     std::size_t width = 0;
     for (const GroupMember &member : members)
         width = std::max(width, names.members.label(member.member).size());
-    for (const auto &[member, active] : members) {
-        const std::string label = names.members.label(member);
-        text +=
-            "\n  " + label + std::string(width - label.size() + 2, ' ') + (active ? "active" : "inactive");
-    }
-    session.print(text);
-}
+    const std::string sentence = "\n  {name:-" + std::to_string(width) + "}  {state}";
+    const std::string *name = names.groups.name_of(group);
 
-std::string group_json(const ProfileFunctions &profile, const ProfileNames &names, pd_grp_hdl group,
-                       const Users &users)
-{
-    std::string text;
-    Json json{text};
-    json.open_object().key("profile").text(profile.row->name);
-    append_json(json, names, {Kind::group, group});
-    json.key("members").open_array();
-    for (const auto &[member, active] : members_of(profile, group)) {
-        json.open_object();
-        append_json(json, names, {Kind::member, member});
-        json.key("active").flag(active).close_object();
-    }
-    json.close_array();
-    append_json(json, users);
-    json.close_object();
-    return text;
+    to.text("profile", profile.row->name);
+    to.json([&](Json &json) { append_json(json, names, {Kind::group, group}); });
+    to.shown("group", std::to_string(group) + (name ? " (" + *name + ')' : ""));
+    to.shown("count", std::to_string(members.size()));
+    to.shown("active", std::to_string(std::ranges::count(members, true, &GroupMember::active)));
+    to.list("members", members, [&](Result &each, const GroupMember &member) {
+        each.json([&](Json &json) { append_json(json, names, {Kind::member, member.member}); });
+        each.shown("name", names.members.label(member.member));
+        each.flag("active", member.active).shown("state", member.active ? "active" : "inactive");
+        return sentence;
+    });
+    tell(to, users);
+    return members.size() == 1
+               ? "group {group}: {count} member, {active} active; entries: {entries}{members}"
+               : "group {group}: {count} members, {active} active; entries: {entries}{members}";
 }
 
 } // namespace
 
 void print_created(Session &session, const ProfileFunctions &profile, const Object &object)
 {
-    std::string line = std::string{kind_name(object.kind)} + ' ' + std::to_string(object.handle);
-    if (session.json()) {
-        line.clear();
-        Json json{line};
-        json.open_object().key("profile").text(profile.row->name);
-        append_json(json, session.names(profile), object);
-        json.close_object();
-    }
-    session.print(line);
+    Result result{session.json()};
+    result.text("profile", profile.row->name);
+    result.json([&](Json &json) { append_json(json, session.names(profile), object); });
+    result.shown("kind", kind_name(object.kind)).shown("handle", std::to_string(object.handle));
+    session.print(result.line("{kind} {handle}"));
 }
 
 void show_members(Session &session, const ProfileFunctions &profile, std::optional<pd_mbr_hdl> member)
@@ -205,23 +158,19 @@ void show_members(Session &session, const ProfileFunctions &profile, std::option
     const ProfileNames &names = session.names(profile);
     const AllUsers users{profile, names, Kind::member};
     MemberReader reader{profile, session.from_hardware()};
-    MemberLines lines{profile, names.members};
+    List list{session, member_columns(profile, names.members)};
     const auto show = [&](pd_mbr_hdl handle) {
         reader.read(handle);
-        const ShownAction &action = reader.action();
-        if (session.json())
-            return session.print(member_json(profile, names, handle, action, users.of(handle)));
         const std::string *name = names.members.name_of(handle);
-        session.print(lines.line(std::to_string(handle), name ? *name : "", action.name(),
-                                 assignments(action.fields(), action.parameters()),
-                                 users_text(users.of(handle))));
+        Result &row = list.row();
+        row.text("profile", profile.row->name).number("member", handle);
+        if (name)
+            row.json([&](Json &json) { json.key("member_name").text(*name); }).shown("name", *name);
+        reader.action().tell(row);
+        tell(row, users.of(handle));
+        list.end_row();
     };
-    if (!session.json())
-        session.print(lines.heading());
-    if (member)
-        show(*member);
-    else
-        walk_members(profile, show);
+    list.fill([&] { member ? show(*member) : walk_members(profile, show); });
 }
 
 void show_groups(Session &session, const ProfileFunctions &profile, std::optional<pd_grp_hdl> group)
@@ -229,10 +178,9 @@ void show_groups(Session &session, const ProfileFunctions &profile, std::optiona
     const ProfileNames &names = session.names(profile);
     const AllUsers users{profile, names, Kind::group};
     const auto show = [&](pd_grp_hdl handle) {
-        if (session.json())
-            session.print(group_json(profile, names, handle, users.of(handle)));
-        else
-            print_group(session, profile, handle, users.of(handle));
+        Result result{session.json()};
+        const char *const sentence = tell_group(result, profile, names, handle, users.of(handle));
+        session.print(result.line(sentence));
     };
     if (group)
         show(*group);
@@ -246,14 +194,13 @@ void show_fallback(Session &session, const ProfileFunctions &profile)
         return session.print_text("fallback", "fallback: unknown without the model");
     const ProfileNames &names = session.names(profile);
     const Object fallback{Kind::member, fallback_of(profile)};
-    if (!session.json())
-        return session.print("fallback: " + (fallback.handle == 0 ? "none" : names.text_of(fallback)));
-    std::string text;
-    Json json{text};
-    json.open_object().key("profile").text(profile.row->name).key("fallback").open_object();
-    append_json(json, names, fallback);
-    json.close_object().close_object();
-    session.print(text);
+    Result result{session.json()};
+    result.text("profile", profile.row->name).json([&](Json &json) {
+        append_json(json.key("fallback").open_object(), names, fallback);
+        json.close_object();
+    });
+    result.shown("member", fallback.handle == 0 ? "none" : names.text_of(fallback));
+    session.print(result.line("fallback: {member}"));
 }
 
 void show_profile(Session &session, const ProfileFunctions &profile)

@@ -58,11 +58,6 @@ Value member(const ShownField &field, u16 ShownField::Place::*place, const void 
                    load(half, members + field.station.*place).low};
 }
 
-Value value_of(const ShownField &field, const void *record)
-{
-    return member(field, &ShownField::Place::value, record);
-}
-
 Value mask_of(const ShownField &field, const void *record)
 {
     return member(field, &ShownField::Place::twin, record);
@@ -108,6 +103,11 @@ std::vector<ShownField> shown_fields(const pd::Table &table)
 std::vector<ShownField> shown_fields(const pd::Action &action)
 {
     return shown_rows(action.parameters);
+}
+
+Value value_of(const ShownField &field, const void *record)
+{
+    return member(field, &ShownField::Place::value, record);
 }
 
 void append_text(std::string &to, const ShownField &field, const void *record)

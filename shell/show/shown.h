@@ -29,6 +29,9 @@ struct ShownField {
 std::vector<ShownField> shown_fields(const pd::Table &table);
 std::vector<ShownField> shown_fields(const pd::Action &action);
 
+// Without mask or prefix.
+Value value_of(const ShownField &field, const void *record);
+
 // "10.1.0.0/16", "5&0xf", "*" for a ternary field that matches anything.
 void append_text(std::string &to, const ShownField &field, const void *record);
 std::size_t longest_text(const ShownField &field);

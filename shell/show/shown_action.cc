@@ -23,10 +23,9 @@ void ShownAction::append_text(std::string &to) const
     append_assignments(to, fields(), parameters());
 }
 
-void ShownAction::append_json(Json &to) const
+void ShownAction::tell(Result &to) const
 {
-    to.key("action").text(name()).key("parameters");
-    shell::append_json(to, fields(), parameters());
+    to.text("action", name()).fields("parameters", fields(), parameters());
 }
 
 } // namespace shell

@@ -5,9 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "json.h"
+#include "result.h"
 #include "rows.h"
-#include "shown.h"
 
 namespace shell {
 
@@ -26,8 +25,8 @@ public:
 
     // "setNextHop nextHop=7"
     void append_text(std::string &to) const;
-    // The keys "action" and "parameters" with their values.
-    void append_json(Json &to) const;
+    // As "action" and "parameters".
+    void tell(Result &to) const;
 
 private:
     std::size_t used() const;

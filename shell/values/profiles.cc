@@ -207,14 +207,4 @@ pd_mbr_hdl fallback_of(const ProfileFunctions &profile)
     return !has_model() ? 0 : ts_model_fallback_member(device.device_id, profile.row->selector);
 }
 
-void append_json(Json &to, const ProfileNames &names, const Object &object)
-{
-    if (object.handle == 0)
-        return;
-    const std::string kind = kind_name(object.kind);
-    to.key(kind).number(object.handle);
-    if (const std::string *name = names.of(object.kind).name_of(object.handle))
-        to.key(kind + "_name").text(*name);
-}
-
 } // namespace shell

@@ -6,7 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "json.h"
 #include "names.h"
 #include "reflection.h"
 #include "words.h"
@@ -47,8 +46,5 @@ u32 count_members(const reflection::ProfileFunctions &profile);
 u32 count_groups(const reflection::ProfileFunctions &profile);
 bool is_active(const reflection::ProfileFunctions &profile, pd_grp_hdl group, pd_mbr_hdl member);
 pd_mbr_hdl fallback_of(const reflection::ProfileFunctions &profile); // 0 for none
-
-// The keys "member" or "group" with the handle and, where there is one, the name. Nothing for handle 0.
-void append_json(Json &to, const ProfileNames &names, const Object &object);
 
 } // namespace shell

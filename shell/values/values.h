@@ -2,6 +2,7 @@
 // moved into records and images.
 #pragma once
 
+#include <compare>
 #include <string>
 #include <string_view>
 
@@ -14,7 +15,7 @@ struct Value {
     u64 high = 0;
     u64 low = 0;
 
-    bool operator==(const Value &) const = default;
+    auto operator<=>(const Value &) const = default;
 };
 
 // The width at which a whole MAC address is read; a half has 24 bits.
