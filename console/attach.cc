@@ -13,6 +13,7 @@
 #include "new_file.h"
 #include "output.h"
 #include "protocol.h"
+#include "reflection.h"
 #include "terminal_lines.h"
 
 namespace console {
@@ -110,7 +111,13 @@ private:
     bool carry_out_here(const Request &request);
     int ask(const Request &request, std::string *output);
     void cancel(bool at_prompt);
+    void tell(const std::string &name, const char *command);
+    bool run_to_the_first_bad(shell::LineSource &lines, const std::string &name);
+    void replace(shell::LineSource &lines, const std::string &name);
+    void show_difference(shell::LineSource &lines, const std::string &name);
     void load(shell::Words words);
+    void go_through(const shell::FileName &file,
+                    void (Client::*way)(shell::LineSource &, const std::string &));
     void save(shell::Words words, const Request &request);
     void report(const Request &request, const BadLine &error);
     unsigned form(bool at_prompt) const;
@@ -163,22 +170,50 @@ void Client::run(shell::LineSource &lines, const std::string &name)
     }
 }
 
-void Client::run_atomically(shell::LineSource &lines, const std::string &name)
+void Client::tell(const std::string &name, const char *command)
+{
+    carry_out({form(false), 0, name, command});
+}
+
+// Whether all was well.
+bool Client::run_to_the_first_bad(shell::LineSource &lines, const std::string &name)
 {
     const u64 bad_before = bad_commands_;
-    const Request request{form(false), 0, name, {}};
-    const auto tell = [&](const char *command) {
-        Request whole = request;
-        whole.command = command;
-        carry_out(whole);
-    };
-    tell("begin");
-    if (bad_commands_ != bad_before)
-        return;
     atomic_ = true;
     run(lines, name);
     atomic_ = false;
-    tell(bad_commands_ == bad_before ? "commit" : "rollback");
+    return bad_commands_ == bad_before;
+}
+
+void Client::run_atomically(shell::LineSource &lines, const std::string &name)
+{
+    const u64 bad_before = bad_commands_;
+    tell(name, "begin");
+    if (bad_commands_ == bad_before)
+        tell(name, run_to_the_first_bad(lines, name) ? "commit" : "rollback");
+}
+
+// Brings about the state that the lines tell.
+void Client::replace(shell::LineSource &lines, const std::string &name)
+{
+    const u64 bad_before = bad_commands_;
+    const std::string text = shell::text_of(lines);
+    shell::TextLines planned{text}, carried_out{text};
+    tell(name, "plan begin");
+    bool well = bad_commands_ == bad_before && run_to_the_first_bad(planned, name);
+    if (well) {
+        tell(name, "plan carry-out");
+        well = bad_commands_ == bad_before && run_to_the_first_bad(carried_out, name);
+    }
+    tell(name, well ? "plan end" : "plan drop");
+}
+
+void Client::show_difference(shell::LineSource &lines, const std::string &name)
+{
+    const u64 bad_before = bad_commands_;
+    tell(name, "plan show");
+    const bool well = bad_commands_ == bad_before && run_to_the_first_bad(lines, name);
+    tell(name, well ? "plan end" : "plan drop");
 }
 
 void Client::carry_out(const Request &request)
@@ -233,6 +268,12 @@ bool Client::carry_out_here(const Request &request)
         load(words);
         return true;
     }
+    if (name == "diff" && !words.empty() && !reflection::find_table(words.peek())) {
+        const shell::FileName file = shell::take_file_name(words);
+        words.expect_end();
+        go_through(file, &Client::show_difference);
+        return true;
+    }
     if (name != "save" || words.peek() == "-" || words.peek().empty())
         return false;
     save(words, request);
@@ -241,18 +282,28 @@ bool Client::carry_out_here(const Request &request)
 
 void Client::load(shell::Words words)
 {
-    const auto take_atomic = [&] { return words.peek() == "--atomic" && !words.take().empty(); };
-    bool atomic = take_atomic();
+    void (Client::*way)(shell::LineSource &, const std::string &) = &Client::run;
+    const auto take_options = [&] {
+        for (; words.peek() == "--atomic" || words.peek() == "--replace"; words.take())
+            way = words.peek() == "--atomic" ? &Client::run_atomically : &Client::replace;
+    };
+    take_options();
     const shell::FileName file = shell::take_file_name(words);
-    atomic = take_atomic() || atomic;
+    take_options();
     words.expect_end();
+    go_through(file, way);
+}
+
+void Client::go_through(const shell::FileName &file,
+                        void (Client::*way)(shell::LineSource &, const std::string &))
+{
     if (depth_ == deepest_file)
         throw BadLine{file.where, "files load each other too deeply"};
     ++depth_;
     std::string failure;
     try {
         shell::FileLines lines{file.name, nullptr};
-        atomic ? run_atomically(lines, file.name) : run(lines, file.name);
+        (this->*way)(lines, file.name);
     } catch (const std::runtime_error &error) {
         failure = error.what();
     }

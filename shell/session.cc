@@ -6,6 +6,7 @@
 #include "commands.h"
 #include "output.h"
 #include "pd.h"
+#include "replacement.h"
 #include "result.h"
 #include "session_script.h"
 #include "signals.h"
@@ -155,7 +156,7 @@ void Session::set_form(bool json, bool verbose)
     options_.verbose = verbose;
 }
 
-void Session::load(const FileName &file)
+void Session::load(const FileName &file, Loading loading)
 {
     if (std::ranges::find(files_, identity(file.name)) != files_.end())
         throw BadLine{file.where, shell::quoted(file.name) + " would load itself"};
@@ -163,12 +164,16 @@ void Session::load(const FileName &file)
         source_->make_room();
     LineSource *const before = source_;
     const bool atomic = option_words_.atomic;
+    if (options_.guest)
+        throw BadLine{file.where, "not in the console of a process: files are read by the client"};
+    if (loading == Loading::state && (atomic || changes_))
+        throw BadLine{file.where, "--replace takes nothing back: it is not for begin and --atomic"};
     if (atomic && changes_)
         throw BadLine{file.where, "what is kept since begin ends first: commit or rollback"};
     files_.push_back(identity(file.name));
     std::string failure;
     try {
-        run_file(file.name, atomic);
+        run_file(file.name, loading, atomic);
     } catch (const std::runtime_error &error) {
         failure = error.what();
     }
@@ -179,9 +184,11 @@ void Session::load(const FileName &file)
         throw BadLine{file.where, shell::quoted(file.name) + ' ' + failure};
 }
 
-void Session::run_file(const std::string &name, bool atomic)
+void Session::run_file(const std::string &name, Loading loading, bool atomic)
 {
     FileLines lines{name, options_.terminal};
+    if (loading != Loading::commands)
+        return replace(lines, name, loading == Loading::difference);
     if (atomic)
         return run_atomically(lines, name);
     Script script{lines, name, false, {}, {}};
@@ -301,6 +308,13 @@ void Session::carry_out(const Words &line)
         throw BadLine{{}, "not in the console of a process: " + std::string{verb_->clash}};
     if (const auto &[word, place] = option_words_.of_list; !verb_->is_list && !word.empty())
         throw BadLine{place, word + " is for lists, which " + verb_->name + " prints none of"};
+    if (replacement_ && !verb_->state)
+        throw BadLine{name, quoted(verb_->name) + " tells no state"};
+    if (replacement_ && verb_->state != verb_->run) {
+        if (replacement_->takes_next_command())
+            verb_->state(*this, rest, verb_->name);
+        return;
+    }
     if (verb_->effect == Effect::changes)
         expect_changes_allowed();
     verb_->run(*this, rest, verb_->name);

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -23,6 +24,7 @@
 namespace shell {
 
 struct Verb;
+class Replacement;
 
 struct SessionOptions {
     bool keep_going = false;          // a bad line does not end the session
@@ -80,8 +82,14 @@ public:
     const ProfileNames *names(const reflection::TableFunctions &table);
     // Keeps a line for behind the command.
     void print_behind(std::string_view line);
-    // Carries out the lines of a file. BadLine when it cannot be read or is being carried out.
-    void load(const FileName &file);
+    // What to do with the lines of a file: carry them out, all or none if the option word says so; bring
+    // about the state that they tell; or show what that would change.
+    enum class Loading { commands, state, difference };
+    // BadLine when the file cannot be read or is being carried out.
+    void load(const FileName &file, Loading loading);
+    Replacement &replacement() { return *replacement_; } // the plan
+    // The command at hand, without its option words.
+    const std::string &command() const { return *line_; }
     // Carries out what is left of the line as a command of its own.
     void carry_out(const Words &words);
     // BadLine where a change is refused.
@@ -92,6 +100,13 @@ public:
     void begin();
     void commit();
     void roll_back();
+    // Between the first and one of the last two each command tells what state there shall be; it is planned,
+    // and after the second, when the commands come again, carried out. A plan that is only shown ends
+    // without.
+    void begin_plan(bool only_shown);
+    void carry_out_plan();
+    void end_plan();
+    void drop_plan();
     bool keeps_changes() const { return changes_.has_value(); }
     // `back` makes the command that takes back what was changed; only asked where changes are kept.
     template <typename Back>
@@ -106,7 +121,10 @@ private:
     struct Script;
 
     void run_script(Script &script);
-    void run_file(const std::string &name, bool atomic);
+    void run_file(const std::string &name, Loading loading, bool atomic);
+    void replace(LineSource &source, const std::string &name, bool only_shown);
+    bool go_over(const std::string &text, const std::string &name);
+    void expect_plan() const;
     void run_atomically(LineSource &source, const std::string &name);
     bool are_revocable(Script &script);
     void expect_open() const;
@@ -136,6 +154,7 @@ private:
     OptionWords option_words_;
     bool redirected_ = false;                         // what the command prints
     bool all_or_none_ = false;                        // the first bad line ends the file
+    std::unique_ptr<Replacement> replacement_;        // while there is a plan
     const Verb *verb_ = nullptr;                      // that is being carried out
     std::optional<std::vector<std::string>> changes_; // commands that take back what was changed
     std::string *line_ = nullptr;                     // that is being carried out

@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "commands.h"
+#include "replacement.h"
 #include "result.h"
 #include "session_script.h"
 
@@ -13,14 +14,6 @@ void expect_revocable(const Verb &verb, std::string_view where)
 {
     if (!verb.revocable)
         throw BadLine{where, quoted(verb.name) + " cannot be taken back"};
-}
-
-std::string text_of(LineSource &source)
-{
-    std::string text;
-    for (std::string line; source.next(line);)
-        text.append(line).append("\n");
-    return text;
 }
 
 } // namespace
@@ -51,6 +44,64 @@ void Session::run_atomically(LineSource &source, const std::string &name)
         return commit();
     stopping_ = !options_.keep_going || interrupted_;
     tell_taken_back(name, take_back());
+}
+
+// Brings about the state that the lines tell, or shows what that would change. A bad line leaves all as it
+// is.
+void Session::replace(LineSource &source, const std::string &name, bool only_shown)
+{
+    const std::string text = text_of(source);
+    begin_plan(only_shown);
+    bool well = go_over(text, name);
+    if (well && !only_shown) {
+        carry_out_plan();
+        well = go_over(text, name);
+    }
+    well ? end_plan() : drop_plan();
+}
+
+// Whether all was well.
+bool Session::go_over(const std::string &text, const std::string &name)
+{
+    const u64 bad_before = bad_lines_;
+    TextLines lines{text};
+    Script script{lines, name, false, {}, {}};
+    run_script(script);
+    return bad_lines_ == bad_before && !interrupted_;
+}
+
+void Session::begin_plan(bool only_shown)
+{
+    if (replacement_ || changes_)
+        throw BadLine{{}, "what is kept since begin, or planned, ends first"};
+    replacement_ = std::make_unique<Replacement>(*this, only_shown);
+}
+
+void Session::expect_plan() const
+{
+    if (!replacement_)
+        throw BadLine{{}, "nothing is planned"};
+}
+
+void Session::carry_out_plan()
+{
+    expect_plan();
+    expect_changes_allowed();
+    replacement_->begin_changes();
+}
+
+void Session::end_plan()
+{
+    expect_plan();
+    if (replacement_->is_planning())
+        replacement_->begin_changes();
+    replacement_->finish_changes();
+    drop_plan();
+}
+
+void Session::drop_plan()
+{
+    replacement_.reset();
 }
 
 // Tells of each line that cannot be taken back, before any is carried out.

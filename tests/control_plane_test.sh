@@ -43,8 +43,13 @@ cd "$folder"
 ask 'save ports.tsl ingressPortMapping'
 printf 'delete ingressPortMapping 1\nload ports.tsl\n' | "$shell" --attach "$socket" --keep-going 2>error || status=$?
 expect 1 "${status-0}"
-expect 'ports.tsl:3:1: the driver refused: already exists (status 5)' "$(sed -n 1p error)"
+expect 'ports.tsl:4:1: the driver refused: already exists (status 5)' "$(sed -n 1p error)"
 expect '       3  ingressPortMapping' "$(ask 'count ingressPortMapping')"
+
+expect 'added: 0, modified: 0, deleted: 0, the same: 4' "$(ask 'load --replace ports.tsl')"
+ask 'delete ingressPortMapping 2'
+expect 'added: 1, modified: 0, deleted: 0, the same: 3' "$(ask 'diff ports.tsl' | sed -n 2p)"
+expect 'added: 1, modified: 0, deleted: 0, the same: 3' "$(ask 'load ports.tsl --replace')"
 
 kill "$process"
 wait "$process"

@@ -35,7 +35,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string saved = "# Written by save. Load it into empty tables.\ndefault l2SmacCheck : NoAction\n";
+const std::string saved =
+    "# Written by save, for load --replace, or for load into empty tables.\ndefault l2SmacCheck : NoAction\n";
 
 long files_in(const Folder &folder)
 {

@@ -32,23 +32,23 @@ extern const Command clear_command, capacity_command;                           
 extern const Command member_command;                                                           // members.cc
 extern const Command group_command;                                                            // groups.cc
 extern const Command restart_command;                                                          // restart.cc
-extern const Command schema_command, value_command, print_command, label_command; // inspection.cc
-extern const Command diff_command;                                                // diff.cc
-extern const Command corrupt_command;                                             // corrupt.cc
-extern const Command decode_command;                                              // decode.cc
-extern const Command property_command;                                            // properties.cc
-extern const Command counter_command;                                             // counters.cc
-extern const Command meter_command;                                               // meters.cc
-extern const Command register_command;                                            // registers.cc
-extern const Command idle_command, clock_command;                                 // idle.cc
-extern const Command digest_command;                                              // digests.cc
-extern const Command pvs_command;                                                 // value_sets.cc
-extern const Command hash_command;                                                // hashes.cc
-extern const Command snapshot_command;                                            // snapshots.cc
-extern const Command begin_command, commit_command, rollback_command;             // transaction.cc
-extern const Command watch_command;                                               // watches.cc
-extern const Command save_command;                                                // save.cc
-extern const Command in_c_command;                                                // in_c.cc
+extern const Command schema_command, value_command, print_command, label_command;   // inspection.cc
+extern const Command diff_command;                                                  // diff.cc
+extern const Command corrupt_command;                                               // corrupt.cc
+extern const Command decode_command;                                                // decode.cc
+extern const Command property_command;                                              // properties.cc
+extern const Command counter_command;                                               // counters.cc
+extern const Command meter_command;                                                 // meters.cc
+extern const Command register_command;                                              // registers.cc
+extern const Command idle_command, clock_command;                                   // idle.cc
+extern const Command digest_command;                                                // digests.cc
+extern const Command pvs_command;                                                   // value_sets.cc
+extern const Command hash_command;                                                  // hashes.cc
+extern const Command snapshot_command;                                              // snapshots.cc
+extern const Command begin_command, commit_command, rollback_command, plan_command; // transaction.cc
+extern const Command watch_command;                                                 // watches.cc
+extern const Command save_command;                                                  // save.cc
+extern const Command in_c_command;                                                  // in_c.cc
 extern const Command load_command, trace_command, echo_command, quit_command,
     exit_command;                                    // session_commands.cc
 extern const Command help_command, question_command; // help.cc

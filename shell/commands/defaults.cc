@@ -6,6 +6,8 @@
 #include "entry_body.h"
 #include "entry_reader.h"
 #include "inverse.h"
+#include "meters.h"
+#include "replacement.h"
 #include "verb_arguments.h"
 
 namespace shell {
@@ -53,11 +55,51 @@ void default_entry(Session &session, const TableFunctions &table, const DefaultE
     session.print(result.line(reader.body()));
 }
 
+std::string default_meter(const TableFunctions &table)
+{
+    pd_entry_hdl entry = 0;
+    expect_success(table.get_default_entry_handle(driver_session, device, &entry));
+    return meter_option(table, entry);
+}
+
+// In a file that tells a state.
+void tell(Session &session, const TableFunctions &table, const DefaultEntry::Value &given)
+{
+    using enum Replacement::Change;
+    Replacement &state = session.replacement();
+    if (!given.body)
+        throw BadLine{{}, "default without a colon tells no state"};
+    if (!state.is_planning())
+        return default_entry(session, table, given);
+    EntryReader &reader = state.cover(table);
+    reader.read_default();
+    const std::string meter = given.options.meter ? meter_option(*given.options.meter) : "";
+    const bool same =
+        given.body->is_of(reader) && (!table.row->direct_meter || meter == default_meter(table));
+    state.plan(same ? none : modify_it, [&] { return reader.body_text(); });
+}
+
 void reset(Session &session, const TableFunctions &table)
 {
     std::string back = session.keeps_changes() ? default_back(session, table) : "";
     expect_success(table.reset_default_entry(driver_session, device));
     session.keep_change([&] { return back; });
+}
+
+// Likewise. Only of what no command sets, or of an entry that points at nothing, is known that it is so
+// already.
+void tell_reset(Session &session, const TableFunctions &table)
+{
+    using enum Replacement::Change;
+    Replacement &state = session.replacement();
+    if (!state.is_planning())
+        return reset(session, table);
+    EntryReader &reader = state.cover(table);
+    if (!reader.names() && !pd::has_default_action(table.row->actions))
+        return state.plan(none);
+    reader.read_default();
+    const bool same = reader.names() && reader.reference().handle == 0;
+    state.plan(same ? none : modify_it, [&] { return reader.body_text(); });
 }
 
 constexpr std::string_view text =
@@ -67,10 +109,12 @@ constexpr std::string_view text =
 constexpr Verb default_verb[] = {verb<default_entry, arg::Table, DefaultEntry>(
                                      "default", "prints the default entry of a table, or sets it")
                                      .may_change()
-                                     .can_be_taken_back()};
+                                     .can_be_taken_back()
+                                     .tells_state(state<tell, arg::Table, DefaultEntry>)};
 constexpr Verb reset_verb[] = {
     verb<reset, arg::Table>("reset", "gives a table the default entry of the switch program again")
-        .can_be_taken_back()};
+        .can_be_taken_back()
+        .tells_state(state<tell_reset, arg::Table>)};
 
 } // namespace
 

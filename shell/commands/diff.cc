@@ -1,6 +1,8 @@
 // The diff command: what software placed in a table against what the chip has, field by field.
 #include <algorithm>
+#include <filesystem>
 #include <iterator>
+#include <variant>
 
 #include "commands.h"
 #include "driver.h"
@@ -253,19 +255,40 @@ void Comparison::tell_uncompared(Result &to) const
         });
 }
 
-void diff(Session &session, const TableFunctions &table)
+// A table; or, where there is none of the name, a file.
+struct TableOrFile {
+    using Value = std::variant<const TableFunctions *, FileName>;
+    static void describe(Usage &usage) { usage.add({"TABLE", "FILE"}); }
+    static Value read(Reading &reading)
+    {
+        if (reflection::find_table(reading.words.peek()))
+            return &take_table(reading.words);
+        const FileName file = take_file_name(reading.words);
+        if (std::error_code unknown; !std::filesystem::exists(file.name, unknown))
+            refuse(file.where, {"table or file", {}, "tables"}, table_names());
+        return file;
+    }
+};
+
+void diff(Session &session, const TableOrFile::Value &what)
 {
-    Comparison{session, table}.run();
+    if (const auto *file = std::get_if<FileName>(&what))
+        session.load(*file, Session::Loading::difference);
+    else
+        Comparison{session, *std::get<const TableFunctions *>(what)}.run();
 }
 
 constexpr std::string_view text =
-    R"(  Compares each entry and the default entry, as placed, with the hardware: every key field and every parameter,
+    R"(  FILE is read as by 'load --replace': a line behind + is to be added, behind ~ modified, behind - deleted.
+  Of a TABLE it compares each entry and the default entry, as placed, with the hardware: every key field and every parameter,
   by the bits that the schema lists; the last lines name the fields some of whose bits are left out. --all-bits
   compares all bits, and groups by handle, not only by presence. Priorities are not compared.
 )";
 
 constexpr Verb verbs[] = {
-    verb<diff, arg::Table>("diff", "prints every difference between software and hardware").reads()};
+    verb<diff, TableOrFile>("diff",
+                            "prints how hardware differs from software, or what load --replace would change")
+        .reads()};
 
 constexpr std::string_view options[] = {"--json", "--all-bits"};
 

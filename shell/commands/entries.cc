@@ -8,6 +8,8 @@
 #include "entry_body.h"
 #include "entry_key.h"
 #include "inverse.h"
+#include "meters.h"
+#include "replacement.h"
 #include "result.h"
 #include "verb_arguments.h"
 
@@ -155,11 +157,39 @@ void add(Session &session, const TableFunctions &table, const NewEntry::Value &g
         print_entry(session, table, entry);
 }
 
-pd_entry_hdl find_entry(const TableFunctions &table, const reflection::EntryArguments &key)
+u32 time_to_live(const TableFunctions &table, pd_entry_hdl entry)
 {
-    pd_entry_hdl entry = 0;
-    expect_success(table.match_spec_to_entry_hdl(driver_session, device, key, &entry));
-    return entry;
+    u32 ttl = 0;
+    expect_success(table.idle->get_ttl(driver_session, device.device_id, entry, &ttl));
+    return ttl;
+}
+
+// In a file that tells a state: such an entry there shall be.
+void tell(Session &session, const TableFunctions &table, const NewEntry::Value &given)
+{
+    using enum Replacement::Change;
+    Replacement &state = session.replacement();
+    EntryReader &reader = state.cover(table);
+    const pd_entry_hdl entry = find_entry_if_any(table, key_arguments(given.key, given.options));
+    const bool has_ttl = table.row->ttl_on_add;
+    const u32 ttl = given.options.ttl.value_or(0);
+    if (!state.is_planning()) {
+        if (state.change() == add_it)
+            return add(session, table, given);
+        given.body.modify(entry, given.options);
+        if (has_ttl)
+            expect_success(table.idle->set_ttl(driver_session, device.device_id, entry, ttl));
+        return;
+    }
+    if (entry == 0)
+        return state.plan(add_it);
+    state.keep(table, entry);
+    reader.read(entry);
+    const bool same =
+        given.body.is_of(reader) &&
+        (!given.options.meter || meter_option(*given.options.meter) == meter_option(table, entry)) &&
+        (!has_ttl || ttl == time_to_live(table, entry));
+    state.plan(same ? none : modify_it, [&] { return reader.body_text(); });
 }
 
 void modify(Session &session, const TableFunctions &table, const ChangedEntry::Value &given)
@@ -232,8 +262,9 @@ constexpr std::string_view find_text =
   priority=N is required where the key has a ternary field; the lowest number wins.
 )";
 
-constexpr Verb add_verb[] = {
-    verb<add, arg::KeyedTable, NewEntry>("add", "adds an entry").can_be_taken_back()};
+constexpr Verb add_verb[] = {verb<add, arg::KeyedTable, NewEntry>("add", "adds an entry")
+                                 .can_be_taken_back()
+                                 .tells_state(state<tell, arg::KeyedTable, NewEntry>)};
 constexpr Verb modify_verb[] = {
     verb<modify, arg::KeyedTable, ChangedEntry>("modify", "gives an entry another action, member or group")
         .can_be_taken_back()};

@@ -3,7 +3,9 @@
 
 #include "commands.h"
 #include "driver.h"
+#include "model.h"
 #include "profiles.h"
+#include "replacement.h"
 #include "settings.h"
 #include "show_profile.h"
 #include "values.h"
@@ -154,6 +156,79 @@ void set_fallback(Session &session, const ProfileFunctions &profile, std::option
         [&] { return command("group fallback", profile, before ? std::to_string(before) : "none"); });
 }
 
+// ---- In a file that tells a state ----
+
+void tell(Session &session, const ProfileFunctions &profile, std::string_view name,
+          const std::vector<u64> &settings)
+{
+    using enum Replacement::Change;
+    Replacement &state = session.replacement();
+    if (!state.is_planning())
+        return create(session, profile, name, settings);
+    ProfilePlan &plan = state.covered(profile);
+    const pd_grp_hdl group = plan.keep(Kind::group, name);
+    const auto &sizes = session.names(profile).group_sizes;
+    const auto size = sizes.find(group);
+    const bool same = group != 0 && (size == sizes.end() || size->second == settings.front());
+    if (!same)
+        plan.make(Kind::group, name);
+    state.plan(same ? none : add_it);
+}
+
+bool is_in(const ProfileFunctions &profile, pd_grp_hdl group, pd_mbr_hdl member)
+{
+    u32 state = 0;
+    return profile.group_member_state_get(driver_session, device.device_id, group, member, &state) ==
+           TS_MODEL_OK;
+}
+
+void tell_joined(Session &session, const ProfileFunctions &profile, pd_grp_hdl group,
+                 const std::vector<NamedMember> &members)
+{
+    using enum Replacement::Change;
+    Replacement &state = session.replacement();
+    if (!state.is_planning()) {
+        std::vector<NamedMember> others = members;
+        std::erase_if(others,
+                      [&](const NamedMember &member) { return is_in(profile, group, member.handle); });
+        return add(session, profile, group, others);
+    }
+    bool same = true;
+    for (const NamedMember &member : members)
+        same = state.covered(profile).join(group, member.handle) && same;
+    state.plan(same ? none : modify_it);
+}
+
+void tell_taken_out(Session &session, const ProfileFunctions &profile, pd_grp_hdl group,
+                    const std::vector<NamedMember> &members)
+{
+    Replacement &state = session.replacement();
+    if (!state.is_planning())
+        return take_out(session, profile, group, members);
+    for (const NamedMember &member : members)
+        state.covered(profile).leave(group, member.handle);
+    state.plan(Replacement::Change::modify_it);
+}
+
+void tell_state(Session &session, const ProfileFunctions &profile, pd_grp_hdl group, pd_mbr_hdl member,
+                unsigned wanted)
+{
+    using enum Replacement::Change;
+    Replacement &state = session.replacement();
+    if (!state.is_planning())
+        return set_state(session, profile, group, member, wanted);
+    state.plan(state.covered(profile).tell_state(group, member, wanted == 0) ? none : modify_it);
+}
+
+void tell_fallback(Session &session, const ProfileFunctions &profile, std::optional<pd_mbr_hdl> member)
+{
+    using enum Replacement::Change;
+    Replacement &state = session.replacement();
+    if (!state.is_planning())
+        return set_fallback(session, profile, member);
+    state.plan(state.covered(profile).tell_fallback(member.value_or(0)) ? none : modify_it);
+}
+
 void show(Session &session, const ProfileFunctions &profile, std::optional<pd_grp_hdl> group)
 {
     show_groups(session, profile, group);
@@ -168,18 +243,24 @@ constexpr std::string_view text =
 constexpr Verb verbs[] = {
     verb<create, arg::Profile, arg::NewName<Kind::group>, arg::Settings<size_setting>>(
         "group create", "makes an empty group for up to N members, 256 without")
-        .can_be_taken_back(),
+        .can_be_taken_back()
+        .tells_state(state<tell, arg::Profile, arg::Name<Kind::group>, arg::Settings<size_setting>>),
     verb<remove, arg::Profile, arg::Group>("group delete",
                                            "deletes it, unless an entry points at it; its members stay"),
     verb<add, arg::Profile, arg::Group, Members>("group add", "lets all these members join, or none")
-        .can_be_taken_back(),
-    verb<take_out, arg::Profile, arg::Group, Members>("group remove", "takes all these members out, or none"),
+        .can_be_taken_back()
+        .tells_state(state<tell_joined, arg::Profile, arg::Group, Members>),
+    verb<take_out, arg::Profile, arg::Group, Members>("group remove", "takes all these members out, or none")
+        .tells_state(state<tell_taken_out, arg::Profile, arg::Group, Members>),
     verb<set_state, arg::Profile, arg::Group, arg::Member, arg::Choice<"state", member_states>>(
         "group state", "only active members are picked; a member joins active")
-        .can_be_taken_back(),
+        .can_be_taken_back()
+        .tells_state(
+            state<tell_state, arg::Profile, arg::Group, arg::Member, arg::Choice<"state", member_states>>),
     verb<set_fallback, arg::Profile, Fallback>("group fallback",
                                                "the member for packets that find no active member")
-        .can_be_taken_back(),
+        .can_be_taken_back()
+        .tells_state(state<tell_fallback, arg::Profile, Fallback>),
     verb<show, arg::Profile, arg::Optional<arg::Group>>("group show", "prints it, or all and the fallback")
         .reads(),
 };

@@ -7,6 +7,7 @@
 #include "entry_reader.h"
 #include "list.h"
 #include "model.h"
+#include "replacement.h"
 #include "settings.h"
 #include "tables.h"
 #include "verb_arguments.h"
@@ -113,6 +114,19 @@ void ttl(Session &session, const TableFunctions &table, const EntryAndTtl::Value
     session.print(result.line("ttl={ttl}, {state}"));
 }
 
+// In a file that tells a state.
+void tell_ttl(Session &session, const TableFunctions &table, const EntryAndTtl::Value &given)
+{
+    using enum Replacement::Change;
+    Replacement &state = session.replacement();
+    if (!given.second)
+        throw BadLine{{}, "idle ttl without ttl=N tells no state"};
+    if (!state.is_planning())
+        return ttl(session, table, given);
+    const pd_entry_hdl entry = given.first.find_if_any();
+    state.plan(entry != 0 && age_of(table, entry).ttl == *given.second ? none : modify_it);
+}
+
 void restart(Session &, const TableFunctions &table, const Cell &entry)
 {
     expect_success(table.idle->reset_ttl(driver_session, device.device_id, entry.find()));
@@ -155,7 +169,8 @@ constexpr Verb verbs[] = {
     verb<params, AgeingTable>("idle params", "prints what enable was given").reads(),
     verb<show, AgeingTable>("idle show", "lists the entries with time to live and state").lists(),
     verb<ttl, AgeingTable, EntryAndTtl>("idle ttl", "prints the time to live and the state, or sets the time")
-        .may_change(),
+        .may_change()
+        .tells_state(state<tell_ttl, AgeingTable, EntryAndTtl>),
     verb<restart, AgeingTable, arg::HandleOrKey>("idle restart", "lets the time to live begin again"),
     verb<set_state<active_state>, AgeingTable, arg::HandleOrKey>("idle hit", "makes the entry active"),
     verb<set_state<idle_state>, AgeingTable, arg::HandleOrKey>("idle expire", "makes the entry idle"),

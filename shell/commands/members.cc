@@ -4,6 +4,7 @@
 #include "entry_body.h"
 #include "member_reader.h"
 #include "profiles.h"
+#include "replacement.h"
 #include "show_profile.h"
 #include "verb_arguments.h"
 
@@ -82,6 +83,44 @@ void remove(Session &session, const ProfileFunctions &profile, pd_mbr_hdl member
     session.names(profile).members.drop(member);
 }
 
+// ---- In a file that tells a state ----
+
+void tell(Session &session, const ProfileFunctions &profile, std::string_view name, const MemberPart &part)
+{
+    using enum Replacement::Change;
+    Replacement &state = session.replacement();
+    if (!state.is_planning()) {
+        if (state.change() == add_it)
+            return add(session, profile, name, part);
+        return modify(session, profile, session.names(profile).members.find(name), part);
+    }
+    ProfilePlan &plan = state.covered(profile);
+    MemberReader reader{profile, false};
+    const pd_mbr_hdl member = plan.keep(Kind::member, name);
+    if (member != 0)
+        reader.read(member);
+    const ShownAction &action = reader.action();
+    if (member == 0 || &action.row() != part.functions->row->action) {
+        plan.make(Kind::member, name);
+        return state.plan(add_it);
+    }
+    state.plan(part.parameters.has_values_of(action.parameters()) ? none : modify_it, [&] {
+        std::string now;
+        action.append_text(now);
+        return now;
+    });
+}
+
+// Where a group is to be empty that entries point at, a member has been in it.
+void tell_removed(Session &session, const ProfileFunctions &profile, pd_mbr_hdl member)
+{
+    Replacement &state = session.replacement();
+    if (!state.is_planning())
+        return remove(session, profile, member);
+    state.covered(profile).drop_member(member);
+    state.plan(Replacement::Change::modify_it);
+}
+
 void show(Session &session, const ProfileFunctions &profile, std::optional<pd_mbr_hdl> member)
 {
     show_members(session, profile, member);
@@ -94,12 +133,14 @@ constexpr std::string_view text =
 
 constexpr Verb verbs[] = {
     verb<add, arg::Profile, arg::NewName<Kind::member>, Body>("member add", "adds a member")
-        .can_be_taken_back(),
+        .can_be_taken_back()
+        .tells_state(state<tell, arg::Profile, arg::Name<Kind::member>, Body>),
     verb<modify, arg::Profile, arg::Member, Body>("member modify",
                                                   "gives it other parameters; a member keeps its action")
         .can_be_taken_back(),
     verb<remove, arg::Profile, arg::Member>("member delete",
-                                            "deletes it, unless an entry, a group or the fallback needs it"),
+                                            "deletes it, unless an entry, a group or the fallback needs it")
+        .tells_state(state<tell_removed, arg::Profile, arg::Member>),
     verb<show, arg::Profile, arg::Optional<arg::Member>>("member show", "prints it, or all").lists(),
 };
 

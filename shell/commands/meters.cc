@@ -85,10 +85,15 @@ std::string meter_option(const reflection::TableFunctions &table, pd_entry_hdl e
         if (status == TS_MODEL_UNKNOWN_OBJECT)
             return {};
         expect_success(status);
-        return meter_option(spec.committed_rate, spec.committed_burst, spec.peak_rate, spec.peak_burst,
-                            spec.requested_meter_type);
+        return meter_option(spec);
     }
     return {};
+}
+
+std::string meter_option(const pd_meter_spec &spec)
+{
+    return meter_option(spec.committed_rate, spec.committed_burst, spec.peak_rate, spec.peak_burst,
+                        spec.requested_meter_type);
 }
 
 std::string meter_option(u64 committed_rate, u64 committed_burst, u64 peak_rate, u64 peak_burst, u32 type)

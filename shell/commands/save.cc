@@ -46,11 +46,10 @@ std::string time_to_live(const TableFunctions &table, pd_entry_hdl entry)
 void save_default(LineSink &file, EntryReader &reader, const TableFunctions &table)
 {
     reader.read_default();
-    if (reader.names() && reader.reference().handle == 0)
-        return; // no command makes an entry point at nothing
-    std::string line = std::string{"default "} + reader.table().name + " : ";
-    reader.append_body(line);
-    file.write_line(line + default_meter(table));
+    const bool has_one =
+        reader.names() ? reader.reference().handle != 0 : pd::has_default_action(table.row->actions);
+    file.write_line(has_one ? reader.command() + default_meter(table)
+                            : std::string{"reset "} + table.row->name);
 }
 
 void save_entries(LineSink &file, EntryReader &reader, const TableFunctions &table)
@@ -61,9 +60,7 @@ void save_entries(LineSink &file, EntryReader &reader, const TableFunctions &tab
     reader.walk([&] {
         key.clear();
         reader.append_key(key);
-        line = "add " + name + ' ' + key + " : ";
-        reader.append_body(line);
-        line += meter(table, reader.handle());
+        line = reader.command() + meter(table, reader.handle());
         const std::string ttl = time_to_live(table, reader.handle());
         file.write_line(ttl_behind ? line : line + ttl);
         if (ttl_behind && !ttl.empty())
@@ -79,8 +76,7 @@ void save_table(LineSink &file, const TableFunctions &table, Session &session)
         save_profile(file, *table.indirect->profile, *names);
     }
     EntryReader reader{table, false, names ? &*names : nullptr};
-    if (names || pd::has_default_action(table.row->actions))
-        save_default(file, reader, table);
+    save_default(file, reader, table);
     if (!table.row->key.empty())
         save_entries(file, reader, table);
 }
@@ -111,7 +107,7 @@ Tables::Value Tables::read(Reading &reading)
 
 void save_tables(LineSink &file, const std::vector<const TableFunctions *> &tables, Session &session)
 {
-    file.write_line("# Written by save. Load it into empty tables.");
+    file.write_line("# Written by save, for load --replace, or for load into empty tables.");
     for (const TableFunctions *table : tables)
         save_table(file, *table, session);
 }

@@ -10,7 +10,7 @@ namespace {
 
 void load(Session &session, const FileName &file)
 {
-    session.load(file);
+    session.load(file, session.option_words().replace ? Session::Loading::state : Session::Loading::commands);
 }
 
 void trace(Session &session, bool on)
@@ -35,7 +35,7 @@ constexpr std::string_view text =
   entries are printed with --verbose only. Ctrl-C ends it between two lines.
 )";
 
-constexpr std::string_view load_options[] = {"--atomic"};
+constexpr std::string_view load_options[] = {"--atomic", "--replace"};
 
 constexpr Verb load_verb[] = {verb<load, arg::File>("load", "carries out the commands of a file")
                                   .reads()

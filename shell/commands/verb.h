@@ -31,35 +31,32 @@ enum class Effect {
 };
 
 struct Verb {
+    using Function = void (*)(Session &session, Words &words, const char *name);
+
     const char *name;       // with the command's; that alone for what is done without a further word
     std::string_view brief; // one line
-    void (*run)(Session &session, Words &words, const char *name);
+    Function run;
     Usage (*usage)(); // behind the name
     Effect effect = Effect::changes;
     bool revocable = false;   // a command takes the change back
     std::string_view clash{}; // why it is not for a process that others run; empty where it is
     bool is_list = false;     // prints one, which can be sorted and cut
+    Function state = nullptr; // what it does while there is a plan; null where it tells no state
 
-    constexpr Verb reads() const
+    // This row with another value in one column.
+    template <typename Column>
+    constexpr Verb with(Column Verb::*column, const Column &value) const
     {
-        return with([](Verb &verb) { verb.effect = Effect::reads; });
+        Verb verb = *this;
+        verb.*column = value;
+        return verb;
     }
-    constexpr Verb may_change() const
-    {
-        return with([](Verb &verb) { verb.effect = Effect::may_change; });
-    }
-    constexpr Verb can_be_taken_back() const
-    {
-        return with([](Verb &verb) { verb.revocable = true; });
-    }
-    constexpr Verb not_in_console(std::string_view why) const
-    {
-        return with([&](Verb &verb) { verb.clash = why; });
-    }
-    constexpr Verb lists() const
-    {
-        return reads().with([](Verb &verb) { verb.is_list = true; });
-    }
+    constexpr Verb reads() const { return with(&Verb::effect, Effect::reads); }
+    constexpr Verb may_change() const { return with(&Verb::effect, Effect::may_change); }
+    constexpr Verb can_be_taken_back() const { return with(&Verb::revocable, true); }
+    constexpr Verb not_in_console(std::string_view why) const { return with(&Verb::clash, why); }
+    constexpr Verb lists() const { return reads().with(&Verb::is_list, true); }
+    constexpr Verb tells_state(Function function) const { return with(&Verb::state, function); }
 
     // The command's name, and the word behind it.
     std::string_view command() const { return std::string_view{name}.substr(0, blank()); }
@@ -70,13 +67,6 @@ struct Verb {
     }
 
 private:
-    template <typename Change>
-    constexpr Verb with(Change change) const
-    {
-        Verb verb = *this;
-        change(verb);
-        return verb;
-    }
     std::size_t blank() const { return std::string_view{name}.find(' '); }
 };
 
@@ -98,6 +88,10 @@ void read_and_run(Session &session, Words &words, const char *name)
     words.expect_end();
     std::apply([&](auto &...value) { function(session, value...); }, values);
 }
+
+// The function in a file that tells a state, which may read its arguments otherwise.
+template <auto function, typename... Arguments>
+constexpr Verb::Function state = read_and_run<function, Arguments...>;
 
 template <typename... Arguments>
 Usage usage_of()

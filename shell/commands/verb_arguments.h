@@ -268,4 +268,19 @@ struct NewName {
     }
 };
 
+// Of one that there may be.
+template <Kind kind>
+struct Name {
+    using Value = std::string_view;
+    static void describe(Usage &usage) { usage.add({"NAME"}); }
+    static Value read(Reading &reading)
+    {
+        const std::string_view place = reading.words.peek(), name = take_name(reading.words);
+        if (name.empty())
+            throw BadLine{place,
+                          std::string{"missing name: a state tells of each "} + kind_name(kind) + " by name"};
+        return name;
+    }
+};
+
 } // namespace shell::arg

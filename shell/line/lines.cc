@@ -83,6 +83,14 @@ bool TextLines::next(std::string &line)
     return true;
 }
 
+std::string text_of(LineSource &source)
+{
+    std::string text;
+    for (std::string line; source.next(line);)
+        text.append(line).append("\n");
+    return text;
+}
+
 FileLines::FileLines(const std::string &name, std::ostream *terminal)
 {
     std::error_code unknown; // then opening the file tells more

@@ -53,6 +53,9 @@ private:
     std::size_t at_ = 0;
 };
 
+// All that is left of the lines.
+std::string text_of(LineSource &source);
+
 // The lines of a file. A long one shows its progress on `terminal`, unless that is null.
 // Throws std::runtime_error when it cannot be opened.
 class FileLines : public LineSource {

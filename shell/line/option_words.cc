@@ -13,6 +13,7 @@ constexpr OptionWord all_words[] = {
     {"--hw", {}, [](OptionWords &to, std::string_view) { to.from_hardware = true; }},
     {"--all-bits", {}, [](OptionWords &to, std::string_view) { to.all_bits = true; }},
     {"--atomic", {}, [](OptionWords &to, std::string_view) { to.atomic = true; }},
+    {"--replace", {}, [](OptionWords &to, std::string_view) { to.replace = true; }},
     {"--sort", "COLUMN",
      [](OptionWords &to, std::string_view value) {
          to.sort = {std::string{value}, value};

@@ -22,6 +22,7 @@ struct OptionWords {
     bool from_hardware = false;
     bool all_bits = false;
     bool atomic = false;
+    bool replace = false;
     Text sort; // the name of a column, behind - from the highest on
     std::optional<u64> limit;
     Text columns; // with commas between them

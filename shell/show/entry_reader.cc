@@ -120,6 +120,17 @@ void EntryReader::tell(Result &to) const
         action_.tell(to);
 }
 
+std::string EntryReader::command() const
+{
+    std::string key;
+    if (!is_default())
+        append_key(key);
+    std::string text = std::string{is_default() ? "default " : "add "} + table().name;
+    text.append(key.empty() ? "" : " ").append(key).append(" : ");
+    append_body(text);
+    return text;
+}
+
 void EntryReader::append_key(std::string &to) const
 {
     to += assignments(key_fields_, key());
@@ -140,6 +151,13 @@ void EntryReader::append_body(std::string &to) const
         to += names_->text_of(reference());
     else
         action_.append_text(to);
+}
+
+std::string EntryReader::body_text() const
+{
+    std::string text;
+    append_body(text);
+    return text;
 }
 
 } // namespace shell

@@ -48,10 +48,13 @@ public:
     void tell_key(Result &to) const;
     // The sentence of what it does.
     const char *body() const { return names_ ? "{points at}" : "{action} {parameters}"; }
+    // The command that adds it, but for meter and time to live.
+    std::string command() const;
     // "dmac=00:11:22:33:44:55 priority=10"
     void append_key(std::string &to) const;
     // "setNextHop nextHop=7", "group web"
     void append_body(std::string &to) const;
+    std::string body_text() const;
 
 private:
     reflection::EntryResults results();

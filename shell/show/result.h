@@ -53,7 +53,7 @@ public:
             json_.key(name).open_array();
         for (const auto &row : rows) {
             Result each{as_json_};
-            const std::string sentence = tell(each, row);
+            const auto &sentence = tell(each, row);
             if (as_json_)
                 json_.whole(each.line({}));
             else

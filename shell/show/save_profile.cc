@@ -95,8 +95,8 @@ void ProfileFile::save_fallback()
 {
     if (!has_model())
         file_.write_line(std::string{"# Not known: the fallback of "} + profile_.row->name);
-    if (const pd_mbr_hdl fallback = fallback_of(profile_))
-        write("group fallback", names_.members.label(fallback));
+    const pd_mbr_hdl fallback = fallback_of(profile_);
+    write("group fallback", fallback == 0 ? "none" : names_.members.label(fallback));
 }
 
 void name_it(Names &names, u32 handle)

@@ -122,7 +122,7 @@ const char *tell_group(Result &to, const ProfileFunctions &profile, const Profil
     std::size_t width = 0;
     for (const GroupMember &member : members)
         width = std::max(width, names.members.label(member.member).size());
-    const std::string sentence = "\n  {name:-" + std::to_string(width) + "}  {state}";
+    const std::string each_sentence = "\n  {name:-" + std::to_string(width) + "}  {state}";
     const std::string *name = names.groups.name_of(group);
 
     to.text("profile", profile.row->name);
@@ -134,7 +134,7 @@ const char *tell_group(Result &to, const ProfileFunctions &profile, const Profil
         each.json([&](Json &json) { append_json(json, names, {Kind::member, member.member}); });
         each.shown("name", names.members.label(member.member));
         each.flag("active", member.active).shown("state", member.active ? "active" : "inactive");
-        return sentence;
+        return std::string_view{each_sentence};
     });
     tell(to, users);
     return members.size() == 1

@@ -1,6 +1,7 @@
 #include "entry_body.h"
 
 #include "driver.h"
+#include "entry_reader.h"
 #include "profiles.h"
 
 namespace shell {
@@ -48,7 +49,7 @@ void EntryBody::take_reference(Session &session, Words &words, const reflection:
 {
     const Kind kind = take_kind(words);
     reference_ = kind == Kind::member ? &functions.member : &functions.group;
-    to_ = take_object(words, *functions.profile, session.names(*functions.profile).of(kind));
+    to_ = {kind, take_object(words, *functions.profile, session.names(*functions.profile).of(kind))};
     const pd::Action &nothing = no_parameters[kind == Kind::member ? 0 : 1];
     Record none{nothing};
     take_assignments(words, none, nothing.name, options);
@@ -69,7 +70,7 @@ pd_entry_hdl EntryBody::add(const Record &key, const Options &options) const
 {
     const reflection::EntryArguments given = arguments(&key, options);
     pd_entry_hdl entry = 0;
-    expect_success(reference_ ? reference_->add(driver_session, device, given, to_, &entry)
+    expect_success(reference_ ? reference_->add(driver_session, device, given, to_.handle, &entry)
                               : action_->add(driver_session, device, given, &entry));
     return entry;
 }
@@ -77,23 +78,31 @@ pd_entry_hdl EntryBody::add(const Record &key, const Options &options) const
 void EntryBody::modify(pd_entry_hdl entry, const Options &options) const
 {
     expect_success(
-        reference_ ? reference_->modify(driver_session, device.device_id, entry, to_)
+        reference_ ? reference_->modify(driver_session, device.device_id, entry, to_.handle)
                    : action_->modify(driver_session, device.device_id, entry, arguments(nullptr, options)));
 }
 
 void EntryBody::modify(const Record &key, const Options &options) const
 {
     const reflection::EntryArguments given = arguments(&key, options);
-    expect_success(reference_ ? reference_->modify_by_match_spec(driver_session, device, given, to_)
+    expect_success(reference_ ? reference_->modify_by_match_spec(driver_session, device, given, to_.handle)
                               : action_->modify_by_match_spec(driver_session, device, given));
 }
 
 void EntryBody::set_default(const Options &options) const
 {
     pd_entry_hdl entry = 0;
-    expect_success(reference_ ? reference_->set_default_entry(driver_session, device, to_, &entry)
+    expect_success(reference_ ? reference_->set_default_entry(driver_session, device, to_.handle, &entry)
                               : action_->set_default_action(driver_session, device,
                                                             arguments(nullptr, options), &entry));
+}
+
+bool EntryBody::is_of(const EntryReader &entry) const
+{
+    if (reference_)
+        return entry.reference() == to_;
+    return action_->row->action == &entry.action().row() &&
+           parameters_->has_values_of(entry.action().parameters());
 }
 
 reflection::EntryArguments key_arguments(const Record &key, const Options &options)

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "entry_arguments.h"
+#include "names.h"
 #include "options.h"
 #include "records.h"
 #include "reflection.h"
@@ -19,6 +20,8 @@ void take_colon(Words &words, std::string_view what);
 // What it can be, for help and completion.
 std::vector<Texts> entry_bodies();
 
+class EntryReader;
+
 class EntryBody {
 public:
     // Takes the rest of the command.
@@ -30,6 +33,8 @@ public:
     void modify(pd_entry_hdl entry, const Options &options) const;
     void modify(const Record &key, const Options &options) const;
     void set_default(const Options &options) const;
+    // Whether the entry that was read last does just this.
+    bool is_of(const EntryReader &entry) const;
 
 private:
     void take_reference(Session &session, Words &words, const reflection::IndirectFunctions &functions,
@@ -40,7 +45,7 @@ private:
     const reflection::ActionFunctions *action_ = nullptr;
     std::optional<Record> parameters_;
     const reflection::ReferenceFunctions *reference_ = nullptr;
-    u32 to_ = 0;
+    Object to_{};
 };
 
 // The arguments of functions that take a key alone.

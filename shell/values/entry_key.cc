@@ -43,12 +43,18 @@ Cell::Cell(Words &words, const char *owner, const reflection::TableFunctions *ta
 
 u32 Cell::find() const
 {
+    if (key_)
+        return find_entry(*table_, key_arguments(*key_, key_options_));
+    return find_if_any();
+}
+
+u32 Cell::find_if_any() const
+{
+    if (key_)
+        return find_entry_if_any(*table_, key_arguments(*key_, key_options_));
     u32 cell = number_;
     if (is_default_)
         expect_success(table_->get_default_entry_handle(driver_session, device, &cell));
-    else if (key_)
-        expect_success(table_->match_spec_to_entry_hdl(driver_session, device,
-                                                       key_arguments(*key_, key_options_), &cell));
     return cell;
 }
 

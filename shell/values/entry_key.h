@@ -27,6 +27,8 @@ public:
 
     // The index or handle. Throws BadLine when the driver refuses.
     u32 find() const;
+    // Likewise, but 0 where there is none of the key.
+    u32 find_if_any() const;
 
 private:
     const reflection::TableFunctions *table_;

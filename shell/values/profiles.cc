@@ -140,7 +140,7 @@ u32 take_object(Words &words, const ProfileFunctions &profile, const Names &name
     return handle;
 }
 
-std::string_view take_new_name(Words &words, const Names &names)
+std::string_view take_name(Words &words)
 {
     const std::string_view word = words.peek();
     if (word.empty() || word == ":" || word.find('=') != std::string_view::npos)
@@ -148,10 +148,16 @@ std::string_view take_new_name(Words &words, const Names &names)
     if (!is_name(word))
         throw BadLine{word,
                       quoted(word) + " is no name: give a letter, then letters, digits and any of _-./"};
+    return words.take();
+}
+
+std::string_view take_new_name(Words &words, const Names &names)
+{
+    const std::string_view word = take_name(words);
     if (const u32 handle = names.find(word))
         throw BadLine{word, quoted(word) + " already names " + kind_name(names.kind()) + ' ' +
                                 std::to_string(handle)};
-    return words.take();
+    return word;
 }
 
 // ---- Walks and counts -----------------------------------------------------------------------------------

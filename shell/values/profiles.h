@@ -33,7 +33,9 @@ const reflection::MemberFunctions &take_action(Words &words, const reflection::P
 Kind take_kind(Words &words, std::initializer_list<std::string_view> others = {});
 // The handle of a member or group, given as such or as one of `names`.
 u32 take_object(Words &words, const reflection::ProfileFunctions &profile, const Names &names);
-// Takes the name for a new member or group; empty when the next word is an option, a colon or missing.
+// Takes the name for a member or group; empty when the next word is an option, a colon or missing.
+std::string_view take_name(Words &words);
+// Likewise one that is not taken.
 std::string_view take_new_name(Words &words, const Names &names);
 
 // ---- Walks and counts. Each throws BadLine when the driver refuses. ----

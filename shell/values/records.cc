@@ -1,5 +1,7 @@
 #include "records.h"
 
+#include <algorithm>
+
 #include "words.h"
 
 namespace shell {
@@ -89,6 +91,14 @@ void Record::expect_complete(std::string_view where) const
     if (const auto names = missing(); !names.empty())
         throw BadLine{where, std::string{"missing "} + kind_ + (names.size() == 1 ? "" : "s") + " of " +
                                  owner_ + ": " + listed(names)};
+}
+
+bool Record::has_values_of(const void *record) const
+{
+    const auto *own = static_cast<const std::byte *>(data()), *other = static_cast<const std::byte *>(record);
+    return std::ranges::all_of(slots_, [&](const Slot &slot) {
+        return load(slot.width, own + slot.offset) == load(slot.width, other + slot.offset);
+    });
 }
 
 std::vector<std::string_view> Record::missing() const

@@ -34,6 +34,9 @@ public:
     // them.
     std::vector<std::string_view> missing() const;
 
+    // Whether a record of the same kind has the same value in every field; masks are not looked at.
+    bool has_values_of(const void *record) const;
+
     // "field" or "parameter"
     const char *kind() const { return kind_; }
     const void *data() const { return storage_.data(); }

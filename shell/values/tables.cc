@@ -3,6 +3,7 @@
 #include <bit>
 
 #include "driver.h"
+#include "model.h"
 
 namespace shell {
 
@@ -122,6 +123,22 @@ unsigned uncompared_bits(const pd::Field &field)
 {
     return field.width -
            static_cast<unsigned>(std::popcount(field.mask.high) + std::popcount(field.mask.low));
+}
+
+pd_entry_hdl find_entry(const reflection::TableFunctions &table, const reflection::EntryArguments &key)
+{
+    pd_entry_hdl entry = 0;
+    expect_success(table.match_spec_to_entry_hdl(driver_session, device, key, &entry));
+    return entry;
+}
+
+pd_entry_hdl find_entry_if_any(const reflection::TableFunctions &table, const reflection::EntryArguments &key)
+{
+    pd_entry_hdl entry = 0;
+    const pd_status status = table.match_spec_to_entry_hdl(driver_session, device, key, &entry);
+    if (status != TS_MODEL_UNKNOWN_OBJECT)
+        expect_success(status);
+    return status == TS_MODEL_OK ? entry : 0;
 }
 
 void walk_entries(const reflection::TableFunctions &table, const std::function<void(pd_entry_hdl)> &visit)

@@ -34,6 +34,11 @@ const pd::Action &take_any_action(Words &words);
 const char *match_name(pd::Match match);
 const char *key_kind_name(const pd::Table &table);
 u32 entry_count(const pd::Table &table);
+// The handle of the entry with this key. BadLine when the driver refuses, as where there is none; or 0 for
+// none.
+pd_entry_hdl find_entry(const reflection::TableFunctions &table, const reflection::EntryArguments &key);
+pd_entry_hdl find_entry_if_any(const reflection::TableFunctions &table,
+                               const reflection::EntryArguments &key);
 // Visits the handles of all entries. BadLine when the driver refuses.
 void walk_entries(const reflection::TableFunctions &table, const std::function<void(pd_entry_hdl)> &visit);
 // How many of the field's bits lie outside its mask, and so take no part in comparisons.
