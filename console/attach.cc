@@ -14,6 +14,7 @@
 #include "output.h"
 #include "protocol.h"
 #include "reflection.h"
+#include "repeated.h"
 #include "terminal_lines.h"
 
 namespace console {
@@ -115,6 +116,7 @@ private:
     bool run_to_the_first_bad(shell::LineSource &lines, const std::string &name);
     void replace(shell::LineSource &lines, const std::string &name);
     void show_difference(shell::LineSource &lines, const std::string &name);
+    void repeat(shell::Words words, const Request &request);
     void load(shell::Words words);
     void go_through(const shell::FileName &file,
                     void (Client::*way)(shell::LineSource &, const std::string &));
@@ -268,6 +270,10 @@ bool Client::carry_out_here(const Request &request)
         load(words);
         return true;
     }
+    if (name == "every") {
+        repeat(words, request);
+        return true;
+    }
     if (name == "diff" && !words.empty() && !reflection::find_table(words.peek())) {
         const shell::FileName file = shell::take_file_name(words);
         words.expect_end();
@@ -278,6 +284,20 @@ bool Client::carry_out_here(const Request &request)
         return false;
     save(words, request);
     return true;
+}
+
+void Client::repeat(shell::Words words, const Request &request)
+{
+    const shell::Repeated repeated = shell::take_repeated(words);
+    const u64 bad_before = bad_commands_;
+    Request each = request;
+    each.command = repeated.command.rest();
+    for (u64 i = 0; i < repeated.times && bad_commands_ == bad_before && !cancelled_; ++i) {
+        if (i != 0)
+            shell::wait_for(repeated.pause);
+        carry_out_into(*out_, each);
+        out_->flush();
+    }
 }
 
 void Client::load(shell::Words words)

@@ -56,6 +56,11 @@ u32 ts_model_pending_digests(u32 device_id, u32 digest)
     return IN_MODEL(ts_model_pending_digests)(device_id, digest);
 }
 
+u32 ts_model_capacity(u32 table)
+{
+    return IN_MODEL(ts_model_capacity)(table);
+}
+
 pd_status ts_model_set_capacity(u32 table, u32 entries)
 {
     return IN_MODEL(ts_model_set_capacity)(table, entries);

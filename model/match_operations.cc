@@ -97,6 +97,12 @@ pd_status ts_model_set_capacity(u32 table, u32 entries)
     return ok;
 }
 
+u32 ts_model_capacity(u32 table)
+{
+    const ProgramTable *found = find_table(table);
+    return found == nullptr ? 0 : capacity_of(*found);
+}
+
 u32 ts_model_entry_count(u32 device_id, u32 table)
 {
     u32 count = 0;

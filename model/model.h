@@ -75,6 +75,9 @@ enum { TS_MODEL_DEFAULT_ENTRY = 0x7fffffff };
  * TS_MODEL_UNKNOWN_OBJECT or 0. */
 pd_status ts_model_set_capacity(uint32_t table, uint32_t entries);
 
+/** That number; 0 for an unknown table. */
+uint32_t ts_model_capacity(uint32_t table);
+
 /** How many entries the table holds, the default entry not counted; 0 for an unknown table. */
 uint32_t ts_model_entry_count(uint32_t device_id, uint32_t table);
 

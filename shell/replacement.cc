@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "driver.h"
+#include "progress.h"
 #include "result.h"
 #include "session.h"
 #include "tables.h"
@@ -68,11 +69,15 @@ void Replacement::finish_changes()
 {
     for (auto &[profile, plan] : profiles_)
         plan.clear_up(changer());
-    const auto commands = [&](Change change) { return static_cast<u64>(std::ranges::count(changes_, change)); };
+    const auto commands = [&](Change change) {
+        return static_cast<u64>(std::ranges::count(changes_, change));
+    };
     Result result{as_json_};
-    result.number("added", commands(Change::add_it)).number("modified", commands(Change::modify_it) + modified_);
+    result.number("added", commands(Change::add_it))
+        .number("modified", commands(Change::modify_it) + modified_);
     result.number("deleted", deleted_).number("the_same", commands(Change::none));
-    session_.print(result.line("added: {added}, modified: {modified}, deleted: {deleted}, the same: {the_same}"));
+    session_.print(
+        result.line("added: {added}, modified: {modified}, deleted: {deleted}, the same: {the_same}"));
 }
 
 // They are walked over before the first one goes.
@@ -83,8 +88,10 @@ void Replacement::drop_entries(const TableFunctions &table, TablePlan &plan)
         if (!plan.kept.contains(entry))
             dropped.push_back(entry);
     });
+    Progress progress{walk_terminal, dropped.size(), Progress::From::second_second};
     for (const pd_entry_hdl entry : dropped) {
         expect_no_stop_signal();
+        progress.advance();
         ++deleted_;
         if (only_shown_) {
             plan.reader.read(entry);

@@ -1,5 +1,6 @@
-// A file that tells the state of tables, beside the state that they have: what is to be added, modified and deleted. Its
-// commands are gone over twice: first to plan, which changes nothing, then to carry out those that change something.
+// A file that tells the state of tables, beside the state that they have: what is to be added, modified and
+// deleted. Its commands are gone over twice: first to plan, which changes nothing, then to carry out those
+// that change something.
 #pragma once
 
 #include <map>

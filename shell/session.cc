@@ -6,6 +6,7 @@
 #include "commands.h"
 #include "output.h"
 #include "pd.h"
+#include "progress.h"
 #include "replacement.h"
 #include "result.h"
 #include "session_script.h"
@@ -66,6 +67,7 @@ bool goes_on(std::string_view line)
 Session::Session(std::ostream &out, std::ostream &err, const SessionOptions &options)
     : out_(out), err_(err), options_(options)
 {
+    walk_terminal = options_.terminal;
     if (!options_.guest)
         p4_pd_tessel_switch_init();
 }
@@ -80,12 +82,15 @@ Session::~Session()
     digest_watches_.clear();
     if (!options_.guest)
         p4_pd_tessel_switch_cleanup();
+    walk_terminal = nullptr;
 }
 
 std::ostream &Session::out()
 {
     if (source_)
         source_->make_room();
+    if (options_.paged && !redirected_)
+        Progress::give_way();
     return elsewhere_ ? *elsewhere_ : out_;
 }
 
@@ -318,6 +323,19 @@ void Session::carry_out(const Words &line)
     if (verb_->effect == Effect::changes)
         expect_changes_allowed();
     verb_->run(*this, rest, verb_->name);
+}
+
+void Session::repeat(const Words &words, std::chrono::seconds pause, u64 times)
+{
+    const std::string line = *line_; // whose option words each time takes out
+    for (u64 i = 0; i < times; ++i) {
+        if (i != 0)
+            wait_for(pause);
+        line_->assign(line);
+        option_words_ = {};
+        carry_out(words);
+        out().flush();
+    }
 }
 
 // People at the prompt see a line of a list as one.

@@ -2,6 +2,7 @@
 // after the other, and tells about those that are bad.
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -11,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "counter_rates.h"
 #include "digest_watches.h"
 #include "file_name.h"
 #include "idle.h"
@@ -75,6 +77,7 @@ public:
     bool colours() const { return options_.colour && !redirected_; }
     void set_trace(bool on);
     Watches &watches() { return watches_; }
+    CounterRates &counter_rates() { return counter_rates_; }
     IdleWatches &idle_watches() { return idle_watches_; }
     DigestWatches &digest_watches() { return digest_watches_; }
     ProfileNames &names(const reflection::ProfileFunctions &profile) { return names_[&profile]; }
@@ -92,6 +95,8 @@ public:
     const std::string &command() const { return *line_; }
     // Carries out what is left of the line as a command of its own.
     void carry_out(const Words &words);
+    // Likewise so many times, with so long between them.
+    void repeat(const Words &words, std::chrono::seconds pause, u64 times);
     // BadLine where a change is refused.
     void expect_changes_allowed() const;
     // False where a file is to be left alone; BadLine where that is refused.
@@ -144,6 +149,7 @@ private:
     std::ostream &err_;
     SessionOptions options_;
     Watches watches_{*this};
+    CounterRates counter_rates_;
     IdleWatches idle_watches_;
     DigestWatches digest_watches_{*this};
     std::map<const reflection::ProfileFunctions *, ProfileNames> names_;

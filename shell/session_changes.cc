@@ -33,7 +33,7 @@ void Session::run_atomically(LineSource &source, const std::string &name)
     TextLines tried{text};
     if (Script trial{tried, name, false, {}, {}}; !are_revocable(trial))
         return;
-    TextLines lines{text};
+    TextLines lines{text, options_.terminal};
     const u64 bad_before = bad_lines_;
     begin();
     all_or_none_ = true;
@@ -64,7 +64,7 @@ void Session::replace(LineSource &source, const std::string &name, bool only_sho
 bool Session::go_over(const std::string &text, const std::string &name)
 {
     const u64 bad_before = bad_lines_;
-    TextLines lines{text};
+    TextLines lines{text, options_.terminal};
     Script script{lines, name, false, {}, {}};
     run_script(script);
     return bad_lines_ == bad_before && !interrupted_;

@@ -1,5 +1,6 @@
 #include "signals.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <poll.h>
 
@@ -55,7 +56,10 @@ void forget_interrupt()
     interrupt = 0;
 }
 
-Awaited await_input(int fd)
+namespace {
+
+// What comes first; input where the time is over, too.
+Awaited await(pollfd *input, const timespec *time)
 {
     sigset_t stopping, before;
     sigemptyset(&stopping);
@@ -64,12 +68,32 @@ Awaited await_input(int fd)
     sigprocmask(SIG_BLOCK, &stopping, &before); // so that none comes between the question and the wait
     Awaited awaited = Awaited::stop_signal;
     if (stop_signal() == 0) {
-        pollfd input{fd, POLLIN, 0};
-        const bool by_signal = ppoll(&input, 1, nullptr, &before) < 0 && errno == EINTR;
+        const bool by_signal = ppoll(input, input ? 1 : 0, time, &before) < 0 && errno == EINTR;
         awaited = !by_signal ? Awaited::input : stop_signal() != 0 ? awaited : Awaited::other_signal;
     }
     sigprocmask(SIG_SETMASK, &before, nullptr);
     return awaited;
+}
+
+} // namespace
+
+Awaited await_input(int fd)
+{
+    pollfd input{fd, POLLIN, 0};
+    return await(&input, nullptr);
+}
+
+void wait_for(std::chrono::seconds time)
+{
+    const auto end = std::chrono::steady_clock::now() + time;
+    for (Awaited awaited = Awaited::other_signal; awaited == Awaited::other_signal;) {
+        expect_no_stop_signal();
+        const auto left = std::max(end - std::chrono::steady_clock::now(), std::chrono::nanoseconds{0});
+        const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
+        const timespec rest{seconds.count(), (left - seconds).count()};
+        awaited = await(nullptr, &rest);
+    }
+    expect_no_stop_signal();
 }
 
 IgnoredSignal::IgnoredSignal(int signal) : signal_(signal)

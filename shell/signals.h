@@ -2,6 +2,7 @@
 // and SIGHUP end the session. They are only noted; whoever works for long asks for them between two steps.
 #pragma once
 
+#include <chrono>
 #include <csignal>
 #include <functional>
 
@@ -25,6 +26,9 @@ enum class Awaited { input, stop_signal, other_signal };
 
 // Waits until `fd` can be read, is at its end or fails, or a signal is handled, be it just before.
 Awaited await_input(int fd);
+
+// Waits so long. Throws Interrupted when a signal asks to stop.
+void wait_for(std::chrono::seconds time);
 
 class IgnoredSignal {
 public:

@@ -4,6 +4,8 @@
 #include "commands.h"
 #include "driver.h"
 #include "model.h"
+#include "progress.h"
+#include "result.h"
 #include "verb_arguments.h"
 
 namespace shell {
@@ -24,9 +26,15 @@ std::vector<u32> handles_of(Walk walk)
 
 void clear_table(const TableFunctions &table)
 {
-    if (table.table_delete)
-        for (const u32 entry : handles_of([&](auto visit) { walk_entries(table, visit); }))
+    if (table.table_delete) {
+        const std::vector<u32> entries = handles_of([&](auto visit) { walk_entries(table, visit); });
+        Progress progress{walk_terminal, entries.size(), Progress::From::second_second};
+        for (const u32 entry : entries) {
+            expect_no_stop_signal();
             expect_success(table.table_delete(driver_session, device.device_id, entry));
+            progress.advance();
+        }
+    }
     expect_success(table.reset_default_entry(driver_session, device));
 }
 
@@ -72,9 +80,16 @@ void clear(Session &session, const WhatToClear::Value &what)
         clear_profile(*what->profile, session.names(*what->profile));
 }
 
-void capacity(Session &, const TableFunctions &table, u32 entries)
+void capacity(Session &session, const TableFunctions &table, std::optional<u32> wanted)
 {
-    expect_success(ts_model_set_capacity(table.row->handle, entries));
+    if (wanted) {
+        session.expect_changes_allowed();
+        return expect_success(ts_model_set_capacity(table.row->handle, *wanted));
+    }
+    Result result{session.json()};
+    result.text("table", table.row->name).number("entries", entry_count(*table.row));
+    result.number("capacity", ts_model_capacity(table.row->handle));
+    session.print(result.line("{entries:8}  {table}, which takes {capacity}"));
 }
 
 constexpr std::string_view text =
@@ -84,12 +99,14 @@ constexpr std::string_view text =
 
 constexpr Verb clear_verb[] = {verb<clear, WhatToClear>(
     "clear", "deletes all entries, and gives the default entry of the program again")};
-constexpr Verb capacity_verb[] = {verb<capacity, arg::KeyedTable, arg::Number<"NUMBER", "number of entries">>(
-    "capacity", "how many entries the model's table takes, so that a full one can be tried")};
+constexpr Verb capacity_verb[] = {
+    verb<capacity, arg::KeyedTable, arg::Optional<arg::Number<"NUMBER", "number of entries">>>(
+        "capacity", "how many entries the model's table takes; a low number lets a full one be tried")
+        .may_change()};
 
 } // namespace
 
 const Command clear_command{clear_verb, text};
-const Command capacity_command{capacity_verb};
+const Command capacity_command{capacity_verb, {}, json_option};
 
 } // namespace shell

@@ -7,16 +7,16 @@ namespace shell {
 namespace {
 
 constexpr const Command *all_commands[] = {
-    &tables_command,   &describe_command, &add_command,      &modify_command,   &delete_command,
-    &find_command,     &lookup_command,   &show_command,     &entry_command,    &default_command,
-    &clear_command,    &capacity_command, &reset_command,    &member_command,   &group_command,
-    &restart_command,  &schema_command,   &value_command,    &print_command,    &label_command,
-    &diff_command,     &corrupt_command,  &decode_command,   &count_command,    &property_command,
-    &counter_command,  &meter_command,    &register_command, &idle_command,     &clock_command,
-    &digest_command,   &pvs_command,      &hash_command,     &snapshot_command, &watch_command,
-    &save_command,     &load_command,     &begin_command,    &commit_command,   &rollback_command,
-    &plan_command,     &trace_command,    &in_c_command,     &echo_command,     &help_command,
-    &question_command, &quit_command,     &exit_command,
+    &tables_command,  &describe_command, &add_command,      &modify_command,   &delete_command,
+    &find_command,    &lookup_command,   &show_command,     &entry_command,    &default_command,
+    &clear_command,   &capacity_command, &reset_command,    &member_command,   &group_command,
+    &restart_command, &schema_command,   &value_command,    &print_command,    &label_command,
+    &diff_command,    &corrupt_command,  &decode_command,   &count_command,    &property_command,
+    &counter_command, &meter_command,    &register_command, &idle_command,     &clock_command,
+    &digest_command,  &pvs_command,      &hash_command,     &snapshot_command, &watch_command,
+    &save_command,    &load_command,     &begin_command,    &commit_command,   &rollback_command,
+    &plan_command,    &trace_command,    &in_c_command,     &echo_command,     &every_command,
+    &help_command,    &question_command, &quit_command,     &exit_command,
 };
 
 } // namespace

@@ -49,7 +49,7 @@ extern const Command begin_command, commit_command, rollback_command, plan_comma
 extern const Command watch_command;                                                 // watches.cc
 extern const Command save_command;                                                  // save.cc
 extern const Command in_c_command;                                                  // in_c.cc
-extern const Command load_command, trace_command, echo_command, quit_command,
+extern const Command load_command, trace_command, echo_command, every_command, quit_command,
     exit_command;                                    // session_commands.cc
 extern const Command help_command, question_command; // help.cc
 

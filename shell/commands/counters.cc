@@ -1,5 +1,7 @@
 // The counter command.
-#include <algorithm>
+#include "counter_rates.h"
+
+#include <cmath>
 
 #include "commands.h"
 #include "driver.h"
@@ -88,20 +90,37 @@ const CounterFunctions &Listed::read(Reading &reading)
         }
         names.push_back(counter.row->name);
     }
-    names.insert(names.end(), {"read", "write", "sync"});
+    names.insert(names.end(), {"rates", "read", "write", "sync"});
     refuse(words.peek(), {"counter or word"}, names);
 }
 
-// The entries with their counts, and at the end what missed them all.
-void list(Session &session, const CounterFunctions &counter)
+// By how much it went up in each second; nothing for an entry that is new.
+void tell_rates(Result &to, CounterRates::Seen &seen, pd_entry_hdl entry, const pd_counter_value &value)
+{
+    const auto [before, is_new] = seen.counts.try_emplace(entry, value);
+    const auto rate = [&](u64 now, u64 then) {
+        return static_cast<u64>(std::llround(static_cast<double>(now - then) / seen.seconds));
+    };
+    if (!is_new && seen.seconds > 0) {
+        to.number("packets_per_second", rate(value.first_count, before->second.first_count));
+        to.number("bytes_per_second", rate(value.second_count, before->second.second_count));
+    }
+    before->second = value;
+}
+
+// The entries with their counts, and at the end what missed them all; with `seen` also with their rates.
+void list_entries(Session &session, const CounterFunctions &counter, CounterRates::Seen *seen)
 {
     const reflection::TableFunctions &table = *table_of(*counter.row);
     EntryReader reader{table, false, session.names(table)};
-    List list{session,
-              {{"entry", Column::digits, to_the_right},
-               {"packets", count_width, to_the_right},
-               {"bytes", count_width, to_the_right},
-               {"key"}}};
+    std::vector<Column> columns{{"entry", Column::digits, to_the_right},
+                                {"packets", count_width, to_the_right},
+                                {"bytes", count_width, to_the_right}};
+    if (seen)
+        for (const std::string_view name : {"packets_per_second", "bytes_per_second"})
+            columns.push_back({name, name.size(), to_the_right});
+    columns.push_back({"key"});
+    List list{session, std::move(columns)};
     const auto print = [&](pd_entry_hdl entry) {
         Result &row = list.row();
         row.text("counter", counter.row->name);
@@ -109,7 +128,10 @@ void list(Session &session, const CounterFunctions &counter)
             row.flag("default", true).shown("entry", "default");
         else
             row.number("entry", reader.handle());
-        tell(row, read_cell(session, counter, entry));
+        const pd_counter_value value = read_cell(session, counter, entry);
+        tell(row, value);
+        if (seen)
+            tell_rates(row, *seen, entry, value);
         if (!reader.is_default())
             reader.tell_key(row);
         list.end_row();
@@ -123,6 +145,16 @@ void list(Session &session, const CounterFunctions &counter)
     });
 }
 
+void list(Session &session, const CounterFunctions &counter)
+{
+    list_entries(session, counter, nullptr);
+}
+
+void rates(Session &session, const CounterFunctions &counter)
+{
+    list_entries(session, counter, &session.counter_rates().next(counter));
+}
+
 constexpr std::string_view text =
     R"(  CELL is an index; of a counter that is direct to a table, an entry's handle, its key, or 'default'.
   Counts are those that the driver remembers; --hw brings them up to date first.
@@ -130,6 +162,9 @@ constexpr std::string_view text =
 
 constexpr Verb verbs[] = {
     verb<list, Listed>("counter", "lists the entries of a table with their counts, and the default entry")
+        .lists(),
+    verb<rates, Listed>("counter rates",
+                        "likewise, and how much they went up a second since it was asked before")
         .lists(),
     verb<read, arg::Counter, arg::Cell>("counter read", "prints both counts of a cell").reads(),
     verb<write, arg::Counter, arg::Cell, Counts>("counter write", "sets them; bytes is 0 when it is left out")
@@ -139,6 +174,15 @@ constexpr Verb verbs[] = {
 };
 
 } // namespace
+
+CounterRates::Seen &CounterRates::next(const reflection::CounterFunctions &counter)
+{
+    const auto now = std::chrono::steady_clock::now();
+    Seen &seen = seen_[&counter];
+    seen.seconds = std::chrono::duration<double>(now - seen.when).count();
+    seen.when = now;
+    return seen;
+}
 
 const Command counter_command{verbs, text, read_list_options, "the counts of entries and of counter cells"};
 

@@ -7,6 +7,7 @@
 #include "commands.h"
 #include "driver.h"
 #include "entry_reader.h"
+#include "lines.h"
 #include "member_reader.h"
 #include "model.h"
 #include "options.h"
@@ -285,6 +286,34 @@ void lookup(Session &session, const reflection::TableFunctions &functions, const
     print(session, answer);
 }
 
+// Packets of which each line of a file has the key.
+void lookup_file(Session &session, const reflection::TableFunctions &table, const FileName &file)
+{
+    u64 number = 0;
+    std::string line;
+    try {
+        FileLines lines{file.name, nullptr};
+        while (lines.next(line)) {
+            ++number;
+            expect_no_stop_signal();
+            Words words{line};
+            if (words.empty() || words.peek().starts_with('#'))
+                continue;
+            Reading reading{session, words, table.row->name};
+            reading.table = &table;
+            const Packet::Value packet = Packet::read(reading);
+            words.expect_end();
+            lookup(session, table, packet);
+        }
+    } catch (const std::runtime_error &error) {
+        throw BadLine{file.where, shell::quoted(file.name) + ' ' + error.what()};
+    } catch (const BadLine &error) {
+        const auto column = error.where.data() ? error.where.data() - line.data() + 1 : 1;
+        throw BadLine{file.where, file.name + ':' + std::to_string(number) + ':' + std::to_string(column) +
+                                      ": " + error.what};
+    }
+}
+
 constexpr std::string_view text =
     R"(  Every field takes a plain value, as a packet has it: no masks, no prefixes, no priority. A field that is left
   out, or 'any', is 0, and the answer names it. Asked is the driver's memory; with --hw what the hardware holds,
@@ -294,12 +323,17 @@ constexpr std::string_view text =
   snapshots.
 )";
 
-constexpr Verb verbs[] = {verb<lookup, arg::KeyedTable, Packet>(
-                              "lookup", "tells which entry a packet with this key would hit, and why")
-                              .may_change()};
+constexpr Verb verbs[] = {
+    verb<lookup, arg::KeyedTable, Packet>("lookup",
+                                          "tells which entry a packet with this key would hit, and why")
+        .may_change(),
+    verb<lookup_file, arg::KeyedTable, arg::File>("lookup file", "tells it of the key in each line of a file")
+        .may_change()
+        .not_in_console("files are read by the client"),
+};
 
 } // namespace
 
-const Command lookup_command{verbs, text, read_options};
+const Command lookup_command{verbs, text, read_options, "which entry a packet would hit, and why"};
 
 } // namespace shell

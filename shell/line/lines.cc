@@ -73,10 +73,24 @@ bool DescriptorLines::refill()
     return end_ != 0;
 }
 
+TextLines::TextLines(std::string text, std::ostream *terminal) : text_{std::move(text)}
+{
+    if (terminal)
+        progress_.emplace(terminal, std::ranges::count(text_, '\n'), Progress::From::second_second);
+}
+
+void TextLines::make_room()
+{
+    if (progress_)
+        progress_->clear();
+}
+
 bool TextLines::next(std::string &line)
 {
     if (at_ == text_.size())
         return false;
+    if (progress_)
+        progress_->advance();
     const std::size_t end = std::min(text_.find('\n', at_), text_.size());
     line = text_.substr(at_, end - at_);
     at_ = std::min(end + 1, text_.size());
@@ -103,7 +117,7 @@ FileLines::FileLines(const std::string &name, std::ostream *terminal)
     lines_.emplace(file_.number());
     if (terminal && std::filesystem::is_regular_file(name, unknown))
         if (const u64 lines = count_lines(file_.number()); lines > long_file)
-            progress_.emplace(*terminal, lines);
+            progress_.emplace(terminal, lines, Progress::From::start);
 }
 
 bool FileLines::next(std::string &line)

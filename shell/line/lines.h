@@ -41,16 +41,18 @@ private:
     u64 number_ = 0;               // of the line
 };
 
-// The lines of a text.
+// The lines of a text. What takes long shows its progress on `terminal`, unless that is null.
 class TextLines : public LineSource {
 public:
-    explicit TextLines(std::string text) : text_{std::move(text)} {}
+    explicit TextLines(std::string text, std::ostream *terminal = nullptr);
 
     bool next(std::string &line) override;
+    void make_room() override;
 
 private:
     std::string text_;
     std::size_t at_ = 0;
+    std::optional<Progress> progress_;
 };
 
 // All that is left of the lines.

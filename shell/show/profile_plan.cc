@@ -126,12 +126,14 @@ void ProfilePlan::clear_up(const Make &make)
         make('~', std::string{"group fallback "} + profile_.row->name + " none",
              [&] { expect_success(profile_.reset_fallback_member(driver_session, device)); });
     for (const pd_grp_hdl group : unwanted_groups_)
-        make('-', std::string{"group create "} + profile_.row->name + ' ' + all_.groups.label(group), [&, group] {
-            for (const auto &[member, active] : members_of(group))
-                expect_success(profile_.del_member_from_group(driver_session, device.device_id, group, member));
-            expect_success(profile_.del_group(driver_session, device.device_id, group));
-            names_.group_sizes.erase(group);
-        });
+        make('-', std::string{"group create "} + profile_.row->name + ' ' + all_.groups.label(group),
+             [&, group] {
+                 for (const auto &[member, active] : members_of(group))
+                     expect_success(
+                         profile_.del_member_from_group(driver_session, device.device_id, group, member));
+                 expect_success(profile_.del_group(driver_session, device.device_id, group));
+                 names_.group_sizes.erase(group);
+             });
     for (const pd_mbr_hdl member : unwanted_members_)
         make('-', std::string{"member add "} + profile_.row->name + ' ' + all_.members.label(member),
              [&, member] { expect_success(profile_.del_member(driver_session, device.device_id, member)); });

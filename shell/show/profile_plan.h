@@ -1,5 +1,5 @@
-// What a file wants an action profile to hold, beside what it holds. While planning, what is still to be made goes by
-// handles that no driver gives.
+// What a file wants an action profile to hold, beside what it holds. While planning, what is still to be made
+// goes by handles that no driver gives.
 #pragma once
 
 #include <functional>
@@ -24,11 +24,12 @@ public:
     ProfilePlan &operator=(const ProfilePlan &) = delete;
 
     // A change that no command makes: its text behind a sign, and how it comes about.
-    using Make = std::function<void(char sign, const std::string &text, const std::function<void()> &carry_out)>;
+    using Make =
+        std::function<void(char sign, const std::string &text, const std::function<void()> &carry_out)>;
 
     // ---- Planning ----
-    // The member or group of this name stays, unless one is made in its place; 0 for none. BadLine where the file has
-    // told of it before.
+    // The member or group of this name stays, unless one is made in its place; 0 for none. BadLine where the
+    // file has told of it before.
     u32 keep(Kind kind, std::string_view name);
     void make(Kind kind, std::string_view name);
     void drop_member(pd_mbr_hdl member);

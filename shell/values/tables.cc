@@ -4,6 +4,7 @@
 
 #include "driver.h"
 #include "model.h"
+#include "progress.h"
 
 namespace shell {
 
@@ -143,11 +144,16 @@ pd_entry_hdl find_entry_if_any(const reflection::TableFunctions &table, const re
 
 void walk_entries(const reflection::TableFunctions &table, const std::function<void(pd_entry_hdl)> &visit)
 {
+    Progress progress{walk_terminal, walk_terminal ? entry_count(*table.row) : 0,
+                      Progress::From::second_second};
     walk_handles([&](u32 *to) { return table.get_first_entry_handle(driver_session, device, to); },
                  [&](u32 after, u32 count, u32 *to) {
                      return table.get_next_entry_handles(driver_session, device, after, count, to);
                  },
-                 visit);
+                 [&](pd_entry_hdl entry) {
+                     visit(entry);
+                     progress.advance();
+                 });
 }
 
 } // namespace shell
