@@ -39,12 +39,14 @@ void Replacement::keep(const TableFunctions &table, pd_entry_hdl entry)
         throw BadLine{{}, "the file tells of this entry twice"};
 }
 
+Replacement::TablePlan::TablePlan(const TableFunctions &table, Session &session)
+    : reader(table, false, session.names(table))
+{
+}
+
 Replacement::TablePlan &Replacement::plan_of(const TableFunctions &table)
 {
-    const auto known = tables_.find(&table);
-    if (known != tables_.end())
-        return known->second;
-    return tables_.try_emplace(&table, EntryReader{table, false, session_.names(table)}).first->second;
+    return tables_.try_emplace(&table, table, session_).first->second;
 }
 
 ProfilePlan &Replacement::covered(const ProfileFunctions &profile)

@@ -58,6 +58,8 @@ public:
 
 private:
     struct TablePlan {
+        TablePlan(const reflection::TableFunctions &table, Session &session);
+
         EntryReader reader;
         std::unordered_set<pd_entry_hdl> kept;
     };
