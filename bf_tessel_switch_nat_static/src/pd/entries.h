@@ -7,6 +7,7 @@
 #include "entry_arguments.h"
 #include "failure.h"
 #include "match_record.h"
+#include "shared_sequences.h"
 
 namespace pd {
 
@@ -79,15 +80,59 @@ template <const Table &table, const Binding &binding>
     return pipe_mgr_mat_ent_set_action(sess, device_id, table.handle, entry, binding.handle, act.spec(), 0);
 }
 
+// ---- By key, and the default entry ----------------------------------------------------------------------
+
+template <const Table &table>
+inline constexpr SharedTable shared_table{table.handle, build_match<table>};
+
+// What an entry does, for tables without a direct meter.
+template <const Table &table, const Action &action>
+[[gnu::noinline]] pipe_action_spec *build_action(ActionRoom &room, const void *parameters)
+{
+    using Record = EntryRecord<table, action>;
+    static_assert(sizeof(Record) <= sizeof room);
+    auto *act = new (&room) Record(parameters);
+    fill_resource<table, action>(act->resource(), { .action = parameters }, index_mask_in_modify);
+    return act->spec();
+}
+
+template <const Table &table, const Binding &binding>
+inline constexpr SharedEntry shared_entry{&shared_table<table>, binding.handle,
+                                          build_action<table, *binding.action>};
+
+// Calls `sequence` with what the exported function is given.
+template <bool has_priority, bool has_parameters, typename Sequence>
+[[gnu::always_inline]] inline pd_status hand_on(const EntryArguments &with, Sequence sequence)
+{
+    if constexpr (has_priority && has_parameters)
+        return sequence(with.priority, with.action);
+    else if constexpr (has_priority)
+        return sequence(with.priority);
+    else if constexpr (has_parameters)
+        return sequence(with.action);
+    else
+        return sequence();
+}
+
+template <const Table &table>
+inline constexpr bool has_priority_given = key_kind(table) == Match::ternary;
+
 template <const Table &table, const Binding &binding>
 [[gnu::always_inline]] inline pd_status modify_by_match_spec(pd_sess_hdl sess, pd_dev_target target,
                                                              const EntryArguments &with)
 {
-    MatchRecord<table> match(with.key, with.priority);
-    EntryRecord<table, *binding.action> act(with.action);
-    fill_resource<table, *binding.action>(act.resource(), with, index_mask_in_modify);
-    return pipe_mgr_mat_ent_set_action_by_match_spec(sess, target, table.handle, match.spec(), binding.handle,
-                                                     act.spec(), 0);
+    if constexpr (table.direct_meter != 0) {
+        MatchRecord<table> match(with.key, with.priority);
+        EntryRecord<table, *binding.action> act(with.action);
+        fill_resource<table, *binding.action>(act.resource(), with, index_mask_in_modify);
+        return pipe_mgr_mat_ent_set_action_by_match_spec(sess, target, table.handle, match.spec(), binding.handle,
+                                                         act.spec(), 0);
+    } else {
+        return hand_on<has_priority_given<table>, !binding.action->parameters.empty()>(with, [&](auto... given) {
+            return modify_by_key<decltype(given)...> TS_BESIDE((shared_entry<table, binding>), sess, target, with.key,
+                                                               given...);
+        });
+    }
 }
 
 template <const Table &table>
@@ -100,8 +145,9 @@ template <const Table &table>
 [[gnu::always_inline]] inline pd_status table_delete_by_match_spec(pd_sess_hdl sess, pd_dev_target target,
                                                                    const EntryArguments &with)
 {
-    MatchRecord<table> match(with.key, with.priority);
-    return pipe_mgr_mat_ent_del_by_match_spec(sess, target, table.handle, match.spec(), 0);
+    return hand_on<has_priority_given<table>, false>(with, [&](auto... given) {
+        return delete_by_key<decltype(given)...> TS_BESIDE(shared_table<table>, sess, target, with.key, given...);
+    });
 }
 
 template <const Table &table>
@@ -109,8 +155,10 @@ template <const Table &table>
                                                                 const EntryArguments &with,
                                                                 pd_entry_hdl *entry)
 {
-    MatchRecord<table> match(with.key, with.priority);
-    return pipe_mgr_match_spec_to_ent_hdl(sess, target, table.handle, match.spec(), entry, 0);
+    return hand_on<has_priority_given<table>, false>(with, [&](auto... given) {
+        return find_by_key<decltype(given)..., pd_entry_hdl *> TS_BESIDE(shared_table<table>, sess, target, with.key,
+                                                                         given..., entry);
+    });
 }
 
 } // namespace pd
