@@ -56,6 +56,7 @@ Family read_family(RowReader &row, const Section &section, const Family &common)
     family.result = row.text_or("result", "pd_status");
     family.brief = row.text("brief");
     family.arguments = row.texts_or_none("arguments");
+    family.hot = row.flag_or("hot", false);
     family.returns = row.text_or("returns", family.result == "pd_status" ? "the driver's status" : "");
     family.function = row.text_or("function", "");
     family.slot = section.slots.empty() ? "" : row.text_or("slot", family.function);

@@ -64,6 +64,7 @@ struct Family {
     std::vector<std::string> templates; // constants that it is made for
     std::vector<std::string> constants; // that it gets in front of the arguments
     std::string slot;                   // in the reflection; empty for none
+    bool hot = false;                   // called often, and so begins where the processor fetches
 };
 
 struct Section {

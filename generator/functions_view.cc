@@ -139,6 +139,7 @@ View FunctionViews::function_view(const Section &section, const Family &family, 
     view.set("has_call", View(!family.function.empty()));
     view.set("call", family.function.empty() ? "" : call(family, scope));
     view.set("is_inspection", View(section.inspection));
+    view.set("is_hot", View(family.hot));
     view.set("brief", fill(family.brief, scope));
     view.set("returns", fill(family.returns, scope));
     view.set("has_returns", View(!family.returns.empty()));

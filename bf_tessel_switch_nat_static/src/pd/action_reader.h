@@ -7,7 +7,7 @@
 
 #include "unbuild.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 // Room for the data of any action, and the size that the driver is told.
 inline constexpr u32 data_buffer_bytes = 28;
@@ -60,4 +60,4 @@ struct ActionOut {
     u32 *action_number; // null when it is not wanted
 };
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

@@ -5,7 +5,7 @@
 #include "pipe_mgr.h"
 #include "rows_resources.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 // `cell` is the index of an indexed counter, the entry of a direct one. Of `flags`, bit 0 asks for the
 // software copy of this one cell to be brought up first.
@@ -44,4 +44,4 @@ inline pd_status counter_hw_sync(const Counter &counter, pd_sess_hdl sess, pd_de
                           : pipe_mgr_stat_database_sync(sess, target, counter.handle, callback, cookie);
 }
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

@@ -3,7 +3,7 @@
 
 #include "entries.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 // As an entry of the table, but for a direct meter without a spec, which is detached here.
 template <const Table &table, const Binding &binding>
@@ -13,11 +13,12 @@ template <const Table &table, const Binding &binding>
     if constexpr (table.direct_meter != 0) {
         EntryRecord<table, *binding.action> act(with.action);
         fill_resource<table, *binding.action>(act.resource(), with, index_mask_in_modify, PIPE_RES_DETACH);
-        return pipe_mgr_mat_default_entry_set(sess, target, table.handle, binding.handle, act.spec(), 0, entry);
+        return pipe_mgr_mat_default_entry_set(sess, target, table.handle, binding.handle, act.spec(), 0,
+                                              entry);
     } else {
         return hand_on<false, !binding.action->parameters.empty()>(with, [&](auto... given) {
-            return set_default<decltype(given)..., pd_entry_hdl *> TS_BESIDE((shared_entry<table, binding>), sess,
-                                                                             target, given..., entry);
+            return set_default<decltype(given)..., pd_entry_hdl *> TS_BESIDE((shared_entry<table, binding>),
+                                                                             sess, target, given..., entry);
         });
     }
 }
@@ -33,4 +34,4 @@ inline pd_status reset_default_entry(const Table &table, pd_sess_hdl sess, pd_de
     return pipe_mgr_mat_tbl_default_entry_reset(sess, target, table.handle, 0);
 }
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

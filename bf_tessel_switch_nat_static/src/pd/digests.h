@@ -6,7 +6,7 @@
 #include "pipe_mgr.h"
 #include "rows_services.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 inline pd_status register_digest(const Digest &digest, pd_sess_hdl sess, u8 device_id, pd_digest_cb callback,
                                  pd_word cookie)
@@ -24,4 +24,4 @@ inline pd_status notify_ack(const Digest &digest, pd_sess_hdl sess, pd_word mess
     return pipe_mgr_flow_lrn_notify_ack(sess, digest.handle, message);
 }
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

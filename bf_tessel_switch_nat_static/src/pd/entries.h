@@ -9,7 +9,7 @@
 #include "match_record.h"
 #include "shared_sequences.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 // The resource that hangs on an entry of the table: a direct counter or meter, or an indexed one, which is
 // taken off when the action does not use it.
@@ -92,7 +92,7 @@ template <const Table &table, const Action &action>
     using Record = EntryRecord<table, action>;
     static_assert(sizeof(Record) <= sizeof room);
     auto *act = new (&room) Record(parameters);
-    fill_resource<table, action>(act->resource(), { .action = parameters }, index_mask_in_modify);
+    fill_resource<table, action>(act->resource(), {.action = parameters}, index_mask_in_modify);
     return act->spec();
 }
 
@@ -125,13 +125,14 @@ template <const Table &table, const Binding &binding>
         MatchRecord<table> match(with.key, with.priority);
         EntryRecord<table, *binding.action> act(with.action);
         fill_resource<table, *binding.action>(act.resource(), with, index_mask_in_modify);
-        return pipe_mgr_mat_ent_set_action_by_match_spec(sess, target, table.handle, match.spec(), binding.handle,
-                                                         act.spec(), 0);
+        return pipe_mgr_mat_ent_set_action_by_match_spec(sess, target, table.handle, match.spec(),
+                                                         binding.handle, act.spec(), 0);
     } else {
-        return hand_on<has_priority_given<table>, !binding.action->parameters.empty()>(with, [&](auto... given) {
-            return modify_by_key<decltype(given)...> TS_BESIDE((shared_entry<table, binding>), sess, target, with.key,
-                                                               given...);
-        });
+        return hand_on<has_priority_given<table>, !binding.action->parameters.empty()>(
+            with, [&](auto... given) {
+                return modify_by_key<decltype(given)...> TS_BESIDE((shared_entry<table, binding>), sess,
+                                                                   target, with.key, given...);
+            });
     }
 }
 
@@ -146,7 +147,8 @@ template <const Table &table>
                                                                    const EntryArguments &with)
 {
     return hand_on<has_priority_given<table>, false>(with, [&](auto... given) {
-        return delete_by_key<decltype(given)...> TS_BESIDE(shared_table<table>, sess, target, with.key, given...);
+        return delete_by_key<decltype(given)...> TS_BESIDE(shared_table<table>, sess, target, with.key,
+                                                           given...);
     });
 }
 
@@ -156,9 +158,9 @@ template <const Table &table>
                                                                 pd_entry_hdl *entry)
 {
     return hand_on<has_priority_given<table>, false>(with, [&](auto... given) {
-        return find_by_key<decltype(given)..., pd_entry_hdl *> TS_BESIDE(shared_table<table>, sess, target, with.key,
-                                                                         given..., entry);
+        return find_by_key<decltype(given)..., pd_entry_hdl *> TS_BESIDE(shared_table<table>, sess, target,
+                                                                         with.key, given..., entry);
     });
 }
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

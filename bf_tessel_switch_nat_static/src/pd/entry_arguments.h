@@ -13,4 +13,4 @@ struct EntryArguments {
     const pd_meter_spec *meter = nullptr;
 };
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

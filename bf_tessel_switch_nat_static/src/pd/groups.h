@@ -8,7 +8,7 @@
 #include "pipe_mgr.h"
 #include "rows_profiles.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 // ---- Groups ----
 
@@ -149,4 +149,4 @@ inline pd_status sel_get_plcmt_data(const Profile &profile, pd_word first, pd_wo
     return pipe_mgr_plcmt_sel_data_get(first, second, profile.selector);
 }
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

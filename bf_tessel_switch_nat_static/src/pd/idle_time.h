@@ -5,7 +5,7 @@
 #include "pipe_mgr.h"
 #include "rows.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 // The mode whose parameters are told.
 inline constexpr u32 idle_mode_with_parameters = 1;
@@ -84,4 +84,4 @@ inline pd_status get_hit_state(const Table &table, pd_sess_hdl sess, u32 device_
     return status;
 }
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

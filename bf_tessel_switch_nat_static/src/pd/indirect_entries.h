@@ -7,7 +7,7 @@
 #include "match_record.h"
 #include "rows_profiles.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 // What an entry points at.
 struct Reference {
@@ -74,4 +74,4 @@ inline pd_status set_default_entry(const Table &table, const Profile &profile, p
     return pipe_mgr_mat_default_entry_set(sess, target, table.handle, act.action, &act.spec, 0, entry);
 }
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

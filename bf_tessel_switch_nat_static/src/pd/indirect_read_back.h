@@ -4,7 +4,7 @@
 
 #include "read_back.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 // Where a caller wants a reference. Of the two handles, only the one that the entry has is written.
 struct ReferenceOut {
@@ -23,4 +23,4 @@ pd_status get_indirect_entry_from_plcmt_data(const TableReader &table, void *plc
 pd_status get_indirect_default_entry(const TableReader &table, pd_sess_hdl sess, pd_dev_target target,
                                      u8 from_hw, const ReferenceOut &to);
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

@@ -7,7 +7,7 @@
 #include "image.h"
 #include "pipe_mgr.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 template <const Table &table>
 class MatchRecord {
@@ -183,4 +183,4 @@ private:
     }
 };
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

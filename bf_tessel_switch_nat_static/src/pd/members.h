@@ -11,7 +11,7 @@
 #include "pd_ms.h"
 #include "rows_profiles.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 template <const Action &action>
 using MemberRecord = ActionRecord<action, ActionConstants{.kind = PIPE_ACTION_NONE}>;
@@ -119,4 +119,4 @@ pd_status get_full_member_info_from_plcmt_data(const MemberReader &profile, u32 
                                                void *plcmt_data, const ActionOut &action,
                                                Place place = {__builtin_FUNCTION(), __builtin_LINE()});
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

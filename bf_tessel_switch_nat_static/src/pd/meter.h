@@ -3,7 +3,7 @@
 
 #include "pipe_mgr.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 // The driver's meter type for a requested one. A request that is no meter type goes through the failure frame
 // and then counts as colour aware; a colour-aware request without a pre-colour input counts as colour
@@ -20,4 +20,4 @@ inline void fill_bytes_meter(pipe_meter_spec &to, const pd_meter_spec &from)
     to.peak_burst = from.peak_burst;
 }
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

@@ -7,7 +7,7 @@
 #include "pipe_stful.h"
 #include "rows_resources.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 // Of `flags`, bit 0 goes to the driver.
 pd_status register_read(const Resource &reg, pd_sess_hdl sess, pd_dev_target target, u32 index, int flags,
@@ -54,4 +54,4 @@ inline pd_status register_hw_sync(const Resource &reg, pd_sess_hdl sess, pd_dev_
     return pipe_stful_database_sync(sess, target, reg.handle, callback, cookie);
 }
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

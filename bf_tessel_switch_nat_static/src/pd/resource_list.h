@@ -3,11 +3,11 @@
 
 #include "pipe_mgr.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 // Lists the attached resources of `spec`. Without any resource it sets the count to 0 and leaves the list
 // alone; otherwise it allocates room for all, attached or not, and the caller frees it with bf_sys_free. The
 // allocation is not tested.
 void build_pd_res_spec(const pipe_action_spec *spec, pd_res_ref **list, u32 *count);
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

@@ -200,4 +200,4 @@ constexpr Constant constant(Constant value)
     return value;
 }
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

@@ -1,6 +1,6 @@
-// What programs call seldom, by key and for default entries, is not unrolled in each function: a table has one builder
-// for its keys, an action one for what entries do by it, and each family one sequence. The exported functions hand their
-// arguments on where they are, with a row beside them, and end in a jump.
+// What programs call seldom, by key and for default entries, is not unrolled in each function: a table has
+// one builder for its keys, an action one for what entries do by it, and each family one sequence. The
+// exported functions hand their arguments on where they are, with a row beside them, and end in a jump.
 #pragma once
 
 #include <new>
@@ -8,18 +8,9 @@
 
 #include "action_record.h"
 #include "match_record.h"
+#include "shared_call.h"
 
-// The place of the row where no argument has to move for it: behind those in registers; before those on the stack,
-// in a register itself.
-#ifdef __i386__
-#define TS_BESIDE(row, ...) (row, __VA_ARGS__)
-#define TS_SHARED gnu::noinline, gnu::regparm(1)
-#else
-#define TS_BESIDE(row, ...) (__VA_ARGS__, row)
-#define TS_SHARED gnu::noinline
-#endif
-
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 // Where a record is built whose kind only its builder knows.
 struct MatchRoom {
@@ -64,8 +55,8 @@ template <typename Wanted, typename... Given>
 // `Given` are the priority (u32) and the action's parameters (const void *), as far as the function has them.
 
 template <typename... Given>
-[[TS_SHARED]] pd_status modify_by_key TS_BESIDE(const SharedEntry &row, pd_sess_hdl sess, pd_dev_target target,
-                                                const void *key, Given... given)
+[[TS_SHARED]] pd_status modify_by_key TS_BESIDE(const SharedEntry &row, pd_sess_hdl sess,
+                                                pd_dev_target target, const void *key, Given... given)
 {
     MatchRoom match;
     ActionRoom act;
@@ -75,8 +66,8 @@ template <typename... Given>
 }
 
 template <typename... Given>
-[[TS_SHARED]] pd_status delete_by_key TS_BESIDE(const SharedTable &row, pd_sess_hdl sess, pd_dev_target target,
-                                                const void *key, Given... given)
+[[TS_SHARED]] pd_status delete_by_key TS_BESIDE(const SharedTable &row, pd_sess_hdl sess,
+                                                pd_dev_target target, const void *key, Given... given)
 {
     MatchRoom match;
     return pipe_mgr_mat_ent_del_by_match_spec(sess, target, row.handle,
@@ -88,7 +79,8 @@ template <typename... Given>
                                               const void *key, Given... given)
 {
     MatchRoom match;
-    return pipe_mgr_match_spec_to_ent_hdl(sess, target, row.handle, row.match(match, key, among<u32>(given...)),
+    return pipe_mgr_match_spec_to_ent_hdl(sess, target, row.handle,
+                                          row.match(match, key, among<u32>(given...)),
                                           among<pd_entry_hdl *>(given...), 0);
 }
 
@@ -102,4 +94,4 @@ template <typename... Given>
                                           among<pd_entry_hdl *>(given...));
 }
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

@@ -4,7 +4,7 @@
 #include "bf_sys.h"
 #include "pd_types.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
 
 template <typename Element>
 class SysArray {
@@ -28,4 +28,4 @@ private:
     Element *elements;
 };
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

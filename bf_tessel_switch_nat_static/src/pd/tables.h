@@ -4,31 +4,37 @@
 
 #include "pipe_mgr.h"
 #include "rows.h"
+#include "shared_call.h"
 
-namespace pd {
+namespace [[gnu::visibility("hidden")]] pd {
+
+// Of the table with this handle.
+[[TS_SHARED]] pd_status set_property_of TS_BESIDE(u32 table, pd_sess_hdl sess, u32 device_id, u32 property,
+                                                  u32 value, u32 second_value);
+// Both outputs are written in any case: all ones when the driver refuses.
+[[TS_SHARED]] pd_status get_property_of TS_BESIDE(u32 table, pd_sess_hdl sess, u32 device_id, u32 property,
+                                                  u32 *value, u32 *second_value);
+[[TS_SHARED]] pd_status register_update_cb_of TS_BESIDE(u32 table, pd_sess_hdl sess, u32 device_id,
+                                                        pd_mat_update_cb callback, pd_word cookie);
+[[TS_SHARED]] pd_status get_entry_count_of TS_BESIDE(u32 table, pd_sess_hdl sess, pd_dev_target target,
+                                                     u32 *count);
 
 inline pd_status set_property(const Table &table, pd_sess_hdl sess, u32 device_id, u32 property, u32 value,
                               u32 second_value)
 {
-    return pipe_mgr_tbl_set_property(sess, device_id, table.handle, property, value, second_value, 0);
+    return set_property_of TS_BESIDE(table.handle, sess, device_id, property, value, second_value);
 }
 
-// Both outputs are written in any case: all ones when the driver refuses.
 inline pd_status get_property(const Table &table, pd_sess_hdl sess, u32 device_id, u32 property, u32 *value,
                               u32 *second_value)
 {
-    u32 found = 0, second_found = 0;
-    const pd_status status =
-        pipe_mgr_tbl_get_property(sess, device_id, table.handle, property, &found, &second_found);
-    *value = status == 0 ? found : ~u32{0};
-    *second_value = status == 0 ? second_found : ~u32{0};
-    return status;
+    return get_property_of TS_BESIDE(table.handle, sess, device_id, property, value, second_value);
 }
 
 inline pd_status register_mat_update_cb(const Table &table, pd_sess_hdl sess, u32 device_id,
                                         pd_mat_update_cb callback, pd_word cookie)
 {
-    return pipe_register_mat_update_cb(sess, device_id, table.handle, callback, cookie);
+    return register_update_cb_of TS_BESIDE(table.handle, sess, device_id, callback, cookie);
 }
 
 inline pd_status get_mat_table_handle(const Table &table, u32 *handle)
@@ -40,7 +46,7 @@ inline pd_status get_mat_table_handle(const Table &table, u32 *handle)
 
 inline pd_status get_entry_count(const Table &table, pd_sess_hdl sess, pd_dev_target target, u32 *count)
 {
-    return pipe_mgr_get_entry_count(sess, target, table.handle, 0, count);
+    return get_entry_count_of TS_BESIDE(table.handle, sess, target, count);
 }
 
 inline pd_status get_first_entry_handle(const Table &table, pd_sess_hdl sess, pd_dev_target target,
@@ -60,4 +66,4 @@ inline pd_status get_plcmt_data(const Table &table, pd_word first, pd_word secon
     return pipe_mgr_plcmt_mat_data_get(first, second, table.handle);
 }
 
-} // namespace pd
+} // namespace gnu::visibility("hidden")]]pd

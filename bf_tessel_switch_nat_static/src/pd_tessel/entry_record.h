@@ -3,7 +3,7 @@
 
 #include "texts.h"
 
-namespace pd_tessel {
+namespace [[gnu::visibility("hidden")]] pd_tessel {
 
 struct EntryRecord {
     alignas(16) u8 key[max_record_bytes];
@@ -24,4 +24,4 @@ pd_status read_entry(const TableText &table, pd_sess_hdl sess, u8 device_id, pd_
                      EntryRecord &record);
 pd_status read_plcmt_data(const TableText &table, void *plcmt_data, EntryRecord &record);
 
-} // namespace pd_tessel
+} // namespace gnu::visibility("hidden")]]pd_tessel

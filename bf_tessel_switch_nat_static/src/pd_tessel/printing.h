@@ -3,7 +3,7 @@
 
 #include "texts.h"
 
-namespace pd_tessel {
+namespace [[gnu::visibility("hidden")]] pd_tessel {
 
 // What the last line's output returned.
 int match_spec_print(const TableText &table, int fd, int indent, const void *key);
@@ -13,4 +13,4 @@ int action_print(const ActionText &action, int fd, int indent, const void *param
 pd_status plcmt_data_print(const TableText &table, int fd, int indent, void *plcmt_data);
 pd_status member_plcmt_data_print(const ProfileText &profile, int fd, int indent, void *plcmt_data);
 
-} // namespace pd_tessel
+} // namespace gnu::visibility("hidden")]]pd_tessel

@@ -5,7 +5,7 @@
 
 #include "texts.h"
 
-namespace pd_tessel {
+namespace [[gnu::visibility("hidden")]] pd_tessel {
 
 // The caller's buffer is large enough.
 inline u32 write_schema(const Schema &schema, char *buf)
@@ -21,4 +21,4 @@ u32 schema(const Text &text, char *buf)
     return write_schema(text.schema, buf);
 }
 
-} // namespace pd_tessel
+} // namespace gnu::visibility("hidden")]]pd_tessel

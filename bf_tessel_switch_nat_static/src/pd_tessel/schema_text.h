@@ -5,7 +5,7 @@
 #include <array>
 #include <cstddef>
 
-namespace pd_tessel {
+namespace [[gnu::visibility("hidden")]] pd_tessel {
 
 template <std::size_t... sizes>
 constexpr auto join(const char (&...pieces)[sizes])
@@ -16,4 +16,4 @@ constexpr auto join(const char (&...pieces)[sizes])
     return text;
 }
 
-} // namespace pd_tessel
+} // namespace gnu::visibility("hidden")]]pd_tessel

@@ -10,7 +10,7 @@
 #include "source_name.h"
 #include "tuples.h"
 
-namespace pd_tessel {
+namespace [[gnu::visibility("hidden")]] pd_tessel {
 
 struct Schema {
     const char *text;
@@ -59,4 +59,4 @@ inline pd::Place place_in(const char *operation, int line, const char *owner)
     return {operation, line, owner};
 }
 
-} // namespace pd_tessel
+} // namespace gnu::visibility("hidden")]]pd_tessel

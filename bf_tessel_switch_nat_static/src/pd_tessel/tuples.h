@@ -8,7 +8,7 @@
 
 #include "rows.h"
 
-namespace pd_tessel {
+namespace [[gnu::visibility("hidden")]] pd_tessel {
 
 using pd::Mask;
 
@@ -95,4 +95,4 @@ inline constexpr auto key_tuples = make_key_tuples<table>();
 template <const pd::Action &action>
 inline constexpr auto parameter_tuples = make_parameter_tuples<action>();
 
-} // namespace pd_tessel
+} // namespace gnu::visibility("hidden")]]pd_tessel
