@@ -90,7 +90,8 @@ void wait_for(std::chrono::seconds time)
         expect_no_stop_signal();
         const auto left = std::max(end - std::chrono::steady_clock::now(), std::chrono::nanoseconds{0});
         const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
-        const timespec rest{seconds.count(), (left - seconds).count()};
+        const timespec rest{static_cast<time_t>(seconds.count()),
+                            static_cast<long>((left - seconds).count())};
         awaited = await(nullptr, &rest);
     }
     expect_no_stop_signal();

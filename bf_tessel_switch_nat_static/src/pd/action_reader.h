@@ -5,9 +5,10 @@
 #include <array>
 #include <string_view>
 
+#include "internal.h"
 #include "unbuild.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 // Room for the data of any action, and the size that the driver is told.
 inline constexpr u32 data_buffer_bytes = 28;
@@ -60,4 +61,4 @@ struct ActionOut {
     u32 *action_number; // null when it is not wanted
 };
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

@@ -8,7 +8,7 @@
 #include "meter.h"
 #include "pipe_mgr.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace pd {
 
 // What is the same in every record of an action in one table.
 struct ActionConstants {
@@ -92,4 +92,4 @@ private:
     }
 };
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

@@ -4,7 +4,7 @@
 
 #include "read_back.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace pd {
 
 // What the driver answers into; a reader of action data hangs `data` on `spec` first.
 struct Answer {
@@ -52,4 +52,4 @@ inline void read_key(const TableReader &table, const pipe_match_spec &match, con
         table.unbuild_mask(&match, out.key);
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

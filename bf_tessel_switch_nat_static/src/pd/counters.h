@@ -1,11 +1,12 @@
 // The families of counters. The caller's record and the driver's hold the two counts in opposite order.
 #pragma once
 
+#include "internal.h"
 #include "pd_resources.h"
 #include "pipe_mgr.h"
 #include "rows_resources.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 // `cell` is the index of an indexed counter, the entry of a direct one. Of `flags`, bit 0 asks for the
 // software copy of this one cell to be brought up first.
@@ -44,4 +45,4 @@ inline pd_status counter_hw_sync(const Counter &counter, pd_sess_hdl sess, pd_de
                           : pipe_mgr_stat_database_sync(sess, target, counter.handle, callback, cookie);
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

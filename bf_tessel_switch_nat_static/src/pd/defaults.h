@@ -3,7 +3,7 @@
 
 #include "entries.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace pd {
 
 // As an entry of the table, but for a direct meter without a spec, which is detached here.
 template <const Table &table, const Binding &binding>
@@ -34,4 +34,4 @@ inline pd_status reset_default_entry(const Table &table, pd_sess_hdl sess, pd_de
     return pipe_mgr_mat_tbl_default_entry_reset(sess, target, table.handle, 0);
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

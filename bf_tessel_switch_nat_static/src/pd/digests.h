@@ -2,11 +2,12 @@
 // in one is the inspection layer's to tell.
 #pragma once
 
+#include "internal.h"
 #include "pd_services.h"
 #include "pipe_mgr.h"
 #include "rows_services.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 inline pd_status register_digest(const Digest &digest, pd_sess_hdl sess, u8 device_id, pd_digest_cb callback,
                                  pd_word cookie)
@@ -24,4 +25,4 @@ inline pd_status notify_ack(const Digest &digest, pd_sess_hdl sess, pd_word mess
     return pipe_mgr_flow_lrn_notify_ack(sess, digest.handle, message);
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

@@ -9,7 +9,7 @@
 #include "match_record.h"
 #include "shared_sequences.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace pd {
 
 // The resource that hangs on an entry of the table: a direct counter or meter, or an indexed one, which is
 // taken off when the action does not use it.
@@ -163,4 +163,4 @@ template <const Table &table>
     });
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

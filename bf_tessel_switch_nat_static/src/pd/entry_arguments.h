@@ -1,6 +1,7 @@
 // What a caller hands to an entry function. A function that does not take one of these leaves it alone.
 #pragma once
 
+#include "internal.h"
 #include "pd_types.h"
 
 namespace pd {
@@ -13,4 +14,4 @@ struct EntryArguments {
     const pd_meter_spec *meter = nullptr;
 };
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

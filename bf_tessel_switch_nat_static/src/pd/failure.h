@@ -3,7 +3,9 @@
 // with the driver's debug mode on it ends the process as well, behind a backtrace.
 #pragma once
 
-namespace [[gnu::visibility("hidden")]] pd {
+#include "internal.h"
+
+namespace TS_INTERNAL pd {
 
 // The source name in every assertion of this directory; the inspection layer beside it has one of its own.
 inline constexpr char source_name[] = "bf_tessel_switch_nat_static/src/pd";
@@ -22,7 +24,7 @@ struct Place {
 // The failure frame; returns when debug mode is off. `format` is a log line with %s and %d for the place.
 [[gnu::cold]] void report(const char *condition, const char *format, Place place);
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd
 
 // The condition as it stands in the assertion, and as it is shown, are string literals.
 #define PD_ASSERT_OR_STATUS(condition, shown, place)                                                         \

@@ -4,11 +4,12 @@
 #pragma once
 
 #include "failure.h"
+#include "internal.h"
 #include "pd_ms.h"
 #include "pipe_mgr.h"
 #include "rows_profiles.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 // ---- Groups ----
 
@@ -149,4 +150,4 @@ inline pd_status sel_get_plcmt_data(const Profile &profile, pd_word first, pd_wo
     return pipe_mgr_plcmt_sel_data_get(first, second, profile.selector);
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

@@ -2,11 +2,12 @@
 // for given fields.
 #pragma once
 
+#include "internal.h"
 #include "pd_services.h"
 #include "pipe_mgr.h"
 #include "rows_services.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 // A calculation has one input and one algorithm, which callers know as number 0. Any other number goes to the
 // driver as handle 0, which it refuses.
@@ -51,4 +52,4 @@ pd_status calculate_hash_value(const Hash &hash, pd_sess_hdl sess, u32 device_id
                                const hash_input_field_attribute *attributes, const u32 *widths, u8 *value,
                                u32 value_bytes);
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

@@ -2,10 +2,11 @@
 // first.
 #pragma once
 
+#include "internal.h"
 #include "pipe_mgr.h"
 #include "rows.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 // The mode whose parameters are told.
 inline constexpr u32 idle_mode_with_parameters = 1;
@@ -84,4 +85,4 @@ inline pd_status get_hit_state(const Table &table, pd_sess_hdl sess, u32 device_
     return status;
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

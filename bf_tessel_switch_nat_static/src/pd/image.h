@@ -8,7 +8,7 @@
 
 #include "rows.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace pd {
 
 // Stores the low `bytes` bytes of `value`, most significant first. Three are stored as four: the byte behind
 // them has to be the caller's, to be written afterwards or to be nobody's.
@@ -167,4 +167,4 @@ inline constexpr auto prefix_masks = [] {
     return masks;
 }();
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

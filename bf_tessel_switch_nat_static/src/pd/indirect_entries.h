@@ -4,10 +4,11 @@
 #pragma once
 
 #include "entry_arguments.h"
+#include "internal.h"
 #include "match_record.h"
 #include "rows_profiles.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 // What an entry points at.
 struct Reference {
@@ -74,4 +75,4 @@ inline pd_status set_default_entry(const Table &table, const Profile &profile, p
     return pipe_mgr_mat_default_entry_set(sess, target, table.handle, act.action, &act.spec, 0, entry);
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

@@ -2,9 +2,10 @@
 // the default entry. Only the reference is told; what the member does is the profile's to tell.
 #pragma once
 
+#include "internal.h"
 #include "read_back.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 // Where a caller wants a reference. Of the two handles, only the one that the entry has is written.
 struct ReferenceOut {
@@ -23,4 +24,4 @@ pd_status get_indirect_entry_from_plcmt_data(const TableReader &table, void *plc
 pd_status get_indirect_default_entry(const TableReader &table, pd_sess_hdl sess, pd_dev_target target,
                                      u8 from_hw, const ReferenceOut &to);
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

@@ -7,7 +7,7 @@
 #include "image.h"
 #include "pipe_mgr.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace pd {
 
 template <const Table &table>
 class MatchRecord {
@@ -183,4 +183,4 @@ private:
     }
 };
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

@@ -8,10 +8,11 @@
 #include "action_record.h"
 #include "entry_arguments.h"
 #include "failure.h"
+#include "internal.h"
 #include "pd_ms.h"
 #include "rows_profiles.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 template <const Action &action>
 using MemberRecord = ActionRecord<action, ActionConstants{.kind = PIPE_ACTION_NONE}>;
@@ -119,4 +120,4 @@ pd_status get_full_member_info_from_plcmt_data(const MemberReader &profile, u32 
                                                void *plcmt_data, const ActionOut &action,
                                                Place place = {__builtin_FUNCTION(), __builtin_LINE()});
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

@@ -1,9 +1,10 @@
 // Meters between the caller's record and the driver's.
 #pragma once
 
+#include "internal.h"
 #include "pipe_mgr.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 // The driver's meter type for a requested one. A request that is no meter type goes through the failure frame
 // and then counts as colour aware; a colour-aware request without a pre-colour input counts as colour
@@ -20,4 +21,4 @@ inline void fill_bytes_meter(pipe_meter_spec &to, const pd_meter_spec &from)
     to.peak_burst = from.peak_burst;
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

@@ -2,10 +2,11 @@
 // inspection layer's.
 #pragma once
 
+#include "internal.h"
 #include "meter.h"
 #include "rows_resources.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 // `cell` is the index of an indexed meter, the entry of a direct one. A direct meter is written as a resource
 // of its entry, whatever the pipe.
@@ -52,4 +53,4 @@ inline pd_status meter_bytecount_adjust_get(const Meter &meter, pd_sess_hdl sess
     return pipe_mgr_meter_get_bytecount_adjust(sess, target, meter.handle, adjust);
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

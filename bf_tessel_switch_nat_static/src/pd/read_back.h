@@ -4,8 +4,9 @@
 
 #include "action_reader.h"
 #include "failure.h"
+#include "internal.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 // Room for the key of any table.
 inline constexpr u32 max_key_bytes = 64;
@@ -62,4 +63,4 @@ pd_status get_entry_from_plcmt_data(const TableReader &table, void *plcmt_data, 
 pd_status get_default_entry(const TableReader &table, pd_sess_hdl sess, pd_dev_target target, u8 from_hw,
                             pd_default_action_out *action);
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

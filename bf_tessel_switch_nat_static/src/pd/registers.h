@@ -2,12 +2,13 @@
 // element's 16 bytes on the driver's. A cell can have a value per pipe, so reading gives a list.
 #pragma once
 
+#include "internal.h"
 #include "pd_resources.h"
 #include "pipe_mgr.h"
 #include "pipe_stful.h"
 #include "rows_resources.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 // Of `flags`, bit 0 goes to the driver.
 pd_status register_read(const Resource &reg, pd_sess_hdl sess, pd_dev_target target, u32 index, int flags,
@@ -54,4 +55,4 @@ inline pd_status register_hw_sync(const Resource &reg, pd_sess_hdl sess, pd_dev_
     return pipe_stful_database_sync(sess, target, reg.handle, callback, cookie);
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <span>
 
+#include "internal.h"
 #include "pd_types.h"
 
 namespace pd {
@@ -200,4 +201,4 @@ constexpr Constant constant(Constant value)
     return value;
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

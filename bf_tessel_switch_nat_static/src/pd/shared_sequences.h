@@ -10,7 +10,7 @@
 #include "match_record.h"
 #include "shared_call.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace pd {
 
 // Where a record is built whose kind only its builder knows.
 struct MatchRoom {
@@ -94,4 +94,4 @@ template <typename... Given>
                                           among<pd_entry_hdl *>(given...));
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

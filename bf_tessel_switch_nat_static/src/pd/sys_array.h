@@ -2,9 +2,10 @@
 #pragma once
 
 #include "bf_sys.h"
+#include "internal.h"
 #include "pd_types.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 template <typename Element>
 class SysArray {
@@ -28,4 +29,4 @@ private:
     Element *elements;
 };
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

@@ -19,8 +19,8 @@ pd_status get_property_of TS_BESIDE(u32 table, pd_sess_hdl sess, u32 device_id, 
     return status;
 }
 
-pd_status register_update_cb_of TS_BESIDE(u32 table, pd_sess_hdl sess, u32 device_id, pd_mat_update_cb callback,
-                                          pd_word cookie)
+pd_status register_update_cb_of TS_BESIDE(u32 table, pd_sess_hdl sess, u32 device_id,
+                                          pd_mat_update_cb callback, pd_word cookie)
 {
     return pipe_register_mat_update_cb(sess, device_id, table, callback, cookie);
 }

@@ -2,11 +2,12 @@
 // add the table's handle and forward.
 #pragma once
 
+#include "internal.h"
 #include "pipe_mgr.h"
 #include "rows.h"
 #include "shared_call.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 // Of the table with this handle.
 [[TS_SHARED]] pd_status set_property_of TS_BESIDE(u32 table, pd_sess_hdl sess, u32 device_id, u32 property,
@@ -66,4 +67,4 @@ inline pd_status get_plcmt_data(const Table &table, pd_word first, pd_word secon
     return pipe_mgr_plcmt_mat_data_get(first, second, table.handle);
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

@@ -6,7 +6,7 @@
 #include "image.h"
 #include "pipe_mgr.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace pd {
 
 // What an index parameter that stands in no image reads as when the entry has no resource at all.
 inline constexpr u32 no_index = 65535;
@@ -136,4 +136,4 @@ inline void unbuild_action_spec(const pipe_action_data *data, const pd_res_ref *
                                std::make_index_sequence<action.parameters.size()>{});
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

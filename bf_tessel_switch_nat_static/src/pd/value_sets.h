@@ -2,10 +2,11 @@
 // shape.
 #pragma once
 
+#include "internal.h"
 #include "pipe_mgr.h"
 #include "rows_services.h"
 
-namespace [[gnu::visibility("hidden")]] pd {
+namespace TS_INTERNAL pd {
 
 // Which part of the parser an entry is for. Not looked at here.
 struct ValueSetScope {
@@ -83,4 +84,4 @@ inline pd_status entry_get_count(const Resource &set, pd_sess_hdl sess, u32 devi
     return pipe_mgr_pvs_entry_get_count(sess, device_id, set.handle, scope.a, scope.b, scope.c, flag, count);
 }
 
-} // namespace gnu::visibility("hidden")]]pd
+} // namespace pd

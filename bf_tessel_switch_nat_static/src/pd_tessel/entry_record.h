@@ -1,9 +1,10 @@
 // An entry as it is read for showing it: by handle from the driver, or out of placement data.
 #pragma once
 
+#include "internal.h"
 #include "texts.h"
 
-namespace [[gnu::visibility("hidden")]] pd_tessel {
+namespace TS_INTERNAL pd_tessel {
 
 struct EntryRecord {
     alignas(16) u8 key[max_record_bytes];
@@ -24,4 +25,4 @@ pd_status read_entry(const TableText &table, pd_sess_hdl sess, u8 device_id, pd_
                      EntryRecord &record);
 pd_status read_plcmt_data(const TableText &table, void *plcmt_data, EntryRecord &record);
 
-} // namespace gnu::visibility("hidden")]]pd_tessel
+} // namespace pd_tessel

@@ -3,9 +3,10 @@
 
 #include <cstring>
 
+#include "internal.h"
 #include "texts.h"
 
-namespace [[gnu::visibility("hidden")]] pd_tessel {
+namespace TS_INTERNAL pd_tessel {
 
 // Member by member. 1 when equal, with `msg` left alone; else 0.
 u32 keys_are_equal(const TableText &table, const void *left, const void *right, char *msg);
@@ -30,4 +31,4 @@ u32 action_specs_are_equal(const ActionText &action, const Record *left, const R
 u32 plcmt_data_eq_to_hw(const TableText &table, pd_sess_hdl sess, u8 device_id, pd_entry_hdl entry,
                         void *plcmt_data, char *msg);
 
-} // namespace gnu::visibility("hidden")]]pd_tessel
+} // namespace pd_tessel

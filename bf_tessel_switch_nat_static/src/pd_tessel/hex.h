@@ -3,7 +3,7 @@
 
 #include "pd_types.h"
 
-namespace [[gnu::visibility("hidden")]] pd_tessel {
+namespace pd_tessel {
 
 inline constexpr u32 wide_digits = 32;
 
@@ -24,4 +24,4 @@ inline char *put_wide_hex(char *to, const u8 *bytes)
     return to;
 }
 
-} // namespace gnu::visibility("hidden")]]pd_tessel
+} // namespace pd_tessel

@@ -3,9 +3,10 @@
 
 #include <span>
 
+#include "internal.h"
 #include "pd_types.h"
 
-namespace [[gnu::visibility("hidden")]] pd_tessel {
+namespace TS_INTERNAL pd_tessel {
 
 struct TableText;
 
@@ -40,4 +41,4 @@ u32 match_spec_stringify(const TableText &table, const void *key, char *buf);
 // Likewise for an entry of the chip; 0 as well when it cannot be read.
 u32 stringify_counter(const TableText &table, pd_sess_hdl sess, u8 device_id, pd_entry_hdl entry, char *buf);
 
-} // namespace gnu::visibility("hidden")]]pd_tessel
+} // namespace pd_tessel

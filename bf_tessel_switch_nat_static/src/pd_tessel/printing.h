@@ -1,9 +1,10 @@
 // Entries, keys and actions for people, a line per member, straight to a file descriptor.
 #pragma once
 
+#include "internal.h"
 #include "texts.h"
 
-namespace [[gnu::visibility("hidden")]] pd_tessel {
+namespace TS_INTERNAL pd_tessel {
 
 // What the last line's output returned.
 int match_spec_print(const TableText &table, int fd, int indent, const void *key);
@@ -13,4 +14,4 @@ int action_print(const ActionText &action, int fd, int indent, const void *param
 pd_status plcmt_data_print(const TableText &table, int fd, int indent, void *plcmt_data);
 pd_status member_plcmt_data_print(const ProfileText &profile, int fd, int indent, void *plcmt_data);
 
-} // namespace gnu::visibility("hidden")]]pd_tessel
+} // namespace pd_tessel

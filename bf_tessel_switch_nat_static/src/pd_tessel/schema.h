@@ -3,9 +3,10 @@
 
 #include <cstring>
 
+#include "internal.h"
 #include "texts.h"
 
-namespace [[gnu::visibility("hidden")]] pd_tessel {
+namespace TS_INTERNAL pd_tessel {
 
 // The caller's buffer is large enough.
 inline u32 write_schema(const Schema &schema, char *buf)
@@ -21,4 +22,4 @@ u32 schema(const Text &text, char *buf)
     return write_schema(text.schema, buf);
 }
 
-} // namespace gnu::visibility("hidden")]]pd_tessel
+} // namespace pd_tessel

@@ -5,7 +5,7 @@
 #include <array>
 #include <cstddef>
 
-namespace [[gnu::visibility("hidden")]] pd_tessel {
+namespace pd_tessel {
 
 template <std::size_t... sizes>
 constexpr auto join(const char (&...pieces)[sizes])
@@ -16,4 +16,4 @@ constexpr auto join(const char (&...pieces)[sizes])
     return text;
 }
 
-} // namespace gnu::visibility("hidden")]]pd_tessel
+} // namespace pd_tessel

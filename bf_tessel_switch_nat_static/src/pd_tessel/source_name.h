@@ -1,8 +1,8 @@
 // The source name in every assertion of this directory.
 #pragma once
 
-namespace [[gnu::visibility("hidden")]] pd_tessel {
+namespace pd_tessel {
 
 inline constexpr char source_name[] = "bf_tessel_switch_nat_static/src/pd_tessel";
 
-} // namespace gnu::visibility("hidden")]]pd_tessel
+} // namespace pd_tessel

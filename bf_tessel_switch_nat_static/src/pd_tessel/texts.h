@@ -5,12 +5,13 @@
 #include <span>
 
 #include "indirect_read_back.h"
+#include "internal.h"
 #include "labels.h"
 #include "members.h"
 #include "source_name.h"
 #include "tuples.h"
 
-namespace [[gnu::visibility("hidden")]] pd_tessel {
+namespace TS_INTERNAL pd_tessel {
 
 struct Schema {
     const char *text;
@@ -59,4 +60,4 @@ inline pd::Place place_in(const char *operation, int line, const char *owner)
     return {operation, line, owner};
 }
 
-} // namespace gnu::visibility("hidden")]]pd_tessel
+} // namespace pd_tessel

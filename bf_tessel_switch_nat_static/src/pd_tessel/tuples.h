@@ -6,9 +6,10 @@
 #include <array>
 #include <cstring>
 
+#include "internal.h"
 #include "rows.h"
 
-namespace [[gnu::visibility("hidden")]] pd_tessel {
+namespace TS_INTERNAL pd_tessel {
 
 using pd::Mask;
 
@@ -95,4 +96,4 @@ inline constexpr auto key_tuples = make_key_tuples<table>();
 template <const pd::Action &action>
 inline constexpr auto parameter_tuples = make_parameter_tuples<action>();
 
-} // namespace gnu::visibility("hidden")]]pd_tessel
+} // namespace pd_tessel

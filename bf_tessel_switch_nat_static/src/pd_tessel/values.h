@@ -1,9 +1,10 @@
 // Value texts: one entry, member, key or action as a literal that goes with its schema.
 #pragma once
 
+#include "internal.h"
 #include "texts.h"
 
-namespace [[gnu::visibility("hidden")]] pd_tessel {
+namespace TS_INTERNAL pd_tessel {
 
 // All return the length of the text without its NUL. Reading failures give 0 and leave the buffer alone.
 u32 match_spec_value(const TableText &table, const void *key, char *buf);
@@ -17,4 +18,4 @@ u32 table_value(const TableText &table, pd_sess_hdl sess, u8 device_id, pd_entry
 u32 plcmt_data_value(const TableText &table, void *plcmt_data, char *buf);
 u32 member_plcmt_data_value(const ProfileText &profile, void *plcmt_data, char *buf);
 
-} // namespace gnu::visibility("hidden")]]pd_tessel
+} // namespace pd_tessel
