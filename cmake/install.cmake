@@ -57,7 +57,7 @@ install(DIRECTORY ${TS_ROOT}/catalogue ${TS_ROOT}/driver generator/templates DES
     FILES_MATCHING PATTERN *.toml PATTERN *.mustache PATTERN "browse/*" PATTERN README.md)
 install(FILES
     ${TS_GENERATED}/reference/catalogue.json
-    ${TS_GENERATED}/reference/catalogue.schema.json
+    ${TS_GENERATED}/reference/catalogue.schema.json ${PROJECT_SOURCE_DIR}/shell/shell.schema.json
     ${TS_GENERATED}/reference/functions.json
     ${TS_GENERATED}/reference/functions.schema.json
     DESTINATION ${data} COMPONENT tools)
