@@ -7,13 +7,11 @@
 #include <iterator>
 #include <regex>
 
-#include "driver.h"
 #include "folder.h"
 #include "pd.h"
-#include "random_records.h"
+#include "random_entries.h"
 #include "replay.h"
 #include "shell_fixture.h"
-#include "values.h"
 
 namespace {
 
@@ -149,63 +147,10 @@ private:
     int records_ = 0;
 };
 
-// Random, but no larger than their fields.
-template <typename Fields>
-sweep::Bytes clipped(sweep::Bytes record, const Fields &fields)
-{
-    for (const auto &field : fields) {
-        const shell::Value value = shell::load(field.width, &record[field.offset]),
-                           most = shell::ones(field.width);
-        shell::store({value.high & most.high, value.low & most.low}, field.width, &record[field.offset]);
-    }
-    return record;
-}
-
-// Of one action: an entry with its default, then another action for it by handle, and for some of them their
-// end.
-void write(const reflection::TableFunctions &table, const reflection::ActionFunctions &action,
-           sweep::Random &random)
-{
-    const pd_dev_target device = shell::device;
-    const auto parameters_of = [&](const pd::Action &action) {
-        return clipped(random.parameters(action), action.parameters);
-    };
-    const sweep::Bytes parameters = parameters_of(*action.row->action);
-    const pd_meter_spec meter{random.word(), random.word(), random.word(), random.word(), random.word() % 2};
-    sweep::Bytes key = clipped(random.key(*table.row), table.row->key);
-    for (const pd::Field &field : table.row->key)
-        if (field.match == pd::Match::lpm)
-            sweep::set_prefix_length(key, field, random.word() % (field.width + 1));
-    reflection::EntryArguments arguments{};
-    arguments.key = key.data();
-    arguments.priority = random.word();
-    arguments.action = parameters.data();
-    arguments.meter = &meter;
-    arguments.ttl = random.word() % 100;
-    pd_entry_hdl entry = 0;
-    if (action.set_default_action)
-        action.set_default_action(1, device, arguments, &entry);
-    if (!action.add || action.add(1, device, arguments, &entry) != 0)
-        return;
-    for (const reflection::ActionFunctions &other : table.actions)
-        if (other.modify && random.word() % 2) {
-            const sweep::Bytes others = parameters_of(*other.row->action);
-            arguments.action = others.data();
-            other.modify(1, device.device_id, entry, arguments);
-        }
-    if (random.word() % 4 == 0)
-        table.table_delete(1, device.device_id, entry);
-}
-
 TEST_F(Explained, EveryTableAndAction)
 {
     sweep::Random random;
-    expect_again([&] {
-        for (int round = 0; round < 3; ++round)
-            for (const reflection::TableFunctions *table : reflection::tables())
-                for (const reflection::ActionFunctions &action : table->actions)
-                    write(*table, action, random);
-    });
+    expect_again([&] { sweep::write_everything(random); });
 }
 
 class ExplainedExample : public Explained, public testing::WithParamInterface<const char *> {};

@@ -61,14 +61,4 @@ TEST_F(Shell, RefusedRestartLeavesTheState)
     });
 }
 
-TEST_F(Shell, ComparesEveryTableAsTheLibraryDoes)
-{
-    const std::string same = "1 compared, the default entry among them, 0 different\n";
-    for (const reflection::TableFunctions *table : reflection::tables()) {
-        const std::string name = table->row->name;
-        EXPECT_EQ(output_of("diff " + name).substr(0, same.size()), same) << name;
-        EXPECT_EQ(output_of("diff --all-bits " + name), same);
-    }
-}
-
 } // namespace
