@@ -2,8 +2,6 @@
 // with what the encoder works out bit by bit, and nothing may be allocated on the way.
 #include <gtest/gtest.h>
 
-#include <set>
-
 #include "encoder.h"
 #include "random_records.h"
 #include "reflection.h"
@@ -207,43 +205,6 @@ TEST_F(EntrySweep, EveryKeyDeletesAndFindsByTheSameImages)
         }
     }
     EXPECT_EQ(keys, 141);
-}
-
-TEST_F(EntrySweep, EveryPrefixLength)
-{
-    int tables = 0;
-    for (const TableFunctions *table : reflection::tables())
-        for (const pd::Field &field : table->row->key) {
-            if (field.match != pd::Match::lpm)
-                continue;
-            ++tables;
-            round = 0;
-            for (u32 length = 0; length <= 65535; length += length <= field.width ? 1 : 97) {
-                SCOPED_TRACE(testing::Message() << table->row->name << " /" << length << " seed " << seed);
-                scramble_arguments(*table->row);
-                sweep::set_prefix_length(key, field, length);
-                check_search(*table);
-                if (HasFailure())
-                    return;
-            }
-        }
-    EXPECT_EQ(tables, 4);
-}
-
-TEST(Handles, AreUniquePerTableAndPerBinding)
-{
-    std::set<u32> tables;
-    std::set<u32> actions;
-    std::size_t bindings = 0;
-    for (const TableFunctions *table : reflection::tables()) {
-        EXPECT_TRUE(tables.insert(table->row->handle).second) << table->row->name;
-        for (const pd::Binding &binding : table->row->actions)
-            EXPECT_TRUE(actions.insert(binding.handle).second)
-                << table->row->name << " " << binding.action->name;
-        bindings += table->row->actions.size();
-    }
-    EXPECT_EQ(tables.size(), 158u);
-    EXPECT_EQ(actions.size(), bindings);
 }
 
 } // namespace

@@ -155,13 +155,6 @@ protected:
              output = directory / "output";
 };
 
-TEST_F(Generator, SoundCatalogueIsAccepted)
-{
-    const Outcome outcome = check();
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.out + outcome.err, "");
-}
-
 TEST_F(Generator, CommandLine)
 {
     const Outcome help = pdgen("--help");

@@ -1,4 +1,5 @@
-// Every operation of the model driver: what it refuses, and that it works.
+// One operation for each way in which the model driver comes by an object: what is refused, and that it
+// works.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -14,7 +15,7 @@ namespace {
 constexpr u32 adt = 0x200001d, sel = 0x3000001; // of ecmpMemberActionProfile
 constexpr u32 class_count = 0x4000005, pdp_meter = 0x5000002, flags = 0x6000002;
 constexpr u32 on_miss = 0x2000000b, classify = 0x1000009; // an action, l2DmacClassify
-constexpr u32 crc_32 = 0x8000008, input = 0x21000008, algorithm = 0x23000001, digest = 0x9000001, set = 511;
+constexpr u32 crc_32 = 0x8000008, input = 0x21000008, digest = 0x9000001, set = 511;
 constexpr u32 unknown = 0x1ffffff, no_device = 256;
 
 template <typename T>
@@ -69,10 +70,8 @@ private:
     pipe_stat_data counts{}, *counts_place = &counts;
     pipe_meter_spec meter{};
 
-    pipe_stful_value value{}, values[4]{};
-    pipe_stful_query query{4, values};
+    pipe_stful_value value{};
     pipe_idle_params idle{1, 2, 3, 4, 5, 0, 6, 0};
-    pipe_hash_calc_input_field_attribute attribute{};
     pipe_res_spec resource{0x5000001, 0, {}, PIPE_RES_ATTACH};
     pipe_action_spec spec{};
     pipe_match_spec match{};
@@ -137,101 +136,42 @@ std::vector<Operation> World::all()
     return {
         OF(pipe_mgr_mat_ent_add, exact.handle, 1, at, table, key_of(exact, 2), exact.action, action_of(exact), 0, 0, words),
         OF(pipe_mgr_mat_ent_set_action, exact.handle, 1, device, table, 1, exact.action, action_of(exact), 0),
-        OF(pipe_mgr_mat_ent_set_action_by_match_spec, exact.handle, 1, at, table, key_of(exact, 1), exact.action, action_of(exact), 0),
-        OF(pipe_mgr_mat_ent_del, exact.handle, 1, device, table, 1, 0),
-        OF(pipe_mgr_mat_ent_del_by_match_spec, exact.handle, 1, at, table, key_of(exact, 1), 0),
         OF(pipe_mgr_match_spec_to_ent_hdl, exact.handle, 1, at, table, key_of(exact, 1), words, 0),
         OF(pipe_mgr_mat_ent_set_resource, metered.handle, 1, device, table, 1, &resource, 1, 0),
         OF(pipe_mgr_mat_default_entry_set, classify, 1, at, table, on_miss, action_of(metered), 0, words),
-        OF(pipe_mgr_table_get_default_entry_handle, exact.handle, 1, at, table, words),
-        OF(pipe_mgr_table_get_default_entry, exact.handle, 1, at, table, action_of(exact), words, 0, 1, 0),
-        OF(pipe_mgr_mat_tbl_default_entry_reset, exact.handle, 1, at, table, 0),
         OF(pipe_mgr_get_entry, exact.handle, 1, table, at, 1, key_of(exact, 0), action_of(exact), words, 0, 1, 0),
-        OF(pipe_mgr_get_entry_count, exact.handle, 1, at, table, 0, words),
         OF(pipe_mgr_get_first_entry_handle, exact.handle, 1, table, at, words),
-        OF(pipe_mgr_get_next_entry_handles, exact.handle, 1, table, at, 0, 2, words),
-        OF(pipe_mgr_tbl_set_property, exact.handle, 1, device, table, 3, 4, 5, 0),
         OF(pipe_mgr_tbl_get_property, exact.handle, 1, device, table, 3, words, words + 1),
         OF(pipe_register_mat_update_cb, exact.handle, 1, device, table, nullptr, 0),
         {"pipe_mgr_plcmt_mat_data_get", exact.handle, CALL(pipe_mgr_plcmt_mat_data_get(request_of(device), 0, table))},
-        OF(pipe_mgr_adt_ent_add, adt, 1, at, table, indirect.action, 0, member_data(), words, 0),
         OF(pipe_mgr_adt_ent_set, adt, 1, device, table, 1, indirect.action, member_data(), 0),
-        OF(pipe_mgr_adt_ent_del, adt, 1, device, table, 2, 0),
         OF(pipe_mgr_get_action_data_entry, adt, table, at, 1, &(data = {0, 28, bytes}), words, 0),
         OF(pipe_register_adt_update_cb, adt, 1, device, table, nullptr, 0),
         OF(pipe_mgr_plcmt_adt_data_get, adt, request_of(device), 0, table),
-        OF(pipe_mgr_sel_grp_add, sel, 1, at, table, 0, 8, 0xdeadbeef, words, 0),
         OF(pipe_mgr_sel_grp_del, sel, 1, device, table, 1, 0),
         OF(pipe_mgr_get_sel_grp_mbr_count, sel, 1, device, table, 1, words),
-        OF(pipe_mgr_sel_grp_mbrs_get, sel, 1, device, table, 1, 2, words, bytes, words + 4, 0),
-        OF(pipe_mgr_get_first_group_member, sel, 1, table, device, 1, words),
-        OF(pipe_mgr_get_next_group_members, sel, 1, table, device, 1, 1, 2, words),
-        OF(pipe_mgr_sel_grp_mbr_add, sel, 1, device, table, 2, indirect.action, 2, 0),
-        OF(pipe_mgr_sel_grp_mbr_del, sel, 1, device, table, 1, 1, 0),
-        OF(pipe_mgr_sel_grp_mbr_enable, sel, 1, device, table, 1, 1, 0),
-        OF(pipe_mgr_sel_grp_mbr_disable, sel, 1, device, table, 1, 1, 0),
-        OF(pipe_mgr_sel_grp_mbr_state_get, sel, 1, device, table, 1, 1, words),
         OF(pipe_mgr_sel_grp_mbr_get_from_hash, sel, 1, device, table, 1, 0, 0, word(words)),
-        OF(pipe_mgr_sel_fallback_mbr_set, sel, 1, at, table, 1, 0),
-        OF(pipe_mgr_sel_fallback_mbr_reset, sel, 1, at, table, 0),
         OF(pipe_mgr_sel_tbl_register_cb, sel, 1, device, table, nullptr, 0),
         OF(pipe_register_sel_update_cb, sel, 1, device, table, nullptr, 0),
-        OF(pipe_mgr_get_word_llp_active_member_count, sel, 1, at, table, 1, word(words)),
         OF(pipe_mgr_get_word_llp_active_members, sel, 1, at, table, 1, 2, word(words)),
         OF(pipe_mgr_plcmt_sel_data_get, sel, request_of(device), 0, table),
-        OF(pipe_mgr_stat_ent_database_sync, class_count, 1, at, table, 0),
         OF(pipe_mgr_stat_ent_query, class_count, 1, at, table, words + 7, 1, &counts_place),
-        OF(pipe_mgr_stat_ent_set, class_count, 1, at, table, 0, &counts),
         OF(pipe_mgr_stat_database_sync, class_count, 1, at, table, nullptr, 0),
-        OF(pipe_mgr_direct_stat_ent_database_sync, classify, 1, at, table, TS_MODEL_DEFAULT_ENTRY),
-        OF(pipe_mgr_mat_ent_direct_stat_query, classify, 1, device, table, TS_MODEL_DEFAULT_ENTRY, &counts),
         OF(pipe_mgr_mat_ent_direct_stat_set, classify, 1, device, table, TS_MODEL_DEFAULT_ENTRY, &counts),
         OF(pipe_mgr_direct_stat_database_sync, classify, 1, at, table, nullptr, 0),
         OF(pipe_mgr_meter_ent_set, pdp_meter, 1, at, table, 0, &meter, 0),
-        OF(pipe_mgr_meter_read_entry_idx, pdp_meter, 1, at, table, 0, &meter, 0),
         OF(pipe_mgr_meter_read_entry, metered.handle, 1, at, table, 1, &meter),
-        OF(pipe_mgr_meter_set_bytecount_adjust, pdp_meter, 1, at, table, 20),
         OF(pipe_mgr_meter_get_bytecount_adjust, pdp_meter, 1, at, table, words),
-        OF(pipe_stful_query_get_sizes, flags, 1, device, table, words),
-        OF(pipe_stful_ent_query, flags, 1, at, table, 0, &query, 0),
-        OF(pipe_stful_ent_query_range, flags, 1, at, table, 0, 1, &query, words, 0),
         OF(pipe_stful_ent_set, flags, 1, at, table, 0, &value, 0),
         OF(pipe_stful_database_sync, flags, 1, at, table, nullptr, 0),
-        OF(pipe_stful_table_reset, flags, 1, at, table, nullptr),
-        OF(pipe_stful_table_reset_range, flags, 1, at, table, 0, 1, nullptr),
-        OF(pipe_mgr_idle_set_params, lpm.handle, 1, device, table, idle),
         OF(pipe_mgr_idle_get_params, lpm.handle, 1, device, table, &idle),
-        OF(pipe_mgr_idle_tmo_set_enable, lpm.handle, 1, device, table, 1),
-        OF(pipe_mgr_idle_register_tmo_cb, lpm.handle, 1, device, table, nullptr, 0),
-        OF(pipe_mgr_mat_ent_set_idle_ttl, lpm.handle, 1, device, table, 1, 7, 0, 0),
         OF(pipe_mgr_mat_ent_get_idle_ttl, lpm.handle, 1, device, table, 1, words),
-        OF(pipe_mgr_mat_ent_reset_idle_ttl, lpm.handle, 1, device, table, 1),
-        OF(pipe_mgr_idle_time_update_hit_state, lpm.handle, 1, device, table, 1, 1),
-        OF(pipe_mgr_idle_time_get_hit_state, lpm.handle, 1, device, table, 1, words),
         ANYWHERE(pipe_mgr_lrn_digest_notification_register, digest, 1, u8(device), table, receive, 0),
-        OF(pipe_mgr_pvs_set_property, set, 1, device, table, 1, {5, 0}, {6, 0, 0}),
         OF(pipe_mgr_pvs_get_property, set, 1, device, table, 1, words, {6, 0, 0}),
-        OF(pipe_mgr_pvs_entry_add, set, 1, device, table, 1, 2, 3, 5, 0xff, words),
-        OF(pipe_mgr_pvs_entry_modify, set, 1, device, table, 1, 7, 0xff),
-        OF(pipe_mgr_pvs_entry_delete, set, 1, device, table, 1),
-        OF(pipe_mgr_pvs_entry_get, set, 1, device, table, 1, words, words, nullptr, nullptr, nullptr),
-        OF(pipe_mgr_pvs_entry_handle_get, set, 1, device, table, 1, 2, 3, 4, 0xff, words),
-        OF(pipe_mgr_pvs_entry_get_first, set, 1, device, table, 1, 2, 3, words),
-        OF(pipe_mgr_pvs_entry_get_next, set, 1, device, table, 1, 2, 3, 0, 2, words),
         OF(pipe_mgr_pvs_entry_get_count, set, 1, device, table, 1, 2, 3, 1, words),
-        OF(pipe_mgr_hash_calc_input_set, crc_32, 1, device, table, input),
         OF(pipe_mgr_hash_calc_input_get, crc_32, 1, device, table, words),
-        OF(pipe_mgr_hash_calc_algorithm_set, crc_32, 1, device, table, algorithm, 0, 0, 0),
-        OF(pipe_mgr_hash_calc_algorithm_get, crc_32, 1, device, table, words, 0, 0),
-        OF(pipe_mgr_hash_calc_seed_set, crc_32, 1, device, table, 1, 2),
-        OF(pipe_mgr_hash_calc_seed_get, crc_32, 1, device, table, bytes),
-        OF(pipe_mgr_hash_calc_input_field_attribute_set, crc_32, 1, device, table, input, 1, &attribute),
         OF(pipe_mgr_hash_calc_input_field_attribute_count_get, crc_32, 1, device, table, input, words),
-        OF(pipe_mgr_hash_calc_input_field_attribute_get, crc_32, 1, device, table, input, 1, &attribute, words),
-        OF(pipe_mgr_hash_calc_calculate_hash_value, crc_32, 1, device, table, bytes, 4, bytes, 4),
         ANYWHERE(bf_snapshot_delete, snapshot, table),
-        ANYWHERE(bf_snapshot_capture_trigger_set, snapshot, table, bytes, bytes + 709),
-        ANYWHERE(bf_snapshot_capture_get, snapshot, table, 0, bytes, 0, words),
     };
 }
 
@@ -240,26 +180,11 @@ std::vector<Operation> World::with_null()
 {
     pipe_mgr_plcmt_mat_data_get(request_of(0), 0, exact.handle);
     return {
-        OF(pipe_mgr_mat_ent_add, exact.handle, 1, at, table, nullptr, exact.action, action_of(exact), 0, 0, words),
-        OF(pipe_mgr_mat_ent_add, exact.handle, 1, at, table, key_of(exact, 2), exact.action, nullptr, 0, 0, words),
         OF(pipe_mgr_mat_ent_add, exact.handle, 1, at, table, key_of(exact, 2), exact.action, action_of(exact), 0, 0, nullptr),
-        OF(pipe_mgr_match_spec_to_ent_hdl, exact.handle, 1, at, table, key_of(exact, 1), nullptr, 0),
-        OF(pipe_mgr_table_get_default_entry_handle, exact.handle, 1, at, table, nullptr),
-        OF(pipe_mgr_table_get_default_entry, exact.handle, 1, at, table, nullptr, words, 0, 1, 0),
-        OF(pipe_mgr_table_get_default_entry, exact.handle, 1, at, table, action_of(exact), nullptr, 0, 1, 0),
         OF(pipe_mgr_get_entry, exact.handle, 1, table, at, 1, nullptr, action_of(exact), words, 0, 1, 0),
-        OF(pipe_mgr_get_entry, exact.handle, 1, table, at, 1, key_of(exact, 0), nullptr, words, 0, 1, 0),
-        OF(pipe_mgr_get_entry, exact.handle, 1, table, at, 1, key_of(exact, 0), action_of(exact), nullptr, 0, 1, 0),
-        OF(pipe_mgr_get_entry_count, exact.handle, 1, at, table, 0, nullptr),
-        OF(pipe_mgr_get_first_entry_handle, exact.handle, 1, table, at, nullptr),
-        OF(pipe_mgr_get_next_entry_handles, exact.handle, 1, table, at, 0, 2, nullptr),
-        OF(pipe_mgr_tbl_get_property, exact.handle, 1, device, table, 3, words, nullptr),
         OF(pipe_mgr_plcmt_mat_data_get, exact.handle, 0, 0, table),
         OF(pipe_mgr_plcmt_mat_data_get, exact.handle, request_of(device), 1, table),
         OF(pipe_mgr_plcmt_mat_data_get_entry, 0, nullptr, &match, &spec, words),
-        OF(pipe_mgr_plcmt_mat_data_get_entry, 0, request.data, nullptr, &spec, words),
-        OF(pipe_mgr_plcmt_mat_data_get_entry, 0, request.data, &match, &spec, nullptr),
-        OF(pipe_mgr_get_sel_grp_mbr_count, sel, 1, device, table, 1, nullptr),
         OF(p4_pd_ms_del_grp, 0, 1, p4_pd_ms_init_state(), device, 1, 1, nullptr),
     };
 }
@@ -268,7 +193,6 @@ std::vector<Operation> World::with_null()
 TEST(Operations, RefuseWhatIsUnknownAndWork)
 {
     const std::size_t count = World{}.all().size();
-    ASSERT_EQ(count, 97u);
     for (std::size_t i = 0; i < count; ++i) {
         World world;
         const Operation operation = world.all()[i];
