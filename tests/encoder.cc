@@ -66,14 +66,6 @@ u32 valid_bits(const pd::Table &table)
     return bits;
 }
 
-bool is_ternary(const pd::Table &table)
-{
-    for (const pd::Field &field : table.key)
-        if (field.match == pd::Match::ternary)
-            return true;
-    return false;
-}
-
 struct Prefix {
     bool present = false;
     bool too_long = false;
@@ -158,6 +150,14 @@ void encode_meter(pipe_res_spec &resource, const pd_meter_spec *meter, Family fa
 }
 
 } // namespace
+
+bool is_ternary(const pd::Table &table)
+{
+    for (const pd::Field &field : table.key)
+        if (field.match == pd::Match::ternary)
+            return true;
+    return false;
+}
 
 u32 packed(const pd::Table &table)
 {

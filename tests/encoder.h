@@ -40,6 +40,9 @@ std::string member_text(const pd::Action &action, const void *record);
 std::string action_text(const pd::Table &table, const pd::Action &action, const void *record,
                         const pd_meter_spec *meter, Family family);
 
+// Such a table ranks its entries.
+bool is_ternary(const pd::Table &table);
+
 // The only table whose add functions take a time to live.
 bool takes_ttl(const pd::Table &table);
 

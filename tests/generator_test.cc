@@ -325,8 +325,13 @@ TEST_F(Generator, FilesAreTouchedOnlyWhenTheyChange)
     ASSERT_EQ(generate().status, 0);
     EXPECT_EQ(touched(), std::vector<std::string>{});
 
-    replace_in(catalogue / "l2.toml", "Sorts destination MACs per port", "Sorts MACs");
+    replace_in(
+        catalogue / "l2.toml", "Sorts destination MACs per port",
+        "Sorts destination MACs, and has more to tell of itself than a line of a header takes, per port");
     ASSERT_EQ(generate().status, 0);
+    const std::string header = read_file(output / "include/pd_l2.h");
+    EXPECT_NE(header.find("counts each hit. Its image has 8 bytes"), std::string::npos)
+        << "a broken line goes on in the next";
     EXPECT_EQ(touched(),
               (std::vector<std::string>{"include/pd_l2.h", "reference/catalogue.json", "reference/index.html",
                                         "reference/l2.md", "rows/rows_l2.h"}));

@@ -98,25 +98,6 @@ protected:
 
 // ---- Entries --------------------------------------------------------------------------------------------
 
-TEST_F(Model, HandlesAscendAndAFullTableTakesNoMore)
-{
-    ASSERT_EQ(ts_model_set_capacity(exact.handle, 2), TS_MODEL_OK);
-    EXPECT_EQ(ts_model_set_capacity(0x1ffffff, 2), TS_MODEL_UNKNOWN_OBJECT);
-    EXPECT_EQ(must_add(exact, exact_request(1)), 1u);
-    EXPECT_EQ(must_add(exact, exact_request(2)), 2u);
-    pd_entry_hdl entry = 0;
-    Request third = exact_request(3), second = exact_request(2);
-    EXPECT_EQ(add(exact, third, &entry), TS_MODEL_NO_SPACE);
-    EXPECT_EQ(add(exact, second, &entry), TS_MODEL_ALREADY_EXISTS);
-    EXPECT_EQ(pipe_mgr_mat_ent_del(1, 0, exact.handle, 1, 0), TS_MODEL_OK);
-    EXPECT_EQ(add(exact, third, &entry), TS_MODEL_OK);
-    EXPECT_EQ(entry, 3u) << "handles are never used again";
-    EXPECT_EQ(ts_model_next_entry(0, exact.handle, 1), 2u);
-    EXPECT_EQ(ts_model_next_entry(0, exact.handle, 3), 0u);
-    EXPECT_EQ(ts_model_entry_count(0, exact.handle), 2u);
-    EXPECT_EQ(ts_model_entry_count(1, exact.handle), 0u);
-}
-
 // Handles come in blocks of 1,024, which go when none of them is in use.
 TEST_F(Model, WalksPassOverHandlesThatAreGone)
 {

@@ -55,12 +55,6 @@ void expect_same(const Outputs &found, const Outputs &expected)
     ADD_FAILURE() << part(found) << "\n" << part(expected);
 }
 
-bool is_ternary(const pd::Table &table)
-{
-    return std::ranges::any_of(table.key,
-                               [](const pd::Field &field) { return field.match == pd::Match::ternary; });
-}
-
 // How an entry is come by.
 enum class Road { by_handle, placed, by_default };
 
@@ -189,7 +183,7 @@ protected:
         if (!is_default)
             decoder::read_back_key(expected.key, table, key.data());
         expected.is_default = is_default;
-        if (is_ternary(table))
+        if (encoder::is_ternary(table))
             expected.priority = recorder::answer.priority;
     }
 

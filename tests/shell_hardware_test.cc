@@ -23,32 +23,6 @@ TEST_F(Shell, ReadsFromTheHardwareWhenToldSo)
               "8: 0 0 0 0\n8: 0 0 1 0\n8: 0 0 1 0\n");
 }
 
-// What a script writes is what is read back.
-TEST_F(Shell, WritesAndReadsTheEntriesOfEachProfile)
-{
-    for (const reflection::TableFunctions *functions : reflection::tables())
-        for (const std::string to : {"member m", "group g"}) {
-            if (!functions->indirect)
-                continue;
-            ts_model_reset();
-            const pd::Table &table = *functions->row;
-            const std::string t = table.name, p = table.profile;
-            const std::string key = t + ' ' + table.key[0].display + "=77";
-            const std::string priority = pd::has_priority(table) ? " priority=4" : "";
-            const std::string action = functions->indirect->profile->row->actions.front().action->name;
-            const std::string lines = output_of(
-                "member add " + p + " m : " + action + "\ngroup create " + p + " g\ngroup add " + p +
-                " g m\nadd " + key + " : " + (to == "group g" ? "member m" : "group g") + priority +
-                "\ndefault " + t + "\nmodify " + key + priority + " : " + to + "\nwatch " + t + "\ndefault " +
-                t + " : " + to + "\nfind " + key + priority + "\nentry " + t + " 1\ndefault " + t);
-            EXPECT_TRUE(lines.starts_with("nothing\n  " + t + ": default entry set: " + to +
-                                          "\nentry 1\nentry 1 of " + t + "\n"))
-                << lines;
-            EXPECT_TRUE(lines.ends_with("  " + to + '\n' + to + '\n')) << lines;
-            EXPECT_NE(lines.find("  77\n"), std::string::npos) << lines;
-        }
-}
-
 TEST_F(Shell, RefusedRestartLeavesTheState)
 {
     while_refused("pipe_mgr_hitless_ha_restore_virtual_dev_state", TS_MODEL_UNKNOWN_OBJECT, [] {

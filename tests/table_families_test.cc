@@ -7,8 +7,8 @@
 #include <cstring>
 #include <string>
 
+#include "encoder.h"
 #include "random_records.h"
-#include "recorder.h"
 #include "reflection.h"
 
 namespace {
@@ -18,12 +18,6 @@ using reflection::TableFunctions;
 using sweep::Bytes;
 
 void update(u32, u32, const void *, pd_word) {}
-
-bool ranks_entries(const pd::Table &table)
-{
-    return std::ranges::any_of(table.key,
-                               [](const pd::Field &field) { return field.match == pd::Match::ternary; });
-}
 
 class SmallFamilies : public testing::Test {
 protected:
@@ -119,7 +113,7 @@ TEST_F(SmallFamilies, HandlesAndPrioritiesNeedNoDriver)
         EXPECT_EQ(table->get_mat_table_handle(&handle), 0u);
         EXPECT_EQ(handle, table->row->handle);
         EXPECT_EQ(table->get_mat_table_handle(nullptr), 0u);
-        EXPECT_EQ(table->supports_entry_priority(), ranks_entries(*table->row)) << table->row->name;
+        EXPECT_EQ(table->supports_entry_priority(), encoder::is_ternary(*table->row)) << table->row->name;
         with_priority += table->supports_entry_priority();
     }
     EXPECT_EQ(with_priority, 47u);

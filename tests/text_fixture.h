@@ -134,12 +134,6 @@ inline Bytes parameters_back(const pd::Action &action, const Bytes &parameters)
     return back;
 }
 
-inline bool is_ternary(const pd::Table &table)
-{
-    return std::ranges::any_of(table.key,
-                               [](const pd::Field &field) { return field.match == pd::Match::ternary; });
-}
-
 class Texts : public testing::Test {
 protected:
     sweep::Random random;
