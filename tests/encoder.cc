@@ -208,6 +208,15 @@ Key encode_key(const pd::Table &table, const void *record, u32 priority)
     return key;
 }
 
+void answer_key(recorder::Answer &answer, const pd::Table &table, const void *record)
+{
+    const Key written = encode_key(table, record, 0);
+    answer.value = written.value;
+    answer.mask = written.mask;
+    answer.num_bytes = static_cast<u16>(written.value.size());
+    answer.partition_index = written.partition_index;
+}
+
 Bytes encode_data(const pd::Action &action, const void *record)
 {
     Bytes data;

@@ -30,6 +30,9 @@ struct Key {
 };
 Key encode_key(const pd::Table &table, const void *record, u32 priority);
 
+// The driver's answer for an entry with this key.
+void answer_key(recorder::Answer &answer, const pd::Table &table, const void *record);
+
 Bytes encode_data(const pd::Action &action, const void *record);
 
 // The records of a key, of a member's action (no kind, no resources) and of an entry's action as they stand

@@ -162,7 +162,7 @@ TEST_F(HardwareCompare, EveryTable)
         const pd::Binding &first = table.indirect ? table.indirect->profile->row->actions[0] : row.actions[0];
         const auto place_same = [&] { // on both sides
             recorder::reset();
-            texts::answer_key(chip, row, random.key(row));
+            encoder::answer_key(chip, row, random.key(row).data());
             texts::answer_action(chip, first, random.parameters(*first.action));
             placed = chip;
         };
@@ -182,7 +182,7 @@ TEST_F(HardwareCompare, EveryTable)
         EXPECT_EQ(compare(table), equal);
         placed.null_value = false; // against the zeroed key of the chip's default entry
         const Bytes zero(row.record_size), ones(row.record_size, 0xff);
-        texts::answer_key(placed, row, ones);
+        encoder::answer_key(placed, row, ones.data());
         EXPECT_EQ(compare(table),
                   or_equal(formatter::key_difference(row, texts::key_back(row, ones).data(), zero.data())));
         for (const pd::Binding &binding : row.actions) {
@@ -241,7 +241,7 @@ TEST_F(HardwareCompare, EveryPairOfReferences)
                 SCOPED_TRACE(testing::Message()
                              << int{pair.placed} << " " << int{pair.chip} << " " << pair.text);
                 recorder::reset();
-                texts::answer_key(chip, *table.row, random.key(*table.row));
+                encoder::answer_key(chip, *table.row, random.key(*table.row).data());
                 chip.null_value = is_default;
                 placed = chip;
                 placed.action_kind = pair.placed;

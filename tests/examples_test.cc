@@ -46,7 +46,7 @@ protected:
 
 // ---- Keys -------------------------------------------------------------------------------------------------
 
-TEST_F(Examples, PortMappingIsWrittenAndReadBack)
+TEST_F(Examples, PortMappingIsWritten)
 {
     const PD(ingressPortMapping_match_spec_t) key{.ig_intr_md_ingress_port = 0x123};
     const PD(setPhase0_action_spec_t) action{.action_ingVPort = 0xfabc,
@@ -62,24 +62,6 @@ TEST_F(Examples, PortMappingIsWrittenAndReadBack)
     expect_line("pipe_mgr_mat_ent_add(0x51, 0x3:0xffff, 0x1000001, " + match + ", " + spec + ", 0, 0)");
     PD(ingressPortMapping_table_modify_with_setPhase0)(sess, device, 0xabcdef01, &action);
     expect_line("pipe_mgr_mat_ent_set_action(0x51, 0x3, 0x1000001, 0xabcdef01, " + spec + ", 0)");
-
-    recorder::answer.value = {0x01, 0x23};
-    recorder::answer.mask = {0xff, 0xff};
-    recorder::answer.num_bytes = 2;
-    recorder::answer.action = 0x20000000;
-    recorder::answer.data = {0xfa, 0xbc, 0x12, 0x34, 0xff, 0x02};
-    PD(ingressPortMapping_match_spec_t) key_back{};
-    PD(setPhase0_action_spec_t) action_back{};
-    char name[128] = "";
-    u32 number = 7;
-    u8 is_default = 7;
-    EXPECT_EQ(PD(ingressPortMapping_get_entry)(sess, device, 7, 1, &key_back, name, &action_back, &number,
-                                               &is_default),
-              0u);
-    EXPECT_EQ(std::memcmp(&key_back, &key, sizeof key), 0);
-    EXPECT_EQ(std::memcmp(&action_back, &action, sizeof action), 0);
-    EXPECT_STREQ(name, "p4_pd_tessel_switch_setPhase0");
-    EXPECT_EQ(number + is_default, 0u);
 }
 
 TEST_F(Examples, ExactKeysAreNotClipped)

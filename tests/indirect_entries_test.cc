@@ -94,10 +94,7 @@ protected:
     // The driver answers with the entry that was written, pointing at this.
     void answer_with(const pd::Table &table, u8 kind)
     {
-        const encoder::Key written = encoder::encode_key(table, key.data(), with.priority);
-        recorder::answer.value = written.value;
-        recorder::answer.mask = written.mask;
-        recorder::answer.num_bytes = static_cast<u16>(written.value.size());
+        encoder::answer_key(recorder::answer, table, key.data());
         recorder::answer.priority = with.priority;
         recorder::answer.action_kind = kind;
         recorder::answer.member = member;

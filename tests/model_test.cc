@@ -12,7 +12,6 @@
 #include <utility>
 #include <vector>
 
-#include "bf_drv.h"
 #include "bf_sys.h"
 #include "model_tables.h"
 #include "pd_ms.h"
@@ -294,45 +293,6 @@ TEST_F(Model, TheSystemLogGoesToItsSink)
     EXPECT_EQ(bf_sys_dbg_mode(), 0);
     ts_model_set_debug_mode(5);
     EXPECT_EQ(bf_sys_dbg_mode(), 1);
-}
-
-// ---- Registry -------------------------------------------------------------------------------------------
-
-TEST_F(Model, TheClientHearsOfItsDevice)
-{
-    static Lines heard;
-    heard.clear();
-    pd_drv_client_callbacks callbacks{};
-    callbacks.device_remove = [](u32 device) -> pd_status {
-        heard.push_back("remove " + std::to_string(device));
-        return 0;
-    };
-    callbacks.device_log = [](u32, cJSON *root) -> pd_status {
-        cJSON_AddStringToObject(root, "name", "logged");
-        return 0;
-    };
-    callbacks.device_restore = [](u32, cJSON *root) -> pd_status {
-        heard.push_back(cJSON_GetObjectItem(root, "name")->valuestring);
-        return 9;
-    };
-    ts_model_remove_device(0);
-    EXPECT_EQ(ts_model_log_state(0), nullptr);
-    EXPECT_EQ(ts_model_restore_state(0, "{}"), TS_MODEL_UNKNOWN_OBJECT);
-
-    u32 handle = 0;
-    EXPECT_EQ(bf_drv_register("client", &handle), TS_MODEL_OK);
-    EXPECT_EQ(bf_drv_client_register_callbacks(handle, &callbacks, 2), TS_MODEL_OK);
-    EXPECT_EQ(bf_drv_client_register_callbacks(handle + 1, &callbacks, 2), TS_MODEL_UNKNOWN_OBJECT);
-    must_add(exact, exact_request(1));
-    ts_model_remove_device(0);
-    EXPECT_EQ(ts_model_entry_count(0, exact.handle), 0u);
-    const std::unique_ptr<char, decltype(&free)> logged{ts_model_log_state(0), free};
-    ASSERT_NE(logged, nullptr);
-    EXPECT_EQ(ts_model_restore_state(0, logged.get()), 9u);
-    EXPECT_EQ(ts_model_restore_state(0, "{not json"), TS_MODEL_BAD_ARGUMENT);
-    EXPECT_EQ(heard, (Lines{"remove 0", "logged"}));
-    EXPECT_EQ(bf_drv_deregister(handle), TS_MODEL_OK);
-    EXPECT_EQ(bf_drv_deregister(handle), TS_MODEL_UNKNOWN_OBJECT);
 }
 
 // ---- Member-selection store -----------------------------------------------------------------------------

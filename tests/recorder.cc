@@ -303,45 +303,42 @@ void put_list(Text &text, const T *list, std::size_t count)
         text.add("null");
 }
 
+template <typename T>
+void put_at(Text &text, const void *record)
+{
+    if (record)
+        put(text, *static_cast<const T *>(record));
+    else
+        text.add("null");
+}
+
+constexpr std::pair<Kind, void (*)(Text &, const void *)> records[] = {
+    {Kind::target, put_at<pd_dev_target>},
+    {Kind::idle_params, put_at<pipe_idle_params>},
+    {Kind::property_value, put_at<pipe_pvs_property_value>},
+    {Kind::property_args, put_at<pipe_pvs_property_args>},
+    {Kind::match, put_at<pipe_match_spec>},
+    {Kind::action_spec, put_at<pipe_action_spec>},
+    {Kind::meter_spec, put_at<pipe_meter_spec>},
+    {Kind::wred_spec, put_at<pipe_wred_spec>},
+    {Kind::register_value, put_at<pipe_stful_value>},
+    {Kind::counts, put_at<pipe_stat_data>},
+};
+
 // Puts the record that the argument points at; false for what is no record.
 bool put_record(Text &text, const Call &call, std::size_t at)
 {
-    const auto put_at = [&]<typename T>(const T *record) {
-        if (record)
-            put(text, *record);
-        else
-            text.add("null");
-        return true;
-    };
-    switch (call.row.arguments[at].kind) {
-    case Kind::target:
-        return put_at(call.get<pd_dev_target *>(at));
-    case Kind::idle_params:
-        return put_at(call.get<pipe_idle_params *>(at));
-    case Kind::property_value:
-        return put_at(call.get<pipe_pvs_property_value *>(at));
-    case Kind::property_args:
-        return put_at(call.get<pipe_pvs_property_args *>(at));
-    case Kind::match:
-        return put_at(call.get<pipe_match_spec *>(at));
-    case Kind::action_spec:
-        return put_at(call.get<pipe_action_spec *>(at));
-    case Kind::meter_spec:
-        return put_at(call.get<pipe_meter_spec *>(at));
-    case Kind::wred_spec:
-        return put_at(call.get<pipe_wred_spec *>(at));
-    case Kind::register_value:
-        return put_at(call.get<pipe_stful_value *>(at));
-    case Kind::counts:
-        return put_at(call.get<pipe_stat_data *>(at));
-    case Kind::counts_list:
-        return put_at(*call.get<pipe_stat_data **>(at));
-    case Kind::document: // an element, which has a name
+    const Kind kind = call.row.arguments[at].kind;
+    if (kind == Kind::counts_list)
+        put_at<pipe_stat_data>(text, *call.get<pipe_stat_data **>(at));
+    else if (kind == Kind::document) // an element, which has a name
         put(text, cJSON_GetObjectItem(call.get<cJSON *>(at), "name")->valuestring);
-        return true;
-    default:
+    else if (const auto found = std::ranges::find(records, kind, [](const auto &row) { return row.first; });
+             found != std::end(records))
+        found->second(text, call.get<void *>(at));
+    else
         return false;
-    }
+    return true;
 }
 
 // "4@0": the room of each query, and at which element behind the first query's it lies.

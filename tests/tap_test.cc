@@ -90,66 +90,41 @@ private:
         std::fill(std::begin(mask_), std::end(mask_), 0xf0);
         resources_[0].res_data.meter = meter_;
         std::copy(std::begin(resources_), std::end(resources_), spec_.resources);
-        switch (row.kind) {
-        case Kind::target:
-            return Value::of(target_);
-        case Kind::property_value:
-            return Value::of(property_);
-        case Kind::property_args:
-            return Value::of(property_args_);
-        case Kind::match:
-            return Value::of(&match_);
-        case Kind::action_spec:
-            return Value::of(&spec_);
-        case Kind::action_data:
-            return Value::of(&image_);
-        case Kind::meter_spec:
-            return Value::of(&meter_);
-        case Kind::wred_spec:
-            return Value::of(&wred_);
-        case Kind::register_value:
-            return place(elements_);
-        case Kind::query:
-            return place(queries_);
-        case Kind::queries:
-            return place(queries_);
-        case Kind::counts:
-            return place(counts_);
-        case Kind::counts_list:
-            return place(cells_);
-        case Kind::client:
-            return Value::of(&client_);
-        case Kind::document:
-            return Value::of(document_);
-        case Kind::numbers:
-        case Kind::members:
-            return place(list_);
-        case Kind::bytes:
-            return place(row.name == std::string("mask") ? mask_ : value_);
-        case Kind::resources:
-            return place(resources_);
-        case Kind::attributes:
-            return place(attributes_);
-        case Kind::idle_params:
-            return Value::of(idle_);
-        case Kind::text:
-        case Kind::format:
-            return place("a 100% text");
-        case Kind::opaque:
-            return Value{0x1230};
-        case Kind::callback:
-            return Value{0x4560};
-        case Kind::table:
+        const std::pair<Kind, Value> made[] = {
+            {Kind::target, Value::of(target_)},
+            {Kind::property_value, Value::of(property_)},
+            {Kind::property_args, Value::of(property_args_)},
+            {Kind::match, Value::of(&match_)},
+            {Kind::action_spec, Value::of(&spec_)},
+            {Kind::action_data, Value::of(&image_)},
+            {Kind::meter_spec, Value::of(&meter_)},
+            {Kind::wred_spec, Value::of(&wred_)},
+            {Kind::register_value, place(elements_)},
+            {Kind::query, place(queries_)},
+            {Kind::queries, place(queries_)},
+            {Kind::counts, place(counts_)},
+            {Kind::counts_list, place(cells_)},
+            {Kind::client, Value::of(&client_)},
+            {Kind::document, Value::of(document_)},
+            {Kind::numbers, place(list_)},
+            {Kind::members, place(list_)},
+            {Kind::bytes, place(row.name == std::string("mask") ? mask_ : value_)},
+            {Kind::resources, place(resources_)},
+            {Kind::attributes, place(attributes_)},
+            {Kind::idle_params, Value::of(idle_)},
+            {Kind::text, place("a 100% text")},
+            {Kind::format, place("a 100% text")},
+            {Kind::opaque, Value{0x1230}},
+            {Kind::callback, Value{0x4560}}};
+        for (const auto &[kind, value] : made)
+            if (kind == row.kind)
+                return value;
+        if (row.kind == Kind::table)
             return number(row, 0x1000001);
-        case Kind::action:
+        if (row.kind == Kind::action)
             return number(row, 0x20000000);
-        case Kind::device_byte:
-        case Kind::byte:
-            return number(row, 40 + next_++);
-        default:
-            break;
-        }
-        return number(row, counts_a_list(row) ? list_length : 0x100 + next_++);
+        const bool byte = row.kind == Kind::device_byte || row.kind == Kind::byte;
+        return number(row, counts_a_list(row) ? list_length : (byte ? 40 : 0x100) + next_++);
     }
 
     bool counts_a_list(const tap::ArgumentRow &row) const
@@ -175,25 +150,16 @@ private:
 // What comes by value is another copy behind the tap.
 bool same(const tap::ArgumentRow &row, Value a, Value b)
 {
-    const auto equal = [&]<typename T>(const T *) {
-        return std::memcmp(a.as<T *>(), b.as<T *>(), sizeof(T)) == 0;
-    };
-    if (row.direction == Direction::out)
-        return a.number() == b.number();
-    switch (row.kind) {
-    case Kind::target:
-        return equal(static_cast<pd_dev_target *>(nullptr));
-    case Kind::idle_params:
-        return equal(static_cast<pipe_idle_params *>(nullptr));
-    case Kind::property_value:
-        return equal(static_cast<pipe_pvs_property_value *>(nullptr));
-    case Kind::property_args:
-        return equal(static_cast<pipe_pvs_property_args *>(nullptr));
-    case Kind::format:
-        return std::strcmp(a.as<const char *>(), b.as<const char *>()) == 0;
-    default:
-        return a.number() == b.number();
-    }
+    constexpr std::pair<Kind, std::size_t> copied[] = {
+        {Kind::target, sizeof(pd_dev_target)},
+        {Kind::idle_params, sizeof(pipe_idle_params)},
+        {Kind::property_value, sizeof(pipe_pvs_property_value)},
+        {Kind::property_args, sizeof(pipe_pvs_property_args)},
+        {Kind::format, sizeof "a 100% text"}};
+    for (const auto &[kind, size] : copied)
+        if (kind == row.kind && row.direction == Direction::in)
+            return std::memcmp(a.as<void *>(), b.as<void *>(), size) == 0;
+    return a.number() == b.number();
 }
 
 // What the driver saw of a call, and what it does.

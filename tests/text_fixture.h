@@ -102,16 +102,6 @@ inline void expect_read(const std::string &line, pd_sess_hdl sess, u32 device, u
         << line;
 }
 
-// The driver's answer for an entry with this key.
-inline void answer_key(recorder::Answer &answer, const pd::Table &table, const Bytes &key)
-{
-    const encoder::Key written = encoder::encode_key(table, key.data(), 0);
-    answer.value = written.value;
-    answer.mask = written.mask;
-    answer.num_bytes = static_cast<u16>(written.value.size());
-    answer.partition_index = written.partition_index;
-}
-
 inline void answer_action(recorder::Answer &answer, const pd::Binding &binding, const Bytes &parameters)
 {
     answer.action = binding.handle;

@@ -108,7 +108,7 @@ protected:
         from_hw = static_cast<u8>(random.word());
         entry = random.word();
         key = random.key(table);
-        texts::answer_key(recorder::answer, table, key);
+        encoder::answer_key(recorder::answer, table, key.data());
         recorder::answer.priority = random.word();
     }
 
