@@ -144,22 +144,6 @@ TEST_F(Failure, MeterTypeIsLoggedOrEndsBehindABacktraceInDebugMode)
     EXPECT_EQ(backtraces, 0);
 }
 
-// The path of a bad request through an exported function.
-TEST_F(Failure, BadMeterTypeInAnAddIsLoggedAndCountsAsColourAware)
-{
-    const p4_pd_tessel_switch_l2LookupMiss_match_spec_t key{};
-    const pd_meter_spec meter{1, 2, 3, 4, 2};
-    pd_entry_hdl entry = 0;
-    EXPECT_EQ(p4_pd_tessel_switch_l2LookupMiss_table_add_with_NoAction(1, {}, &key, 0, &meter, &entry), 0u);
-    EXPECT_EQ(recorder::log.size(), 1u);
-    EXPECT_EQ(recorder::calls(), 1u);
-    EXPECT_NE(recorder::last().find("meter={type=0 "), std::string::npos);
-
-    recorder::debug_mode = true;
-    EXPECT_EXIT(p4_pd_tessel_switch_l2LookupMiss_table_modify_with_NoAction(1, 0, 1, &meter),
-                KilledBySignal(SIGABRT), "get_bytes_meter_type: Assertion `0' failed");
-}
-
 // ---- Answers that cannot be read ------------------------------------------------------------------------
 
 // A read of pdpPolicy, of the keyless queueCounters or of a member: what it does with debug mode off the

@@ -46,33 +46,4 @@ protected:
         EXPECT_EQ(outcome.status, 0) << script;
         return outcome.out;
     }
-
-    // The last driver call of `line`, after `before`.
-    static std::string trace_of(const std::string &line, const std::string &before = {})
-    {
-        return output_of(before + "\ntrace on\n" + line + "\n");
-    }
-
-    // What stands in a trace between `begin` and `end`.
-    static std::string part(const std::string &trace, const std::string &begin, const std::string &end)
-    {
-        const std::size_t from = trace.find(begin);
-        if (from == std::string::npos)
-            return "no " + begin + " in " + trace;
-        const std::size_t start = from + begin.size();
-        return trace.substr(start, trace.find(end, start) - start);
-    }
-
-    // `line` with a @ before the offending place must be refused with `message` and reach no driver
-    // operation.
-    static void expect_bad(std::string line, const std::string &message)
-    {
-        const std::size_t column = line.find('@');
-        ASSERT_NE(column, std::string::npos) << line;
-        line.erase(column, 1);
-        const Outcome outcome = run("trace on\n" + line + "\n");
-        EXPECT_EQ(outcome.err, "t:2:" + std::to_string(column + 1) + ": " + message + "\n") << line;
-        EXPECT_EQ(outcome.out, "") << line;
-        EXPECT_EQ(outcome.status, 1) << line;
-    }
 };
