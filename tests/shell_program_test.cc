@@ -72,6 +72,8 @@ TEST(ShellProgram, ReadsAndRefuses)
          "/dev/stdin:1:1: unknown command 'bad'; help lists them\nentry 1\n/dev/stdin: 1 bad line\n1"},
         {"--nonsense", "tessel-shell: bad option --nonsense" + usage},
         {"-c 'echo a' -c bad -c 'echo b'", "a\n-c:2:1: unknown command 'bad'; help lists them\n1"},
+        {"-c 'load --atomic /dev/stdin' -c 'echo b' <<'.'\nadd l2SmacCheck priority=1 : NoAction\nbad\n.\n",
+         "/dev/stdin:2:1: unknown command 'bad'; help lists them\n/dev/stdin: taken back: 1\n1"},
         {"-c 'echo a' /dev/null", "tessel-shell: a file beside -c" + usage},
         {"-kx", "tessel-shell: bad option -x" + usage},
         {"a b", "tessel-shell: more than one file" + usage},

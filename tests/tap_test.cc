@@ -328,16 +328,18 @@ TEST_F(Tap, FaultsChooseTheNthCallOrAShareOfThem)
 TEST_F(Tap, SettingsThatAreWrongChangeNothingAndSayWhy)
 {
     const std::pair<const char *, const char *> cases[] = {
-        {"trace,recrod:/tmp/x",
-         R"("recrod:/tmp/x": is neither trace, record nor fail, nor an option such as size=64M)"},
+        {"trace,recrod:/no/such/folder",
+         R"("recrod:/no/such/folder": is neither trace, record nor fail, nor an option such as size=64M)"},
         {"trace:", R"("trace:": names no file; plain trace goes to standard error)"},
         {"record", R"("record": names no file)"},
         {"size=64M", R"("size=64M": belongs behind record)"},
-        {"record:/tmp/x,size=64X",
+        {"record:/no/such/folder,size=64X",
          R"("size=64X": must be a number of at least 64K, with K, M or G behind it if wanted)"},
-        {"record:/tmp/x,sise=64M",
+        {"record:/no/such/folder,size=16384G",
+         R"("size=16384G": must be a number of at least 64K, with K, M or G behind it if wanted)"},
+        {"record:/no/such/folder,sise=64M",
          R"("sise=64M": is no option: those are size, nth, status, probability and seed)"},
-        {"record:/tmp/x,nth=4", R"("nth=4": belongs behind fail)"},
+        {"record:/no/such/folder,nth=4", R"("nth=4": belongs behind fail)"},
         {"fail:pipe_mgr", R"("fail:pipe_mgr": there is no operation of this name)"},
         {"fail,nth=0", R"("nth=0": must be a number from 1 on)"},
         {"fail,status=-1", R"("status=-1": must be a status other than 0)"},
