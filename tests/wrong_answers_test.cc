@@ -1,9 +1,13 @@
 // A driver that answers beyond what it was given room for: the library keeps to its buffers, and to those of
-// the caller. What a sanitizer would tell, canaries tell as well.
+// the caller. What a sanitizer would tell, canaries tell as well. And one that looks who has called it.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdlib>
 #include <cstring>
+#include <dlfcn.h>
+#include <execinfo.h>
+#include <string_view>
 
 #include "bf_snapshot.h"
 #include "bf_sys.h"
@@ -18,6 +22,15 @@ namespace {
 
 constexpr u32 far = 1000; // more than any room
 u32 room, told, stage_bytes, handed_on;
+std::array<void *, 64> frames;
+int frame_count;
+
+// Where backtrace() gets to from within the driver.
+pd_status look_back()
+{
+    frame_count = backtrace(frames.data(), static_cast<int>(frames.size()));
+    return 0;
+}
 
 } // namespace
 
@@ -31,6 +44,18 @@ void *bf_sys_calloc(size_t count, size_t size)
 void bf_sys_free(void *block)
 {
     std::free(block);
+}
+
+pd_status pipe_mgr_mat_ent_add(pd_sess_hdl, pd_dev_target, u32, pipe_match_spec *, u32, pipe_action_spec *,
+                               u32, u32, pd_entry_hdl *)
+{
+    return look_back();
+}
+
+pd_status pipe_mgr_mat_ent_set_action_by_match_spec(pd_sess_hdl, pd_dev_target, u32, pipe_match_spec *, u32,
+                                                    pipe_action_spec *, u32)
+{
+    return look_back();
 }
 
 pd_status pipe_stful_query_get_sizes(pd_sess_hdl, u32, u32, u32 *count)
@@ -200,6 +225,33 @@ TEST_F(WrongAnswers, ResourcesKeepToTheRecord)
 TEST_F(WrongAnswers, DigestsWithoutANameHaveNoSize)
 {
     EXPECT_EQ(PD(get_digest_entry_size)(nullptr), 0u);
+}
+
+// Whether the last backtrace has a frame of the library, and behind it one of this program.
+bool went_through_the_library()
+{
+    bool in_library = false;
+    for (int i = 0; i < frame_count; ++i) {
+        Dl_info place{};
+        dladdr(frames[static_cast<std::size_t>(i)], &place);
+        const std::string_view file{place.dli_fname ? place.dli_fname : ""};
+        if (in_library && file.ends_with("wrong_answers_test"))
+            return true;
+        in_library = in_library || file.find("libts_bf_pd_nat_static") != std::string_view::npos;
+    }
+    return false;
+}
+
+TEST_F(WrongAnswers, BacktracesOfTheDriverGoThroughTheLibrary)
+{
+    const PD(ipv4Host_match_spec_t) key{};
+    const PD(setNextHop_action_spec_t) action{};
+    pd_entry_hdl entry = 0;
+    EXPECT_EQ(PD(ipv4Host_table_add_with_setNextHop)(0, {0, 0xffff}, &key, &action, &entry), 0u);
+    EXPECT_TRUE(went_through_the_library());
+    frame_count = 0;
+    EXPECT_EQ(PD(ipv4Host_table_modify_with_setNextHop_by_match_spec)(0, {0, 0xffff}, &key, &action), 0u);
+    EXPECT_TRUE(went_through_the_library());
 }
 
 } // namespace
