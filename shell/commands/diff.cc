@@ -71,9 +71,8 @@ std::vector<Part> parts_of(const pd::Action &action)
 
 Value value_of(const Part &part, const void *record)
 {
-    const Value value =
-        load(part.shown.width, static_cast<const std::byte *>(record) + part.shown.place.value);
-    return {value.high & part.bits.high, value.low & part.bits.low};
+    return load(part.shown.width, static_cast<const std::byte *>(record) + part.shown.place.value) &
+           part.bits;
 }
 
 std::string text_of(const Part &part, const void *record)

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "images.h"
 #include "tables.h"
 
 namespace shell {
@@ -21,24 +22,6 @@ std::vector<pd::Field> filter_fields(const pd::Table &table)
         fields[i].twin_offset = static_cast<u16>(fields[i].offset + value_bytes);
     }
     return fields;
-}
-
-Value operator&(const Value &left, const Value &right)
-{
-    return {left.high & right.high, left.low & right.low};
-}
-
-// The bits that the entry compares.
-Value mask_of(const pd::Field &field, const std::byte *key)
-{
-    switch (field.match) {
-    case pd::Match::ternary:
-        return load(field.width, key + field.twin_offset);
-    case pd::Match::lpm:
-        return leading_ones(static_cast<unsigned>(load(16, key + field.twin_offset).low), field.width);
-    default:
-        return ones(field.width);
-    }
 }
 
 void expect_action(const reflection::TableFunctions &table, std::string_view name)

@@ -52,24 +52,24 @@ Result &Result::keep(std::string_view part_of, const ShownField &field, const vo
 
 Result &Result::number(std::string_view name, u64 value, std::string_view part_of)
 {
-    if (as_json_)
-        json_.key(name).number(value);
-    if (!keeps_)
-        return *this;
-    const std::size_t begin = text_.size();
-    append_text(text_, {0, value}, Form::number);
-    return keep(part_of, name, begin, {0, value}, true);
+    return number(name, value, part_of, append_text);
 }
 
 Result &Result::hex(std::string_view name, u64 value)
+{
+    return number(name, value, {}, append_mask_text);
+}
+
+Result &Result::number(std::string_view name, u64 value, std::string_view part_of,
+                       void (*append)(std::string &to, Value value, Form form))
 {
     if (as_json_)
         json_.key(name).number(value);
     if (!keeps_)
         return *this;
     const std::size_t begin = text_.size();
-    append_mask_text(text_, {0, value}, Form::number);
-    return keep({}, name, begin, {0, value}, true);
+    append(text_, {0, value}, Form::number);
+    return keep(part_of, name, begin, {0, value}, true);
 }
 
 Result &Result::text(std::string_view name, std::string_view value)

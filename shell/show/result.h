@@ -90,6 +90,8 @@ public:
     std::string_view text_of(std::string_view name);
 
 private:
+    Result &number(std::string_view name, u64 value, std::string_view part_of,
+                   void (*append)(std::string &to, Value value, Form form));
     Result &keep(std::string_view part_of, std::string_view name, std::size_t begin, Value rank, bool ranked);
 
     Result &keep(std::string_view part_of, const ShownField &field, const void *record);

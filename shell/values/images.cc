@@ -1,25 +1,19 @@
 #include "images.h"
 
-#include "values.h"
-
 namespace shell {
 
-namespace {
-
-// Of the bits of a field that count.
-Value mask_of(const pd::Field &field, const u8 *key)
+Value mask_of(const pd::Field &field, const void *key)
 {
+    const u8 *twin = static_cast<const u8 *>(key) + field.twin_offset;
     switch (field.match) {
     case pd::Match::ternary:
-        return load(field.width, key + field.twin_offset);
+        return load(field.width, twin);
     case pd::Match::lpm:
-        return leading_ones(static_cast<unsigned>(load(16, key + field.twin_offset).low), field.width);
+        return leading_ones(static_cast<unsigned>(load(16, twin).low), field.width);
     default:
         return ones(field.width);
     }
 }
-
-} // namespace
 
 KeyImages key_images(const pd::Table &table, const void *key)
 {
@@ -32,7 +26,7 @@ KeyImages key_images(const pd::Table &table, const void *key)
             continue;
         const Value value = load(field.width, members + field.offset), mask = mask_of(field, members);
         const u16 at = pd::image_offset(table.key, i);
-        write_image({value.high & mask.high, value.low & mask.low}, field.width, images.value.data() + at);
+        write_image(value & mask, field.width, images.value.data() + at);
         write_image(mask, field.width, images.mask.data() + at);
     }
     return images;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "rows.h"
+#include "values.h"
 
 namespace shell {
 
@@ -11,6 +12,9 @@ struct KeyImages {
     std::vector<u8> value;
     std::vector<u8> mask;
 };
+
+// The bits of a field that the entry with this key compares.
+Value mask_of(const pd::Field &field, const void *key);
 
 KeyImages key_images(const pd::Table &table, const void *key);
 // The mask of a key all of whose bits count.

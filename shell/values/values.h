@@ -16,6 +16,7 @@ struct Value {
     u64 low = 0;
 
     auto operator<=>(const Value &) const = default;
+    Value operator&(const Value &mask) const { return {high & mask.high, low & mask.low}; }
 };
 
 // The width at which a whole MAC address is read; a half has 24 bits.
