@@ -94,7 +94,7 @@ void ProfileFile::save_former_member(const std::string &group)
 void ProfileFile::save_fallback()
 {
     if (!has_model())
-        file_.write_line(std::string{"# Not known: the fallback of "} + profile_.row->name);
+        return file_.write_line(std::string{"# Not known: the fallback of "} + profile_.row->name);
     const pd_mbr_hdl fallback = fallback_of(profile_);
     write("group fallback", fallback == 0 ? "none" : names_.members.label(fallback));
 }
