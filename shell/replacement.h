@@ -26,6 +26,7 @@ public:
     Replacement &operator=(const Replacement &) = delete;
 
     bool is_planning() const { return is_planning_; }
+    bool is_only_shown() const { return only_shown_; }
     // Goes on to the next command of the file; false where nothing is left to do for it.
     bool takes_next_command();
     // Of the command at hand, when it is carried out.

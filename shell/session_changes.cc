@@ -93,6 +93,8 @@ void Session::carry_out_plan()
 void Session::end_plan()
 {
     expect_plan();
+    if (replacement_->is_planning() && !replacement_->is_only_shown())
+        throw BadLine{{}, "plan carry-out comes first"};
     if (replacement_->is_planning())
         replacement_->begin_changes();
     replacement_->finish_changes();
