@@ -185,6 +185,15 @@ TEST_F(TerminalTest, TellsColumnsInCharacters)
 
 #if HAS_EDITLINE
 
+TEST_F(TerminalTest, CompletesAtTab)
+{
+    Terminal terminal{folder_.path};
+    terminal.type("capac\tl2Smac\t");
+    terminal.expect("capacity l2SmacCheck ");
+    terminal.type("\r");
+    EXPECT_EQ(terminal.expect(prompt), "\r\n       0  l2SmacCheck, which takes 1048576\r\n");
+}
+
 TEST_F(TerminalTest, KeepsItsHistoryHoweverItEnds)
 {
     int lines = 0;
