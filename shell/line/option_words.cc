@@ -64,9 +64,9 @@ void take_option_words(OptionWords &to, Words words, std::string &line, std::str
         option->take(to, value);
         if (option->is_of_list)
             to.of_list = {std::string{name}, name};
-        if (name == word)
-            blank_out(line, value);
         blank_out(line, word);
+        if (name == word && !value.empty())
+            blank_out(line, value);
     }
     if (!unknown.empty())
         refuse(unknown, {"option", command}, {options.begin(), options.end()});
