@@ -138,8 +138,7 @@ void list_entries(Session &session, const CounterFunctions &counter, CounterRate
     };
     list.fill([&] {
         reader.walk([&] { print(reader.handle()); });
-        pd_entry_hdl entry = 0;
-        expect_success(table.get_default_entry_handle(driver_session, device, &entry));
+        const pd_entry_hdl entry = default_entry_of(table);
         reader.read_default();
         print(entry);
     });

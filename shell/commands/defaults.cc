@@ -55,13 +55,6 @@ void default_entry(Session &session, const TableFunctions &table, const DefaultE
     session.print(result.line(reader.body()));
 }
 
-std::string default_meter(const TableFunctions &table)
-{
-    pd_entry_hdl entry = 0;
-    expect_success(table.get_default_entry_handle(driver_session, device, &entry));
-    return meter_option(table, entry);
-}
-
 // In a file that tells a state.
 void tell(Session &session, const TableFunctions &table, const DefaultEntry::Value &given)
 {
@@ -74,8 +67,8 @@ void tell(Session &session, const TableFunctions &table, const DefaultEntry::Val
     EntryReader &reader = state.cover(table);
     reader.read_default();
     const std::string meter = given.options.meter ? meter_option(*given.options.meter) : "";
-    const bool same =
-        given.body->is_of(reader) && (!table.row->direct_meter || meter == default_meter(table));
+    const bool same = given.body->is_of(reader) &&
+                      (!table.row->direct_meter || meter == meter_option(table, default_entry_of(table)));
     state.plan(same ? none : modify_it, [&] { return reader.body_text(); });
 }
 

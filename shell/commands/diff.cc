@@ -99,13 +99,6 @@ void compare(std::vector<Difference> &to, const std::vector<Part> &parts, const 
             to.push_back({part.name, text_of(part, software), text_of(part, hardware)});
 }
 
-std::string body_of(const EntryReader &entry)
-{
-    std::string text;
-    entry.append_body(text);
-    return text;
-}
-
 void compare_bodies(std::vector<Difference> &to, const EntryReader &software, const EntryReader &hardware,
                     Bits counting)
 {
@@ -114,9 +107,9 @@ void compare_bodies(std::vector<Difference> &to, const EntryReader &software, co
         const Object left = software.reference(), right = hardware.reference();
         const bool by_handle = left.kind == Kind::member || counting == Bits::all;
         if (left.kind != right.kind || (by_handle && left.handle != right.handle))
-            to.push_back({"points at", body_of(software), body_of(hardware)});
+            to.push_back({"points at", software.body_text(), hardware.body_text()});
     } else if (&software.action().row() != &hardware.action().row()) {
-        to.push_back({"action", body_of(software), body_of(hardware)});
+        to.push_back({"action", software.body_text(), hardware.body_text()});
     } else {
         compare(to, parts_of(software.action().row()), software.action().parameters(),
                 hardware.action().parameters());
@@ -159,9 +152,7 @@ private:
 void Comparison::run()
 {
     software_.walk([&] { compare_entry(software_.handle()); });
-    pd_entry_hdl default_entry = 0;
-    expect_success(table_.get_default_entry_handle(driver_session, device, &default_entry));
-    compare_entry(default_entry);
+    compare_entry(default_entry_of(table_));
     print_totals();
 }
 

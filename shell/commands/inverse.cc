@@ -3,6 +3,7 @@
 #include "driver.h"
 #include "entry_reader.h"
 #include "meters.h"
+#include "tables.h"
 
 namespace shell {
 
@@ -12,8 +13,7 @@ using reflection::TableFunctions;
 
 std::string body_of(const EntryReader &reader, const TableFunctions &table, pd_entry_hdl entry)
 {
-    std::string text;
-    reader.append_body(text);
+    const std::string text = reader.body_text();
     if (!table.row->direct_meter)
         return text;
     const std::string meter = meter_option(table, entry);
@@ -36,9 +36,8 @@ std::string default_back(Session &session, const TableFunctions &table)
     reader.read_default();
     if (reader.names() && reader.reference().handle == 0)
         return std::string{"reset "} + table.row->name;
-    pd_entry_hdl entry = 0;
-    expect_success(table.get_default_entry_handle(driver_session, device, &entry));
-    return std::string{"default "} + table.row->name + " : " + body_of(reader, table, entry);
+    return std::string{"default "} + table.row->name + " : " +
+           body_of(reader, table, default_entry_of(table));
 }
 
 } // namespace shell

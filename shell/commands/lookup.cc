@@ -227,13 +227,6 @@ ts_model_hit look_up(const pd::Table &table, const PacketKey &key, const Options
     return hit;
 }
 
-pd_entry_hdl default_entry(const reflection::TableFunctions &table)
-{
-    pd_entry_hdl entry = 0;
-    expect_success(table.get_default_entry_handle(driver_session, device, &entry));
-    return entry;
-}
-
 void expect_consistent(const Options &options, bool from_hardware, std::string_view where)
 {
     if (options.bytes && !options.packets)
@@ -279,7 +272,7 @@ void lookup(Session &session, const reflection::TableFunctions &functions, const
                   {},
                   packet.key.missing()};
     answer.missing =
-        !answer.entry.read_if_there(answer.hit.hit ? answer.hit.entry : default_entry(functions));
+        !answer.entry.read_if_there(answer.hit.hit ? answer.hit.entry : default_entry_of(functions));
     if (functions.indirect && !answer.missing)
         answer.selection.emplace(answer.entry, *functions.indirect->profile, from_hardware,
                                  packet.options.hash.value_or(FlowHash{}));

@@ -29,9 +29,7 @@ std::string default_meter(const TableFunctions &table)
 {
     if (!table.row->direct_meter)
         return {};
-    pd_entry_hdl entry = 0;
-    expect_success(table.get_default_entry_handle(driver_session, device, &entry));
-    return meter(table, entry);
+    return meter(table, default_entry_of(table));
 }
 
 // " ttl=N" where the entry has a time to live.

@@ -73,7 +73,6 @@ public:
         return *this;
     }
 
-    bool as_json() const { return as_json_; }
     // The object, or the sentence with the values of the names in braces; behind a name and a colon how wide
     // it is at least, with the value to the right, or behind - to the left. An empty value takes the blank
     // before it along, and none stands at the end.

@@ -52,10 +52,7 @@ u32 Cell::find_if_any() const
 {
     if (key_)
         return find_entry_if_any(*table_, key_arguments(*key_, key_options_));
-    u32 cell = number_;
-    if (is_default_)
-        expect_success(table_->get_default_entry_handle(driver_session, device, &cell));
-    return cell;
+    return is_default_ ? default_entry_of(*table_) : number_;
 }
 
 } // namespace shell

@@ -126,6 +126,13 @@ unsigned uncompared_bits(const pd::Field &field)
            static_cast<unsigned>(std::popcount(field.mask.high) + std::popcount(field.mask.low));
 }
 
+pd_entry_hdl default_entry_of(const reflection::TableFunctions &table)
+{
+    pd_entry_hdl entry = 0;
+    expect_success(table.get_default_entry_handle(driver_session, device, &entry));
+    return entry;
+}
+
 pd_entry_hdl find_entry(const reflection::TableFunctions &table, const reflection::EntryArguments &key)
 {
     pd_entry_hdl entry = 0;

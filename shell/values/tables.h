@@ -34,6 +34,8 @@ const pd::Action &take_any_action(Words &words);
 const char *match_name(pd::Match match);
 const char *key_kind_name(const pd::Table &table);
 u32 entry_count(const pd::Table &table);
+// BadLine when the driver refuses.
+pd_entry_hdl default_entry_of(const reflection::TableFunctions &table);
 // The handle of the entry with this key. BadLine when the driver refuses, as where there is none; or 0 for
 // none.
 pd_entry_hdl find_entry(const reflection::TableFunctions &table, const reflection::EntryArguments &key);
