@@ -13,7 +13,7 @@ using reflection::TableFunctions;
 
 std::string body_of(const EntryReader &reader, const TableFunctions &table, pd_entry_hdl entry)
 {
-    const std::string text = reader.body_text();
+    std::string text = reader.body_text();
     if (!table.row->direct_meter)
         return text;
     const std::string meter = meter_option(table, entry);
